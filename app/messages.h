@@ -1,0 +1,51 @@
+#pragma once
+
+namespace tonvex {
+
+/// Numbers of the change messages. P1 is the ChannelID unless said otherwise.
+enum Change_Message : int {
+    MSG_SET_PATCH = 1001,  ///< patch row
+    MSG_SET_VOLUME = 1002, ///< volume 0 to 127
+    MSG_SET_NAME = 1003,   ///< name
+    MSG_DELETE_CHANNEL = 1004,
+    MSG_SET_PAN = 1005,    ///< pan 0 to 127
+    MSG_SET_SOLO = 1006,   ///< value
+    MSG_CLEAR_SOLO = 1007, ///< value
+    MSG_TOGGLE_SOLO = 1008,
+    MSG_SET_MUTE = 1009,   ///< value
+    MSG_CLEAR_MUTE = 1010, ///< value
+    MSG_TOGGLE_MUTE = 1011,
+    MSG_SET_OUTPUT = 1012,  ///< slot
+    MSG_ADD_CHANNEL = 1013, ///< P1 name, P2 audio flag, P3 slot or not given
+    MSG_REC_EVENT = 1014,   ///< P1 channel row, P2 kind, P3 time, P4 data
+    MSG_EVENT_ADDED = 1015, ///< event ID
+    MSG_EVENTS_ADDED_END = 1016,
+    MSG_DELETE_EVENT = 1017, ///< event ID
+    MSG_MOVE_EVENT = 1018,   ///< event ID, new time, delta
+    MSG_MOVE_END = 1019,
+    MSG_LENGTH_EVENT = 1020, ///< event ID, new length, delta
+    MSG_LENGTH_END = 1021,
+    MSG_NOTE_EVENT = 1022, ///< event ID, new note, delta
+    MSG_NOTE_END = 1023,
+    MSG_PROPERTIES_EVENT = 1024, ///< event ID, data
+    MSG_PROPERTIES_END = 1025,
+    MSG_VOLUME_EVENT = 1026, ///< event ID, volume, delta
+    MSG_VOLUME_END = 1027,
+    MSG_CHORD_TYPE_EVENT = 1031, ///< event ID, chord type
+    MSG_CHORD_TYPE_END = 1032,
+    MSG_POSITION_VALUE = 1101, ///< P1 position
+    MSG_SONG_POSITION = 1102,  ///< P1 position
+    MSG_GENERAL_UPDATE = 1200,
+    MSG_SHOW_POSITION = 1201,  ///< P1 position
+    MSG_TRANSPOSE_SONG = 1300, ///< P1 semitones
+    MSG_CHANGE_SPEED = 1301,   ///< P1 factor
+    MSG_SET_TEMPO = 1302,      ///< P1 tempo
+    MSG_SPEED_LABEL = 1402,
+    MSG_RECORD_MODE = 1403,         ///< P1: 1 overwrite, 0 blend
+    MSG_ADD_TEMPO_CHANGE = 1600,    ///< P1 position, P2 tempo
+    MSG_DELETE_TEMPO_CHANGE = 1601, ///< P1 ID
+    MSG_SET_TEMPO_CHANGE = 1602,    ///< P1 ID, P2 tempo
+    MSG_MOVE_TEMPO_CHANGE = 1701    ///< P1 ID, P2 position
+};
+
+} // namespace tonvex

@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/app_paths_class.h"
+#include "app/event_raiser_class.h"
+#include "app/msg_manager.h"
+#include "app/settings.h"
+#include "audio/dls_list_class.h"
+#include "engine/gcm_midi.h"
+#include "engine/midiapi.h"
+#include "engine/recorder_class.h"
+#include "engine/transport_state.h"
+#include "input/input_handler.h"
+#include "input/keyboard_layout.h"
+#include "platform/key_state.h"
+#include "platform/midi_ports.h"
+#include "platform/millisecond_counter.h"
+#include "platform/run_loop.h"
+#include "platform/settings_store.h"
+#include "platform/sound_door.h"
+#include "platform/user_dialogs.h"
+#include "song/global_channels_manager.h"
+#include "song/notes_stuff.h"
+#include "song/project_state.h"
+#include "song/tempo_change_class.h"
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace tonvex {
+
+/// The doors of one session. They outlive it.
+struct Session_Doors {
+    Sound_Door& sound;
+    Midi_Ports_Door& midi;
+    Key_State_Door& keys;
+    Millisecond_Counter& counter;
+    Run_Loop& loop;
+    Settings_Store& store;
+    User_Dialogs& dialogs;
+};
+
+/// All objects of one running program, in the order in which they come to life. Interface thread.
+class Session {
+public:
+    /// dataFolder holds what ships (chords.txt, drums.txt, keyboard/, patterns/ …).
+    Session(const Session_Doors& doors, AppPaths_Class appPaths, std::filesystem::path dataFolder);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// The program's data, settings, output, input, fonts, an empty project, in the fixed order.
+    /// False only when the program cannot go on; the user has been told.
+    bool Load();
+    /// The orderly end; Load may not follow.
+    void Shutdown();
+    /// Empty song with one MIDI channel.
+    void New_Project();
+
+    // the objects, in order of life
+    Session_Doors doors;
+    AppPaths_Class paths;
+    std::filesystem::path dataFolder;
+    Settings settings;
+    EventRaiserClass events;
+    Project_State project;
+    TempoChangeClass tempoChanges;
+    NotesStuff notes;
+    Transport_State transport;
+    Transport_Options options;
+    std::unique_ptr<Channel_Host> channelHost;
+    std::unique_ptr<GlobalChannelsManager> channels;
+    std::unique_ptr<midiapi> output;
+    std::unique_ptr<GCM_Midi> gcm;
+    std::unique_ptr<DLSListClass> fonts;
+    std::unique_ptr<KeyboardClass> keyboard;
+    std::unique_ptr<MidiIn_Module> midiIn;
+    std::unique_ptr<InputHandler> input;
+    std::unique_ptr<KeyboardLayout> layout;
+    std::vector<Transport_Observer*> observers; ///< windows that follow runs
+    std::unique_ptr<MsgManager> hub;
+    std::unique_ptr<RecorderClass> recorder;
+    std::unique_ptr<RecorderClass> practiceRecorder;
+    std::unique_ptr<Player_Recorder> player;
+
+    bool fontsLoaded = false; ///< false after Load: the font error window is due
+    bool undoEnabled = true;  ///< false when the temp folder could not be made
+};
+
+} // namespace tonvex

@@ -1,0 +1,107 @@
+#include "base/file_io.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tonvex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Closes a descriptor when it goes out of scope.
+class Descriptor {
+public:
+    explicit Descriptor(int opened) noexcept : fd(opened) {}
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Get() const noexcept { return fd; }
+    bool Close() noexcept {
+        const int closing = fd;
+        fd = -1;
+        return closing < 0 || ::close(closing) == 0;
+    }
+
+private:
+    int fd;
+};
+
+bool Write_All(int fd, std::span<const std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+/// What error reports: the system's words for errno and the file.
+std::string System_Error(const fs::path& path) {
+    return path.string() + ": " + std::strerror(errno);
+}
+
+} // namespace
+
+std::optional<std::vector<std::uint8_t>> Read_File(const fs::path& path, std::size_t maxBytes) {
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat info {};
+    if (file.Get() < 0 || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) ||
+        static_cast<std::size_t>(info.st_size) > maxBytes)
+        return std::nullopt;
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(static_cast<std::size_t>(info.st_size));
+    std::array<std::uint8_t, 65536> block{};
+    for (;;) {
+        const ssize_t got = ::read(file.Get(), block.data(), block.size());
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            return bytes;
+        bytes.insert(bytes.end(), block.begin(), block.begin() + got);
+        if (bytes.size() > maxBytes)
+            return std::nullopt;
+    }
+}
+
+bool Replace_File(const fs::path& path, std::span<const std::uint8_t> bytes, std::string& error) {
+    std::error_code failed;
+    fs::path target = fs::weakly_canonical(path, failed);
+    if (failed)
+        target = path;
+    std::string name =
+        (target.parent_path() / (".tonvex-" + target.filename().string() + "-XXXXXX")).string();
+    Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
+    if (file.Get() < 0) {
+        error = System_Error(target);
+        return false;
+    }
+    struct stat old {};
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    const mode_t mode = ::stat(target.c_str(), &old) == 0 ? (old.st_mode & 07777U) : (0666U & ~mask);
+    const bool written = Write_All(file.Get(), bytes) && ::fchmod(file.Get(), mode) == 0 &&
+                         ::fsync(file.Get()) == 0 && file.Close() &&
+                         ::rename(name.c_str(), target.c_str()) == 0;
+    if (!written) {
+        error = System_Error(target);
+        ::unlink(name.c_str());
+        return false;
+    }
+    Descriptor folder(::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.Get() >= 0)
+        (void)::fsync(folder.Get());
+    return true;
+}
+
+} // namespace tonvex

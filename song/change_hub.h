@@ -1,0 +1,33 @@
+#pragma once
+
+#include "song/event_data.h"
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <variant>
+
+namespace tonvex {
+
+/// An argument of a change message; monostate when it is not given.
+using Msg_Arg = std::variant<std::monostate, bool, std::int32_t, double, std::string, EventData>;
+
+/// Who sends: the address of the window or object, for telling one's own messages; null for the program.
+using Msg_Sender = const void*;
+
+/// The door through which every change of the song passes. The engine knows the hub by this alone.
+/// Interface thread.
+class Change_Hub {
+public:
+    using Args = std::array<Msg_Arg, 7>; ///< P1 to P7
+    virtual ~Change_Hub() = default;
+    virtual void Send(Msg_Sender sender, int msg, const Args& args) = 0;
+    /// Send with the leading arguments spelled out.
+    template <typename... Arg>
+    void Message(Msg_Sender sender, int msg, Arg&&... arg) {
+        static_assert(sizeof...(arg) <= 7);
+        Send(sender, msg, Args{Msg_Arg(std::forward<Arg>(arg))...});
+    }
+};
+
+} // namespace tonvex

@@ -1,0 +1,122 @@
+#pragma once
+
+#include "song/channel_class.h"
+#include "song/project_state.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tonvex {
+
+/// One row of the channel table.
+struct GlobalChannel {
+    std::int32_t ChannelID = 0;
+    std::string ChannelName;  ///< at most 50 characters
+    std::uint8_t Volume = 80; ///< 0 to 127
+    std::int16_t PatchI = 0;  ///< row of the patch table, the same on all rows of a slot
+    std::uint8_t Pan = 64;    ///< 0 to 127
+    std::string SoundfontSet = "Default";
+    std::uint8_t OutputChannel = 0; ///< slot 0 to 31; 255 on an audio channel
+    Flag16 Mute = 0;
+    Flag16 Solo = 0;
+    Flag16 IsAudio = 0;
+    std::uint16_t AudioOutput = 0;
+    std::uint16_t ReservedA = 0;
+    std::uint8_t PatchByte0 = 0; ///< program
+    std::uint8_t PatchByte1 = 0; ///< bank
+    std::uint8_t Style = 0;
+    Flag16 InUse = 0;
+    std::uint16_t StyleFlagA = 0;
+    std::uint16_t StyleFlagB = 0;
+    std::array<std::string, 5> StyleStrings;
+    std::array<std::int16_t, 5> StyleInts{};
+    std::array<std::int32_t, 11> StyleCustomInts{};
+};
+
+struct OutputSlot {
+    std::string SlotName;
+    Flag16 InUse = FLAG_ON;
+    Flag16 SlotDrums = 0;
+    std::uint8_t MidiChannel = 0;
+};
+
+/// A sound on offer. Rows of Global_Patches (melodic) and Global_DrumPatches (kits).
+struct PatchRow {
+    std::string Name;
+    std::int16_t Patch = 0; ///< program 0 to 127
+    std::uint8_t Bank = 0;
+    std::int32_t Font = 0; ///< font handle of the sound door; 0: whichever font has it
+    bool operator==(const PatchRow&) const = default;
+};
+
+/// The song's channels: a table of rows that stay where they are, each with its event store.
+/// Rows 0 to 99 are channels; row 100 stands for the practice channel; 101 to 109 are never live.
+/// Interface thread only. An unknown ChannelID is a silent no-op.
+class GlobalChannelsManager {
+public:
+    static constexpr int CHANNEL_ROWS = 100;
+    static constexpr int PRACTICE_ROW = 100;
+    static constexpr int TABLE_ROWS = 110;
+    static constexpr int SLOTS = 32;
+    static constexpr int PATCH_ROWS = 256;
+    static constexpr int DRUM_PATCH_ROWS = 11;
+
+    /// host outlives the manager.
+    explicit GlobalChannelsManager(Channel_Host& host);
+
+    // tables; rows are read freely, changed through the operations
+    std::array<GlobalChannel, TABLE_ROWS> Channels;
+    std::array<OutputSlot, SLOTS> OutputSlots;
+    std::array<PatchRow, PATCH_ROWS> Global_Patches;
+    std::array<PatchRow, DRUM_PATCH_ROWS> Global_DrumPatches;
+    int PatchCount = 0;     ///< used rows of Global_Patches
+    int DrumPatchCount = 0; ///< used rows of Global_DrumPatches
+
+    int Count_Channels() const;
+    /// -1 when there is no such live channel.
+    int ChannelI(std::int32_t channelId) const;
+    bool Has_Free_Row() const;
+    bool Is_Live_Row(int row) const;
+    /// The store beside a row; rows 0 to 99.
+    ChannelClass& Store(int row);
+    const ChannelClass& Store(int row) const;
+
+    /// outputSlot NOT_GIVEN picks Next_Free_Slot. Returns the row, -1 when the table is full.
+    int Add_Channel(std::int32_t channelId, bool isAudio, std::int32_t outputSlot, const std::string& name);
+    /// An ID that no channel of this project has had: the first is FIRST_ID, each later one 1 more.
+    std::int32_t New_ChannelID();
+    void Delete_Channel(std::int32_t channelId);
+    /// toggle inverts, else sets; the flag after it.
+    bool Set_Mute(std::int32_t channelId, bool value, bool toggle = false);
+    bool Set_Solo(std::int32_t channelId, bool value, bool toggle = false);
+    void Set_Volume(std::int32_t channelId, std::uint8_t value);
+    void Set_Pan(std::int32_t channelId, std::uint8_t value);
+    void Set_Patch(std::int32_t channelId, std::int16_t patchI);
+    void Set_Name(std::int32_t channelId, const std::string& name);
+    void Set_OutputChannel(std::int32_t channelId, std::uint8_t slot);
+    /// name, or name and a counter, so that no other live row has it (letter case aside).
+    std::string Unique_Name(const std::string& name, int exceptRow = -1) const;
+    int Next_Free_Slot() const;
+    std::uint16_t Next_AudioOutput() const;
+    bool Style_Limit(std::uint8_t style, std::string& message) const;
+    /// What mute and solo together make of a row: mute wins; with any solo on, rows without it are silent.
+    bool Effective_Mute(int row) const;
+    /// Maximum of Get_ChannelLength_Beats over live channels.
+    double Longest_Channel_Beats() const;
+
+    /// True while the transport runs; the session gives the answer.
+    std::function<bool()> Play_Is_Active = [] { return false; };
+
+    /// Empties all rows and slots, as a new project does.
+    void Clear();
+
+private:
+    Channel_Host& host;
+    std::array<std::unique_ptr<ChannelClass>, CHANNEL_ROWS> stores;
+    std::int32_t nextChannelId = FIRST_ID;
+};
+
+} // namespace tonvex

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/millisecond_counter.h"
+#include "song/project_state.h"
+#include "song/tempo_change_class.h"
+
+#include <cstdint>
+
+namespace tonvex {
+
+/// Turns the machine's millisecond counter into a song position through the tempo list.
+/// Formulas: position = (clock ms - SegmentMS) / (60000 / Tempo) + SegmentBeat with the tempo map on,
+/// clock ms / (60000 / Tempo) + StartBeat with it off; clock ms = (counter - StartTickMS) * Speed.
+/// Interface thread.
+class VGetTickCount {
+public:
+    static constexpr double NO_CHANGE_BEAT = 99000000.0;
+
+    /// All three outlive the clock.
+    VGetTickCount(const Millisecond_Counter& counter, const TempoChangeClass& tempoChanges,
+                  const Project_State& project);
+
+    float Speed = 1.0F;      ///< playback speed factor
+    std::int32_t Tempo = 80; ///< tempo of the current segment
+    double StartBeat = 0.0;  ///< the position that the clock was set to
+    bool UseTempoMap = false;
+    bool ManualClock = false; ///< takes ManualMS in place of the machine's counter
+    std::int32_t ManualMS = 0;
+
+    /// The clock's song milliseconds now, rounded half to even.
+    std::int64_t GetTimeMS() const;
+    /// The current position in beats. Steps into the next segment when the position has passed its end; the
+    /// value returned is the one of the segment before.
+    double GetTime();
+    /// The position at a moment of the machine's clock (Millisecond_Counter ns) not far from now; changes
+    /// nothing. A key edge is stamped with it.
+    double GetTime_At(std::int64_t momentNs) const;
+    /// The moment (Millisecond_Counter ns) at which the running clock reads beats.
+    std::int64_t Moment_Of(double beats) const;
+    /// Make the clock read StartBeat (beats) now, at every Speed.
+    void Reset();
+    void SetTime(double beats);
+    /// Re-anchors a running clock after a tempo edit; the caller then sets the clock to the position when it
+    /// does not read it.
+    void UpdateClockTempo(double beats);
+
+    double Next_Change_Beat() const noexcept { return NextChangeBeat; }
+    std::int64_t Segment_MS() const noexcept { return SegmentMS; }
+    double Segment_Beat() const noexcept { return SegmentBeat; }
+    std::int64_t Start_Tick_MS() const noexcept { return StartTickMS; }
+
+private:
+    void Find_Segment(double beats);
+
+    const Millisecond_Counter& counter;
+    const TempoChangeClass& tempoChanges;
+    const Project_State& project;
+    std::int64_t StartTickMS = 0;
+    double NextChangeBeat = NO_CHANGE_BEAT;
+    std::int64_t SegmentMS = 0;
+    double SegmentBeat = 0.0;
+};
+
+/// Position in beats of a song time in milliseconds, by the tempo map without any speed.
+double MS_To_Beats(double ms, const TempoChangeClass& tempoChanges, const Project_State& project);
+/// The inverse.
+double Beats_To_MS(double beats, const TempoChangeClass& tempoChanges, const Project_State& project);
+
+} // namespace tonvex
