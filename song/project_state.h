@@ -11,8 +11,8 @@ struct Project_State {
     std::string ProjectTitle = "Untitled";
     double SongLength = 0.0; ///< beats
     bool Modified = false;
-    std::int32_t MetronomeNote = 33;   ///< MIDI note on the drum slot (the General MIDI metronome click)
-    std::int32_t MetronomeVolume = 80; ///< 0 to 100
+    std::int32_t MetronomeNote = 44;   ///< MIDI note on the drum slot
+    std::int32_t MetronomeVolume = 70; ///< 0 to 100
 };
 
 } // namespace tonvex
