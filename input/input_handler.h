@@ -14,15 +14,18 @@ public:
     InputHandler(KeyboardClass& keyboard, MidiIn_Module& midiIn);
 
     void Input_Open();
-    /// 0 keyboard, 1 keyboard and MIDI. False when the MIDI device cannot be opened or there is none.
+    /// 0 keyboard, 1 keyboard and MIDI; any other number counts as 0.
+    /// False when the MIDI device cannot be opened or there is none.
     bool Input_Select(int device);
-    /// Marks held[key] for each key that is down; every held MIDI note marks element 0.
+    /// Sets held[key] to -1 for each key that is down; every held MIDI note marks element 0.
     void Input_GetHeldKeys(std::array<std::int16_t, 1001>& held) const;
-    /// The MIDI notes that are down, which Input_GetHeldKeys folds away.
+    /// The MIDI notes that are down, which Input_GetHeldKeys folds away. None with device 0.
     std::array<bool, MidiIn_Module::NOTES> Held_Midi_Notes() const;
     bool Input_KeyWaiting() const;
-    /// Brings the device states up to date without reading an edge.
+    /// Brings the device states up to date without reading an edge; whoever waits with Input_KeyWaiting
+    /// calls it once a round. An edge that waits to be read stays.
     void Input_Poll();
+    /// At most one edge. The computer keyboard comes before MIDI.
     Key_Edge Input_GetNextEvent();
     void Input_Close();
     void Input_Shutdown();
@@ -35,6 +38,8 @@ public:
     MidiIn_Module& MidiIn() noexcept { return midiIn; }
 
 private:
+    static constexpr int KEYBOARD_AND_MIDI = 1;
+
     KeyboardClass& keyboard;
     MidiIn_Module& midiIn;
 };

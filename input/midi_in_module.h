@@ -18,22 +18,29 @@ public:
 
     explicit MidiIn_Module(Midi_Ports_Door& ports);
 
-    /// Empty on success, else the error's name.
+    /// Empty on success, else the error's name. All notes start as up.
     std::string MidiIn_Open(std::int32_t deviceId);
     void MidiIn_Close();
+    /// The next edge in order of arrival; among edges that wait at once the lowest note's.
     Key_Edge MidiIn_GetNextEvent();
+    /// A press waits to be read. Nothing is consumed.
     bool MidiIn_KeyWaiting() const;
     bool Is_Down(int note) const;
+    /// Forgets what was reported: notes that are down give a press again.
     void Clear_Reported();
-    /// Takes the queue's messages into the note states, one edge of a note at a time, so that a note shorter
-    /// than a poll is not lost.
+    /// Takes messages into the note states up to the first that makes an edge. While an edge waits to be
+    /// read nothing is taken, so that a note shorter than a poll is not lost and order is kept.
     void Poll();
     bool Is_Open() const noexcept { return MidiInOpened; }
 
-    /// Called with note and velocity when a note goes down, before its edge is reported.
+    /// Called with note and velocity (1 to 127) when a note on is taken in, before its edge is reported.
     std::function<void(int note, int velocity)> onVelocity;
 
 private:
+    void Take_In(const Midi_In_Message& message);
+    /// The lowest note whose state differs from what was reported, -1 for none.
+    int Waiting_Note() const noexcept;
+
     Midi_Ports_Door& ports;
     bool MidiInOpened = false;
     std::array<std::int32_t, NOTES> MidiNow{};
