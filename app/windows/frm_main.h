@@ -1,0 +1,122 @@
+#pragma once
+
+#include "app/session.h"
+#include "widgets/theme.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+#include <functional>
+#include <vector>
+
+class QAction;
+class QActionGroup;
+class QDockWidget;
+class QLabel;
+class QMenu;
+class QTabWidget;
+
+namespace tonvex {
+
+class Banner;
+class ChannelsList;
+class Channel_Properties;
+class frmREC_PianoLayout;
+class frmRecorder;
+class Song_Overview;
+
+/// The main window: menus, transport bar, channels, what is in the middle, the record piano.
+/// Interface thread. Session and theme outlive it; the session is loaded before the window is made.
+/// Closing it during a run stops the run first and closes when that is over. The window does not shut the
+/// session down.
+class frmMain final : public QMainWindow, public Transport_Observer {
+    Q_OBJECT
+public:
+    frmMain(Session& session, Theme& theme);
+    ~frmMain() override;
+
+    /// A line above everything, until it is closed or replaced. With an actionText a button runs the action.
+    void Show_Banner(const QString& text, const QString& actionText = {}, std::function<void()> action = {});
+    void Hide_Banner();
+
+    /// ChannelID of the selected channel; NOT_GIVEN when none is.
+    std::int32_t Selected_Channel() const;
+    void Select_Channel(std::int32_t channelId);
+
+    frmRecorder& Recorder() { return *recorder; }
+    ChannelsList& Channels() { return *channelsList; }
+    frmREC_PianoLayout& Piano() { return *piano; }
+
+    /// The device opens again with the settings in force, after a setup or a loss.
+    void Reopen_Output();
+
+    void On_Run_Started(bool recording) override;
+    void On_Run_Ended() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Make_Panes();
+    void Make_Menus();
+    void Make_File_Menu();
+    void Make_Channel_Menus();
+    void Make_Record_Menu();
+    void Make_Options_Menu();
+    void Make_Octave_Keys();
+    void Restore_Panes();
+    void Save_Panes();
+
+    QAction* Add_Action(QMenu* menu, const QString& text, const QList<QKeySequence>& keys,
+                        const std::function<void()>& act);
+    /// Runs behind the key handler of the moment: a transport call blocks.
+    void Run_From_Key(const std::function<void()>& act);
+    bool Needs_Channel();
+    void Add_Channel();
+    void Delete_Channel();
+    void Rename_Channel();
+    void Clear_Channel_Events();
+    void Clear_All_Status();
+    void Change_Volume(int delta);
+    void Change_Pan(int delta);
+    void Set_Tuning(int tuning);
+    void Show_About();
+    void Choose_Midi_Input(bool on);
+    void Check_Devices();
+    void Mark_Modified();
+    void Refresh_Title();
+    void Refresh_Actions();
+    void On_Message(int msgId, std::int32_t param);
+
+    Session& session;
+    Theme& theme;
+    frmRecorder* recorder = nullptr;
+    ChannelsList* channelsList = nullptr;
+    Channel_Properties* properties = nullptr;
+    frmREC_PianoLayout* piano = nullptr;
+    Song_Overview* overview = nullptr;
+    Banner* banner = nullptr;
+    QTabWidget* tabs = nullptr;
+    QDockWidget* channelsDock = nullptr;
+    QDockWidget* pianoDock = nullptr;
+    QLabel* titleLabel = nullptr;
+    QActionGroup* tuningGroup = nullptr;
+    QAction* midiInputAction = nullptr;
+    QAction* metronomeAction = nullptr;
+    QAction* waitAction = nullptr;
+    QAction* blendAction = nullptr;
+    QAction* overwriteAction = nullptr;
+    QAction* matchKeyAction = nullptr;
+    std::vector<QAction*> lockedInRun; ///< Transport_LockUI
+    std::vector<QAction*> needChannel;
+    QTimer deviceTimer;
+    int subscription = 0;
+    bool runs = false;
+    bool lossShown = false;
+    bool quietTold = false;
+    bool closePending = false;
+};
+
+} // namespace tonvex
