@@ -4,12 +4,13 @@
 #include "engine/transport_state.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace tonvex {
 
-/// Notes, patches and pans by channel row. Interface thread. Rows that are not live are passed over
-/// (but row 100, the practice channel).
+/// Notes, patches and pans by channel row. Interface thread. Rows that are not live, audio rows and notes
+/// outside 0 to 127 are passed over; row 100, the practice channel, always counts as live.
 class GCM_Midi {
 public:
     GCM_Midi(midiapi& output, GlobalChannelsManager& channels, Transport_State& transport);
@@ -19,14 +20,21 @@ public:
     void GCM_NoteOn(int channelRow, int note, int velocity, bool live, std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_NoteOff(int channelRow, int note, int velocity, bool live,
                      std::int64_t dueNs = midiapi::DUE_NOW);
-    /// The player path: counted by row and note; only the last off goes out.
+    /// The player path: counted by row and note. Every on goes out; an off goes out only when no row on the
+    /// same output slot holds the note any more, and an off that no on went before goes nowhere.
+    /// A note ends on the slot that it began on, whatever the row's OutputChannel has become.
     void GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
                         std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live,
                          std::int64_t dueNs = midiapi::DUE_NOW);
+    /// patchRow of Global_Patches, of Global_DrumPatches on slot 9. Rows outside the table send nothing.
     void GCM_SetChannelPatch(int channelRow, int patchRow);
-    /// For each output channel the patch and pan of the last live row on it.
+    /// The row's pan to its output slot, when the slot was last sent another.
+    void GCM_SetChannelPan(int channelRow);
+    /// For each output channel the patch and pan of the last live row on it, whatever was sent before: the
+    /// state that a device just opened, or fonts just loaded, must be given.
     void GCM_SendAllPatches();
+    /// Forgets what the player path holds; sends nothing.
     void Clear_Note_Counts();
     int Note_Count(int channelRow, int note) const;
 
@@ -39,10 +47,24 @@ public:
                                 std::uint8_t& flag) noexcept;
 
 private:
+    static constexpr std::size_t NOTES = 128;
+    static constexpr std::size_t ROWS = GlobalChannelsManager::CHANNEL_ROWS + 1; ///< the practice row too
+    static constexpr int PAN_UNKNOWN = -1;
+
+    /// The output slot of a row that notes may go to; -1 for any other.
+    int Slot_Of(int channelRow) const;
+    void Send_Patch(int slot, int patchRow);
+    void Send_Pan(int slot, int value);
+    bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
+    bool Viewed(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
+
     midiapi& output;
     GlobalChannelsManager& channels;
     Transport_State& transport;
-    std::array<std::array<std::int32_t, 128>, GlobalChannelsManager::CHANNEL_ROWS + 1> ChannelNoteCount{};
+    std::array<std::array<std::int32_t, NOTES>, ROWS> ChannelNoteCount{};
+    std::array<std::array<std::int8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
+    std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};
+    std::array<int, OUTPUT_SLOTS> lastPan{};
 };
 
 } // namespace tonvex
