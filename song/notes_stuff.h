@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -55,7 +56,7 @@ public:
     std::array<int, 5> BassOpenNotes{};                   ///< 1 to 4
     std::vector<ChordGroup> ChordGroups;
     std::vector<LibraryChord> ChordLibrary;
-    int BasicGroupsEnd = 0;
+    int BasicGroupsEnd = 0; ///< last group that the search looks in
     int LastGroup = -1;
     int ChordCount = 0;
     std::array<std::string, DRUM_NAMES> DrumSoundNames;
@@ -63,19 +64,47 @@ public:
 
     /// False with a text for the user in error; the library is then empty.
     bool Load_Chords(const std::filesystem::path& path, std::string& error);
-    /// False when the file is missing or has fewer than 61 lines.
+    /// The same of a file's bytes. False when they hold more than 201 chords or 21 groups, or a suffix that
+    /// no group is open for.
+    bool Parse_Chords(std::string_view bytes);
+    /// False, with a text for the user in error, when the file is missing or has fewer than 61 lines; the
+    /// names are then as they were.
     bool Load_Drums(const std::filesystem::path& path, std::string& error);
+    /// The same of a file's bytes. Lines behind the 61st are passed over.
+    bool Parse_Drums(std::string_view bytes);
 
+    /// Row of ChordTypeTable, -1 for none; letter case and blanks around it aside.
     int ChordTypeByName(const std::string& text) const;
+    /// 0 to 11 by any of the four spellings, -1 for none.
     int RootByName(const std::string& text) const;
+    /// The name of a root in the notation in force; any integer is folded into 0 to 11.
+    const std::string& RootName(int root) const;
+    /// Name and octave from note 24 ("C1") on, the name alone below. With usePlus a note from 128 on is shown
+    /// as semitones above the active octave: 128 is "C+0".
     std::string NoteName(int note, bool usePlus = false) const;
     /// frets[1] to frets[6], 1 the highest string; -1 for a string not played.
+    /// code below 40: row rootOrRow of the library (all -1 when there is no such row); 40 to 59: a shape is
+    /// generated for type code - 40 on root rootOrRow; from 60 on: the library is searched for type code - 60
+    /// and a shape generated when it has none. A type without a row in the table is its root alone. A string
+    /// that generation finds nothing for keeps what frets held.
     void GetChordFrets(int code, int rootOrRow, std::array<int, 7>& frets) const;
+    /// Root, type, octave and notes; with setName the name too. A chord whose VariableOctave is on is
+    /// fingered on the guitar, lowest string first. Any other has root, or root + 12 * octave + 12 when
+    /// octave is above 0, and its intervals above it. Unused notes are 0.
     void FillChordData(QChordData& chordData, int root, int type, int octave, bool setName) const;
+    /// caption with the note name at its front (two letters before one, any spelling) replaced by root's name
+    /// in the notation in force; trimmed, and cut to the 10 characters of a chord's name.
+    std::string Caption_With_Root(const std::string& caption, int root) const;
     /// Seven (root, type) pairs of a key; mode 0 major, 1 minor.
     static std::array<std::pair<int, int>, 7> Diatonic_Chords(int key, int mode);
     /// Transpose distance between two keys, minor ones replaced by their relative major first.
     static int Key_Distance(int fromKey, int fromMode, int toKey, int toMode);
+
+private:
+    const std::string& Interval_String(int type) const;
+    int Find_In_Library(int root, int type) const;
+    void Read_Row(int row, std::array<int, 7>& frets) const;
+    void Generate_Shape(int root, int type, std::array<int, 7>& frets) const;
 };
 
 } // namespace tonvex

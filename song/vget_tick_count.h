@@ -5,16 +5,19 @@
 #include "song/tempo_change_class.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace tonvex {
 
 /// Turns the machine's millisecond counter into a song position through the tempo list.
 /// Formulas: position = (clock ms - SegmentMS) / (60000 / Tempo) + SegmentBeat with the tempo map on,
 /// clock ms / (60000 / Tempo) + StartBeat with it off; clock ms = (counter - StartTickMS) * Speed.
+/// A Speed that is not above 0 counts as 1, a tempo below 1 as 1.
+/// The song milliseconds at a change of tempo are rounded, and the rounding stays in the sum.
 /// Interface thread.
 class VGetTickCount {
 public:
-    static constexpr double NO_CHANGE_BEAT = 99000000.0;
+    static constexpr double NO_CHANGE_BEAT = TempoChangeClass::NO_CHANGE_BEAT;
 
     /// All three outlive the clock.
     VGetTickCount(const Millisecond_Counter& counter, const TempoChangeClass& tempoChanges,
@@ -32,12 +35,14 @@ public:
     /// The current position in beats. Steps into the next segment when the position has passed its end; the
     /// value returned is the one of the segment before.
     double GetTime();
-    /// The position at a moment of the machine's clock (Millisecond_Counter ns) not far from now; changes
-    /// nothing. A key edge is stamped with it.
+    /// The position at a moment of the machine's clock (Millisecond_Counter ns), finer than a millisecond and
+    /// by the whole tempo map; changes nothing. A key edge is stamped with it. It lies up to a millisecond
+    /// ahead of GetTime, whose counter is cut to whole ones; with ManualClock it is the position of ManualMS.
     double GetTime_At(std::int64_t momentNs) const;
-    /// The moment (Millisecond_Counter ns) at which the running clock reads beats.
+    /// The moment (Millisecond_Counter ns) at which the running clock reads beats: the inverse of GetTime_At,
+    /// never falling when beats rises. Logarithmic in the number of tempo changes.
     std::int64_t Moment_Of(double beats) const;
-    /// Make the clock read StartBeat (beats) now, at every Speed.
+    /// Make the clock read StartBeat (beats) now, at every Speed; with ManualClock, at a ManualMS of 0.
     void Reset();
     void SetTime(double beats);
     /// Re-anchors a running clock after a tempo edit; the caller then sets the clock to the position when it
@@ -50,6 +55,16 @@ public:
     std::int64_t Start_Tick_MS() const noexcept { return StartTickMS; }
 
 private:
+    /// A stretch of one tempo. startMs is in song milliseconds.
+    struct Segment {
+        double startBeat;
+        std::int64_t startMs;
+        std::int32_t tempo;
+    };
+
+    double Usable_Speed() const noexcept;
+    std::int64_t Counter_Ms() const;
+    const std::vector<Segment>& Segments() const;
     void Find_Segment(double beats);
 
     const Millisecond_Counter& counter;
@@ -59,9 +74,14 @@ private:
     double NextChangeBeat = NO_CHANGE_BEAT;
     std::int64_t SegmentMS = 0;
     double SegmentBeat = 0.0;
+
+    // Worked out from the tempo list and the base tempo, kept until one of them changes.
+    mutable std::vector<Segment> segments;
+    mutable std::uint64_t segmentsRevision = 0;
+    mutable std::int32_t segmentsTempo = 0;
 };
 
-/// Position in beats of a song time in milliseconds, by the tempo map without any speed.
+/// Position in beats of a song time in milliseconds, by the tempo map without any speed or rounding.
 double MS_To_Beats(double ms, const TempoChangeClass& tempoChanges, const Project_State& project);
 /// The inverse.
 double Beats_To_MS(double beats, const TempoChangeClass& tempoChanges, const Project_State& project);
