@@ -1,6 +1,8 @@
 #pragma once
 
 #include "song/event_data.h"
+#include "song/event_tables.h"
+#include "song/event_time_list.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,21 +17,32 @@ public:
     virtual ~Channel_Host() = default;
     /// True while the transport runs: changes are then logged as mods.
     virtual bool Live_Changes_On() const = 0;
-    /// An edit pushed the event before the start of the song or off the notes: change message 1017.
+    /// An edit pushed the event before the start of the song or off the notes: change message 1017, which
+    /// leads back into DeleteEvent of the same store. The store deletes the event itself if it is still
+    /// there afterwards.
     virtual void Event_Fell_Out(std::int32_t channelNumber, std::int32_t eventId) = 0;
     /// Length in beats of a clip of sampleCount samples that starts at startBeat, by the tempo map.
     virtual double Clip_Length_Beats(double startBeat, std::int32_t sampleCount) const = 0;
-    /// The name of chord root (0 to 11) in the notation in force, and a chord type's notes and suffix.
+    /// Gives the chord another type: its notes, used count, ChordTypeIndex and name, from ChordFlagA.
     virtual void Retype_Chord(QChordData& chord, std::uint8_t chordType) const = 0;
+    /// Moves the leading note name of ChordName by -11 to 11 semitones, in the notation in force. Root and
+    /// notes have been moved already.
     virtual void Rename_Chord(QChordData& chord, int semitones) const = 0;
 };
 
-/// The store of one channel's events: a time-ordered linked list through a table of rows, payloads by kind
-/// beside it, the recording buffer, and the log of changes made while the transport runs.
+/// The store of one channel's events: rows in order of arrival, linked in order of time, payloads by kind
+/// beside them, the recording buffer, and the log of changes made while the transport runs.
 /// Interface thread only; no locks. Times and lengths in beats.
-/// EventID is the stable handle, EventI a row that ReSort_StartTime changes. Bad rows give -1 or nothing.
-/// Costs: adding at the end, reading, finding by ID and deleting are constant on average; adding elsewhere
-/// and sorting are n log n over a batch.
+///
+/// EventID is the stable handle, EventI a row. ReSort_StartTime changes rows, Defrag_Data moves payloads; a
+/// row may also be taken anew once the channel has become empty. Bad rows and unknown IDs give -1 or do
+/// nothing.
+/// Order: by start time, among equals by row, which is the order of arrival.
+/// Start times lie in 0 to MAX_EVENT_BEATS. A new event outside goes to the nearer end, one whose time is
+/// not a number to 0; a length that is not a number becomes the shortest. So nothing is lost and the order
+/// is always defined. A setter refuses what is not a number.
+/// Costs: adding at the end, reading and finding by ID are constant on average; deleting and adding
+/// elsewhere logarithmic; sorting n log n; compaction linear.
 class ChannelClass {
 public:
     /// One event as ReadEvent shows it. The pointers hold until the next add or defrag.
@@ -70,18 +83,26 @@ public:
     std::int32_t ChannelNumber = 0; ///< the ChannelID of the owning row
 
     // ---- adding, deleting, changing ----
-    /// Behind all events of equal time; with notSorted appended behind the last row placed, and the caller
-    /// runs ReSort_StartTime when done. Returns the EventID.
+    /// Behind all events of equal time; with notSorted behind the last event whatever its time, and the
+    /// caller runs ReSort_StartTime when done. Returns the EventID.
     std::int32_t AddNewEvent(double startTime, const EventData& data, bool notSorted = false);
     /// By row when eventI is not -1, else by ID. False when there is no such event.
     bool DeleteEvent(std::int32_t eventId, std::int32_t eventI = -1);
-    /// Each setter takes an absolute value or, when delta is given, the change. See the markers NOT_GIVEN.
+    /// Each setter takes an absolute value or, when delta is given, the change. See the markers NOT_GIVEN;
+    /// with neither given nothing changes.
+    /// False when the event is unknown, the time is not a number, or it fell before the start of the song
+    /// and is gone. The list is not re-linked: the caller runs ReSort_StartTime when done.
     bool Set_Event_StartTime(std::int32_t eventId, double newTime, double delta = NOT_GIVEN_TIME,
                              std::int32_t eventI = -1);
+    /// At least MIN_LENGTH_BEATS. Events without a stored length stay as they are.
     void Set_Event_Length(std::int32_t eventId, double newLength, double delta = NOT_GIVEN_TIME);
+    /// Kept within 0 to 127. Notes and chords.
     void Set_Event_Volume(std::int32_t eventId, std::int32_t newVol, std::int32_t delta = NOT_GIVEN);
+    /// Moves a note, all used notes of a chord (newNote is its first note) or a style fragment's root
+    /// (newNote is root + 48). A note or chord that would leave 0 to 127 falls out.
     void Set_Event_Note(std::int32_t eventId, std::int32_t newNote, std::int32_t delta = NOT_GIVEN);
     void Set_Event_ChordType(std::int32_t eventId, std::uint8_t chordType);
+    /// The payload of a live event but its length. Data of another kind changes nothing.
     void Set_Event_Properties(std::int32_t eventId, const EventData& data);
 
     // ---- reading ----
@@ -95,43 +116,89 @@ public:
     bool ValidEventI(std::int32_t eventI) const;
     /// Number of live events minus one; -1 in an empty channel.
     std::int32_t GetTotalEvents() const noexcept { return LastEventN; }
-    std::int32_t FirstEvent() const noexcept { return FirstEventI; }
-    std::int32_t LastTimeEvent() const noexcept { return LastTimeI; }
+    std::int32_t FirstEvent() const noexcept { return timeList.First(); }
+    std::int32_t LastTimeEvent() const noexcept { return timeList.Last(); }
     /// The row on which an editor draws the event.
     std::int32_t Get_Event_BaseNote(std::int32_t eventI) const;
     double GetEvent_Length(std::int32_t eventI) const;
     /// End of the event that ends last; 0 in an empty channel.
     double Get_ChannelLength_Beats() const;
-    /// First event at or after time in time order, -1 when there is none. n log n to build after a
-    /// change, logarithmic then.
+    /// First event at or after time, -1 when there is none. Logarithmic, linear once after a re-sort and
+    /// while one is owed.
     std::int32_t First_Event_At(double time) const;
 
     // ---- whole channel ----
+    /// Squeezes out free rows and links all events anew.
     void ReSort_StartTime();
+    /// Squeezes out payload rows that no event uses, stored or being recorded.
     void Defrag_Data();
+    /// Start times and stored lengths times factor. A factor not above 0 changes nothing.
     void Project_ChangeSpeed(float factor);
+    /// Events at or behind the bar move by bars (4 beats each); what falls before 0 goes as in
+    /// Set_Event_StartTime.
     void MC_MoveBarEvents(std::int32_t fromBar, std::int32_t bars);
+    /// Deletes the events that start in the bars and moves the later ones up.
     void MC_DeleteBarEvents(std::int32_t fromBar, std::int32_t bars);
+    /// As new, NextID and ChannelNumber included.
+    void Clear();
+    /// IDs go on at next at the earliest: whoever brings back events with their IDs says where they ended.
+    void Raise_NextID(std::int32_t next) noexcept;
 
     // ---- recording ----
-    /// Into the recording buffer; the time list does not see it before CopyRecEvents.
+    /// Into the recording buffer; the time list does not see it before CopyRecEvents. Returns its row.
     std::int32_t AddNewEvent_RecMode(double startTime, const EventData& data);
-    std::int32_t Recorded_Count() const noexcept { return RecCount; }
+    std::int32_t Recorded_Count() const noexcept { return static_cast<std::int32_t>(RecEvents.size()); }
+    /// The take joins the stored events, each behind those of equal time, with the ID it has.
     void CopyRecEvents();
 
-    // ---- changes made while the transport runs ----
+    // ---- changes made while the transport runs; logged only while Live_Changes_On ----
     bool Mods_Pending() const noexcept { return ModsPending; }
     std::vector<Mod> Get_Mods() const;
     void Clear_Mods() noexcept;
     void Add_Special_Mod(std::int32_t code);
 
 private:
-    std::int32_t FirstEventI = -1;
-    std::int32_t LastTimeI = -1;
-    std::int32_t LastEventN = -1;
-    std::int32_t RecCount = 0;
-    bool ModsPending = false;
+    struct ChannelEvent {
+        std::int32_t ID = 0;
+        double StartTime = 0.0;
+        Event_Kind Kind = EV_NOTE;
+        std::int32_t DataRef = -1;
+        Flag16 InUse = FLAG_OFF;
+    };
+    struct RecEvent {
+        std::int32_t ID = 0;
+        double StartTime = 0.0;
+        Event_Kind Kind = EV_NOTE;
+        std::int32_t DataRef = -1;
+        double Length = 0.0;
+    };
+    ChannelEvent& Row(std::int32_t eventI) { return Events[static_cast<std::size_t>(eventI)]; }
+    const ChannelEvent& Row(std::int32_t eventI) const { return Events[static_cast<std::size_t>(eventI)]; }
+    std::int32_t New_ID();
+    void Place(const ChannelEvent& event, bool notSorted);
+    void Relink();
+    void Fall_Out(std::int32_t eventId);
+    void Shift_Notes(std::int32_t eventI, std::int64_t semitones);
+    void Point_At_Data(Event_View& view) const;
+    double Length_Of(Event_Kind kind, std::int32_t dataRef, double startTime) const;
+    void Log(std::int32_t eventId, std::int32_t code);
+
     Channel_Host& host;
+    std::vector<ChannelEvent> Events; ///< in order of arrival
+    Event_Tables tables;
+    Event_Time_List timeList;
+    /// A start time was changed, or an event appended, without linking in order.
+    bool reSortOwed = false;
+    /// Row by ID; -1 for an event in the recording buffer.
+    std::unordered_map<std::int32_t, std::int32_t> rowById;
+    std::int32_t NextID = FIRST_ID;
+    /// No ID from 0 to below this is free, once NextID has run out.
+    std::int32_t lowestSpareId = 0;
+    std::int32_t LastEventN = -1;
+    mutable double CachedLength = -1.0; ///< -1 unknown
+    std::vector<RecEvent> RecEvents;
+    std::vector<Mod> mods;
+    bool ModsPending = false;
 };
 
 } // namespace tonvex

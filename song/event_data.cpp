@@ -1,6 +1,13 @@
 #include "song/event_data.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace tonvex {
+
+double Stored_Beats(double beats, double instead) noexcept {
+    return std::isnan(beats) ? instead : std::clamp(beats, -MAX_EVENT_BEATS, MAX_EVENT_BEATS);
+}
 
 Event_Kind Kind_Of(const EventData& data) noexcept {
     constexpr std::array<Event_Kind, std::variant_size_v<EventData>> kinds = {EV_NOTE,  EV_QCHORD, EV_PATCH,

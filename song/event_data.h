@@ -35,6 +35,13 @@ enum Event_Kind : std::uint8_t {
 
 /// The fixed length in beats that events without a length report.
 inline constexpr double LENGTHLESS_EVENT_BEATS = 500.0;
+/// The shortest length in beats that an edit leaves a note, a chord or a style fragment.
+inline constexpr double MIN_LENGTH_BEATS = 0.05;
+/// The last start time in beats: the number above it, NOT_GIVEN_TIME, bounds a song.
+inline constexpr double MAX_EVENT_BEATS = 268435454.0;
+/// What a store keeps of a time or length in beats: at most MAX_EVENT_BEATS, and never less than
+/// -MAX_EVENT_BEATS; instead when it is not a number, so that the order of events is always defined.
+double Stored_Beats(double beats, double instead) noexcept;
 
 struct NoteData {
     std::uint8_t Note = 0; ///< MIDI note 0 to 127; 128 + n in a key: n semitones above the active octave

@@ -53,8 +53,11 @@ struct PatchRow {
 };
 
 /// The song's channels: a table of rows that stay where they are, each with its event store.
-/// Rows 0 to 99 are channels; row 100 stands for the practice channel; 101 to 109 are never live.
-/// Interface thread only. An unknown ChannelID is a silent no-op.
+/// Rows 0 to 99 are channels. Row 100 stands for the practice channel: its fields are used by whoever asks
+/// for that row, but it is never live, as are rows 101 to 109.
+/// What belongs to an output slot is the same on all live rows of the slot: the patch always, the pan once
+/// it is set.
+/// Interface thread only. An unknown ChannelID, a slot or a patch row outside its table changes nothing.
 class GlobalChannelsManager {
 public:
     static constexpr int CHANNEL_ROWS = 100;
@@ -80,27 +83,37 @@ public:
     int ChannelI(std::int32_t channelId) const;
     bool Has_Free_Row() const;
     bool Is_Live_Row(int row) const;
-    /// The store beside a row; rows 0 to 99.
+    /// The store beside a row, 0 to 99; row 100 has an empty one. Its address stays for the whole run.
     ChannelClass& Store(int row);
     const ChannelClass& Store(int row) const;
 
-    /// outputSlot NOT_GIVEN picks Next_Free_Slot. Returns the row, -1 when the table is full.
+    /// outputSlot NOT_GIVEN, or one that is no slot, picks Next_Free_Slot. A slot in use gives the channel
+    /// its patch. Returns the row, -1 when the table is full or a live channel has the ID.
     int Add_Channel(std::int32_t channelId, bool isAudio, std::int32_t outputSlot, const std::string& name);
-    /// An ID that no channel of this project has had: the first is FIRST_ID, each later one 1 more.
+    /// An ID that no channel of this project has had: the first is FIRST_ID, each later one 1 more. IDs
+    /// that channels were added with count as used.
     std::int32_t New_ChannelID();
     void Delete_Channel(std::int32_t channelId);
     /// toggle inverts, else sets; the flag after it.
     bool Set_Mute(std::int32_t channelId, bool value, bool toggle = false);
     bool Set_Solo(std::int32_t channelId, bool value, bool toggle = false);
+    /// 0 to 127; above that is 127. The pan goes to all rows of the slot.
     void Set_Volume(std::int32_t channelId, std::uint8_t value);
     void Set_Pan(std::int32_t channelId, std::uint8_t value);
+    /// Row of Global_Patches, on the drum slot of Global_DrumPatches. The patch goes to all rows of the slot.
     void Set_Patch(std::int32_t channelId, std::int16_t patchI);
+    /// Made unique as Unique_Name does.
     void Set_Name(std::int32_t channelId, const std::string& name);
+    /// Takes the patch of the slot, if a live channel is on it, else its own along.
     void Set_OutputChannel(std::int32_t channelId, std::uint8_t slot);
-    /// name, or name and a counter, so that no other live row has it (letter case aside).
+    /// name, or name and a counter, so that no other live row has it (letter case aside), of at most 50
+    /// characters. An empty name becomes "Channel" and a counter.
     std::string Unique_Name(const std::string& name, int exceptRow = -1) const;
+    /// Lowest slot that is not the drum slot and that no channel uses; 0 when there is none.
     int Next_Free_Slot() const;
+    /// Smallest number that no audio channel has.
     std::uint16_t Next_AudioOutput() const;
+    /// False, with a text for the user, when one more channel of the style would be too many.
     bool Style_Limit(std::uint8_t style, std::string& message) const;
     /// What mute and solo together make of a row: mute wins; with any solo on, rows without it are silent.
     bool Effective_Mute(int row) const;
@@ -110,12 +123,18 @@ public:
     /// True while the transport runs; the session gives the answer.
     std::function<bool()> Play_Is_Active = [] { return false; };
 
-    /// Empties all rows and slots, as a new project does.
+    /// Empties all rows and slots, as a new project does. The patch tables stay.
     void Clear();
 
 private:
-    Channel_Host& host;
-    std::array<std::unique_ptr<ChannelClass>, CHANNEL_ROWS> stores;
+    GlobalChannel* Live_Channel(std::int32_t channelId);
+    /// First live row on the slot other than exceptRow, -1 when there is none.
+    int Row_On_Slot(std::uint8_t slot, int exceptRow) const;
+    bool Give_Patch(GlobalChannel& channel, std::int16_t patchI) const;
+    void Take_Slot(int row, std::uint8_t slot);
+    bool Name_Is_Free(const std::string& name, int exceptRow) const;
+
+    std::array<std::unique_ptr<ChannelClass>, CHANNEL_ROWS + 1> stores;
     std::int32_t nextChannelId = FIRST_ID;
 };
 

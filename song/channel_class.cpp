@@ -1,0 +1,290 @@
+#include "song/channel_class.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace tonvex {
+
+namespace {
+
+double Start_In_Song(double beats) noexcept {
+    return std::max(0.0, Stored_Beats(beats, 0.0));
+}
+
+} // namespace
+
+EventData ChannelClass::Event_View::Payload() const {
+    if (Note != nullptr)
+        return *Note;
+    if (QChord != nullptr)
+        return *QChord;
+    if (Named != nullptr)
+        return *Named;
+    if (MC != nullptr)
+        return *MC;
+    if (Audio != nullptr)
+        return *Audio;
+    return PatchData{DataRef};
+}
+
+ChannelClass::ChannelClass(Channel_Host& channelHost) : host(channelHost) {}
+
+// ---- adding and deleting ----
+
+std::int32_t ChannelClass::New_ID() {
+    if (NextID != std::numeric_limits<std::int32_t>::max())
+        return NextID++;
+    while (rowById.contains(lowestSpareId))
+        ++lowestSpareId;
+    return lowestSpareId++;
+}
+
+void ChannelClass::Raise_NextID(std::int32_t next) noexcept {
+    NextID = std::max(NextID, next);
+}
+
+void ChannelClass::Place(const ChannelEvent& event, bool notSorted) {
+    if (LastEventN == -1) {
+        Events.clear();
+        timeList.Clear();
+        reSortOwed = false;
+    }
+    const auto row = static_cast<std::int32_t>(Events.size());
+    Events.push_back(event);
+    rowById[event.ID] = row;
+    ++LastEventN;
+    if (notSorted) {
+        reSortOwed = reSortOwed || (LastEventN > 0 && event.StartTime < Row(timeList.Last()).StartTime);
+        timeList.Append(row, event.StartTime);
+    } else {
+        timeList.Insert(row, event.StartTime);
+    }
+    // A clip's length follows the tempo map, so a channel with clips has nothing lasting to keep.
+    if (event.Kind == EV_AUDIO)
+        CachedLength = -1.0;
+    if (CachedLength >= 0.0)
+        CachedLength = std::max(CachedLength, event.StartTime + GetEvent_Length(row));
+    Log(event.ID, MOD_ADDED);
+}
+
+std::int32_t ChannelClass::AddNewEvent(double startTime, const EventData& data, bool notSorted) {
+    const ChannelEvent event{.ID = New_ID(),
+                             .StartTime = Start_In_Song(startTime),
+                             .Kind = Kind_Of(data),
+                             .DataRef = tables.Add(data),
+                             .InUse = FLAG_ON};
+    Place(event, notSorted);
+    return event.ID;
+}
+
+bool ChannelClass::DeleteEvent(std::int32_t eventId, std::int32_t eventI) {
+    const std::int32_t row = eventI != -1 ? eventI : GetEvent_I(eventId);
+    if (!ExistsEventI(row))
+        return false;
+    ChannelEvent& event = Row(row);
+    Log(event.ID, MOD_DELETED);
+    CachedLength = -1.0;
+    rowById.erase(event.ID);
+    if (event.ID >= 0)
+        lowestSpareId = std::min(lowestSpareId, event.ID);
+    event.InUse = FLAG_OFF;
+    --LastEventN;
+    timeList.Remove(row);
+    return true;
+}
+
+void ChannelClass::Clear() {
+    ChannelNumber = 0;
+    Events.clear();
+    tables.Clear();
+    timeList.Clear();
+    reSortOwed = false;
+    rowById.clear();
+    NextID = FIRST_ID;
+    lowestSpareId = 0;
+    LastEventN = -1;
+    CachedLength = -1.0;
+    RecEvents.clear();
+    Clear_Mods();
+}
+
+// ---- recording ----
+
+std::int32_t ChannelClass::AddNewEvent_RecMode(double startTime, const EventData& data) {
+    RecEvent event{.ID = New_ID(),
+                   .StartTime = Start_In_Song(startTime),
+                   .Kind = Kind_Of(data),
+                   .DataRef = tables.Add(data),
+                   .Length = 0.0};
+    event.Length = Length_Of(event.Kind, event.DataRef, event.StartTime);
+    rowById[event.ID] = -1;
+    RecEvents.push_back(event);
+    return Recorded_Count() - 1;
+}
+
+void ChannelClass::CopyRecEvents() {
+    for (const RecEvent& recorded : RecEvents)
+        Place(ChannelEvent{.ID = recorded.ID,
+                           .StartTime = recorded.StartTime,
+                           .Kind = recorded.Kind,
+                           .DataRef = recorded.DataRef,
+                           .InUse = FLAG_ON},
+              false);
+    RecEvents.clear();
+}
+
+// ---- reading ----
+
+void ChannelClass::Point_At_Data(Event_View& view) const {
+    const auto i = static_cast<std::size_t>(view.DataRef);
+    switch (view.Kind) {
+    case EV_NOTE:
+        view.Note = &tables.Notes[i];
+        break;
+    case EV_QCHORD:
+        view.QChord = &tables.QChords[i];
+        break;
+    case EV_PATCH:
+        break;
+    case EV_NAMED:
+        view.Named = &tables.NamedEvents[i];
+        break;
+    case EV_MC:
+        view.MC = &tables.MCEvents[i];
+        break;
+    case EV_AUDIO:
+        view.Audio = &tables.AudioEvents[i];
+        break;
+    }
+}
+
+std::optional<ChannelClass::Event_View> ChannelClass::ReadEvent(std::int32_t eventI) const {
+    if (!ExistsEventI(eventI) || !tables.Holds(Row(eventI).Kind, Row(eventI).DataRef))
+        return std::nullopt;
+    const ChannelEvent& event = Row(eventI);
+    Event_View view{.EventI = eventI,
+                    .StartTime = event.StartTime,
+                    .Kind = event.Kind,
+                    .EventID = event.ID,
+                    .DataRef = event.DataRef};
+    Point_At_Data(view);
+    return view;
+}
+
+std::optional<ChannelClass::Event_View> ChannelClass::ReadEvent_RecMode(std::int32_t recI) const {
+    if (recI < 0 || recI >= Recorded_Count())
+        return std::nullopt;
+    const RecEvent& event = RecEvents[static_cast<std::size_t>(recI)];
+    Event_View view{.EventI = recI,
+                    .StartTime = event.StartTime,
+                    .Kind = event.Kind,
+                    .EventID = event.ID,
+                    .DataRef = event.DataRef,
+                    .RecLength = event.Length};
+    Point_At_Data(view);
+    return view;
+}
+
+std::int32_t ChannelClass::GetEvent_I(std::int32_t eventId) const {
+    const auto found = rowById.find(eventId);
+    return found == rowById.end() ? -1 : found->second;
+}
+
+std::int32_t ChannelClass::GetEvent_ID(std::int32_t eventI) const {
+    return ExistsEventI(eventI) ? Row(eventI).ID : -1;
+}
+
+std::int32_t ChannelClass::Get_NextEventI(std::int32_t eventI) const {
+    return timeList.Next(eventI);
+}
+
+bool ChannelClass::ExistsEventI(std::int32_t eventI) const {
+    return eventI >= 0 && static_cast<std::size_t>(eventI) < Events.size() && Is_On(Row(eventI).InUse);
+}
+
+bool ChannelClass::ValidEventI(std::int32_t eventI) const {
+    return ReadEvent(eventI).has_value();
+}
+
+std::int32_t ChannelClass::Get_Event_BaseNote(std::int32_t eventI) const {
+    constexpr std::int32_t LENGTHLESS_ROW = 120;
+    constexpr std::int32_t OTHER_ROW = 127;
+    constexpr std::int32_t ROOT_ROW = 48;
+    const auto event = ReadEvent(eventI);
+    if (!event)
+        return OTHER_ROW;
+    if (event->Note != nullptr)
+        return event->Note->Note;
+    if (event->QChord != nullptr)
+        return event->QChord->ChordNotes[0];
+    if (event->MC != nullptr)
+        return event->MC->Root + ROOT_ROW;
+    return event->Kind == EV_AUDIO ? OTHER_ROW : LENGTHLESS_ROW;
+}
+
+double ChannelClass::Length_Of(Event_Kind kind, std::int32_t dataRef, double startTime) const {
+    if (!tables.Holds(kind, dataRef))
+        return 0.0;
+    if (const double* stored = tables.Stored_Length(kind, dataRef))
+        return *stored;
+    if (kind == EV_AUDIO)
+        return host.Clip_Length_Beats(startTime,
+                                      tables.AudioEvents[static_cast<std::size_t>(dataRef)].SampleCount);
+    return LENGTHLESS_EVENT_BEATS;
+}
+
+double ChannelClass::GetEvent_Length(std::int32_t eventI) const {
+    if (!ExistsEventI(eventI))
+        return 0.0;
+    const ChannelEvent& event = Row(eventI);
+    return Length_Of(event.Kind, event.DataRef, event.StartTime);
+}
+
+double ChannelClass::Get_ChannelLength_Beats() const {
+    if (CachedLength >= 0.0)
+        return CachedLength;
+    double end = 0.0;
+    bool lasting = true;
+    for (const ChannelEvent& event : Events) {
+        if (!Is_On(event.InUse))
+            continue;
+        end = std::max(end, event.StartTime + Length_Of(event.Kind, event.DataRef, event.StartTime));
+        lasting = lasting && event.Kind != EV_AUDIO;
+    }
+    if (lasting)
+        CachedLength = end;
+    return end;
+}
+
+std::int32_t ChannelClass::First_Event_At(double time) const {
+    if (!reSortOwed)
+        return timeList.First_At(time);
+    std::int32_t row = timeList.First();
+    while (row != -1 && Row(row).StartTime < time)
+        row = timeList.Next(row);
+    return row;
+}
+
+// ---- changes made while the transport runs ----
+
+void ChannelClass::Log(std::int32_t eventId, std::int32_t code) {
+    if (!host.Live_Changes_On())
+        return;
+    mods.push_back(Mod{.ID = eventId, .Code = code});
+    ModsPending = true;
+}
+
+std::vector<ChannelClass::Mod> ChannelClass::Get_Mods() const {
+    return mods;
+}
+
+void ChannelClass::Clear_Mods() noexcept {
+    mods.clear();
+    ModsPending = false;
+}
+
+void ChannelClass::Add_Special_Mod(std::int32_t code) {
+    Log(0, code);
+}
+
+} // namespace tonvex
