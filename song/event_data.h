@@ -90,6 +90,7 @@ struct MCEventData {
     Flag16 InUse = FLAG_ON;
     std::uint8_t Style = 0; ///< 0 drums, 1 clean guitar, 2 distorted guitar, 3 bass, 4 piano
     std::array<std::uint8_t, 200> StyleBlock{};
+    std::uint8_t Reserved = 0; ///< the last byte of a file's row, carried along
     bool operator==(const MCEventData&) const = default;
 };
 

@@ -1,0 +1,132 @@
+#include "input/layout_file.h"
+
+#include "base/byte_cursor.h"
+#include "base/text_codec.h"
+#include "song/event_rows.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tonvex {
+
+namespace {
+
+constexpr std::string_view MAGIC = "Keyb";
+constexpr std::string_view VERSION_NOW = "02";
+constexpr std::string_view VERSION_MS = "01";
+
+std::string_view As_Text(std::span<const std::uint8_t> bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+KeyMapEntry Read_Map_Row(Byte_Cursor& cursor) {
+    KeyMapEntry entry;
+    entry.Enabled = cursor.Read_I16();
+    entry.Target = cursor.Read_I16();
+    entry.Kind = cursor.Read_U8();
+    return entry;
+}
+
+/// The name of the chord row that begins at the cursor, as it stands.
+void Keep_Name_Field(Byte_Cursor cursor, std::array<std::uint8_t, CHORD_NAME_BYTES>& field) {
+    cursor.Skip(1);
+    const auto name = cursor.Read_Bytes(CHORD_NAME_BYTES);
+    std::copy(name.begin(), name.end(), field.begin());
+}
+
+void Read_Rows(Byte_Cursor& cursor, Key_Tables& tables) {
+    for (NoteData& note : tables.notes)
+        note = Read_Note_Row(cursor);
+    for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
+        Keep_Name_Field(cursor, tables.nameFields[i]);
+        tables.chords[i] = Read_QChord_Row(cursor);
+    }
+    for (MCEventData& style : tables.styles)
+        style = Read_MC_Row(cursor);
+}
+
+/// Rows of version "01". msPerBeat widens their lengths.
+void Read_Old_Rows(Byte_Cursor& cursor, double msPerBeat, Key_Tables& tables) {
+    for (NoteData& note : tables.notes) {
+        note.Note = cursor.Read_U8();
+        note.Vol = cursor.Read_U8();
+        note.Length = cursor.Read_I32() / msPerBeat;
+    }
+    for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
+        QChordData& chord = tables.chords[i];
+        Keep_Name_Field(cursor, tables.nameFields[i]);
+        chord.Active = cursor.Read_U8();
+        chord.ChordName = Text_From_Fixed_Field(As_Text(cursor.Read_Bytes(CHORD_NAME_BYTES)));
+        chord.Octave = cursor.Read_U8();
+        chord.VariableOctave = cursor.Read_U16();
+        chord.Length = cursor.Read_I32() / msPerBeat;
+        chord.ChordFlagA = cursor.Read_U8();
+        chord.ChordTypeIndex = cursor.Read_U8();
+        for (std::uint8_t& note : chord.ChordNotes)
+            note = cursor.Read_U8();
+        chord.ChordFlagB = cursor.Read_U8();
+        chord.ChordVol = cursor.Read_U8();
+        chord.PatternNoteCount = cursor.Read_U8();
+        for (std::uint8_t& note : chord.PatternNotes)
+            note = cursor.Read_U8();
+        chord.StepMs = cursor.Read_I16();
+    }
+}
+
+} // namespace
+
+Layout_Read Read_Layout(std::span<const std::uint8_t> bytes, double currentTempo, Key_Tables& tables) {
+    Byte_Cursor cursor(bytes);
+    const auto magic = cursor.Read_Bytes(MAGIC.size());
+    if (!cursor.Ok())
+        return Layout_Read::Broken;
+    if (As_Text(magic) != MAGIC)
+        return Layout_Read::Not_Layout;
+    const std::string version(As_Text(cursor.Read_Bytes(VERSION_NOW.size())));
+    if (!cursor.Ok())
+        return Layout_Read::Broken;
+    if (version != VERSION_NOW && version != VERSION_MS)
+        return Layout_Read::Kept;
+    // Some 100 KB: on the heap.
+    const auto read = std::make_unique<Key_Tables>(tables);
+    for (KeyMapEntry& entry : read->map)
+        entry = Read_Map_Row(cursor);
+    if (version == VERSION_NOW)
+        Read_Rows(cursor, *read);
+    else
+        Read_Old_Rows(cursor, 60000.0 / (currentTempo > 0.0 ? currentTempo : 1.0), *read);
+    if (!cursor.Ok())
+        return Layout_Read::Broken;
+    tables = *read;
+    return Layout_Read::Replaced;
+}
+
+std::vector<std::uint8_t> Write_Layout(const Key_Tables& tables) {
+    Byte_Writer writer;
+    writer.Write_Text(std::string(MAGIC));
+    writer.Write_Text(std::string(VERSION_NOW));
+    for (const KeyMapEntry& entry : tables.map) {
+        writer.Write_I16(entry.Enabled);
+        writer.Write_I16(entry.Target);
+        writer.Write_U8(entry.Kind);
+    }
+    for (const NoteData& note : tables.notes)
+        Write_Note_Row(writer, note);
+    const std::size_t firstChord = writer.Bytes().size();
+    for (const QChordData& chord : tables.chords)
+        Write_QChord_Row(writer, chord);
+    for (const MCEventData& style : tables.styles)
+        Write_MC_Row(writer, style);
+    std::vector<std::uint8_t> bytes = writer.Take();
+    for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
+        const auto& field = tables.nameFields[i];
+        if (Text_From_Fixed_Field(As_Text(field)) == tables.chords[i].ChordName)
+            std::copy(field.begin(), field.end(),
+                      bytes.begin() + static_cast<std::ptrdiff_t>(firstChord + i * QCHORD_ROW_BYTES + 1));
+    }
+    return bytes;
+}
+
+} // namespace tonvex

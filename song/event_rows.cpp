@@ -1,0 +1,97 @@
+#include "song/event_rows.h"
+
+#include "base/text_codec.h"
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+template <std::size_t N>
+void Read_Array(Byte_Cursor& cursor, std::array<std::uint8_t, N>& target) {
+    const auto piece = cursor.Read_Bytes(N);
+    std::copy(piece.begin(), piece.end(), target.begin());
+}
+
+} // namespace
+
+NoteData Read_Note_Row(Byte_Cursor& cursor) {
+    NoteData note;
+    note.Note = cursor.Read_U8();
+    note.Vol = cursor.Read_U8();
+    note.Length = cursor.Read_Double();
+    return note;
+}
+
+QChordData Read_QChord_Row(Byte_Cursor& cursor) {
+    QChordData chord;
+    chord.Active = cursor.Read_U8();
+    const auto name = cursor.Read_Bytes(CHORD_NAME_BYTES);
+    chord.ChordName =
+        Text_From_Fixed_Field(std::string_view(reinterpret_cast<const char*>(name.data()), name.size()));
+    chord.Octave = cursor.Read_U8();
+    chord.VariableOctave = cursor.Read_U16();
+    chord.Length = cursor.Read_Double();
+    chord.ChordFlagA = cursor.Read_U8();
+    chord.ChordTypeIndex = cursor.Read_U8();
+    Read_Array(cursor, chord.ChordNotes);
+    chord.ChordFlagB = cursor.Read_U8();
+    chord.ChordVol = cursor.Read_U8();
+    chord.ArpeggioOn = cursor.Read_U16();
+    chord.ArpeggioPattern = cursor.Read_I16();
+    chord.PatternNoteCount = cursor.Read_U8();
+    Read_Array(cursor, chord.PatternNotes);
+    chord.StepMs = cursor.Read_I16();
+    return chord;
+}
+
+MCEventData Read_MC_Row(Byte_Cursor& cursor) {
+    MCEventData event;
+    event.Root = cursor.Read_U8();
+    event.Minor = cursor.Read_U8();
+    event.Length = cursor.Read_Double();
+    event.StartOffset = cursor.Read_Double();
+    event.InUse = cursor.Read_U16();
+    event.Style = cursor.Read_U8();
+    Read_Array(cursor, event.StyleBlock);
+    event.Reserved = cursor.Read_U8();
+    return event;
+}
+
+void Write_Note_Row(Byte_Writer& writer, const NoteData& note) {
+    writer.Write_U8(note.Note);
+    writer.Write_U8(note.Vol);
+    writer.Write_Double(note.Length);
+}
+
+void Write_QChord_Row(Byte_Writer& writer, const QChordData& chord) {
+    writer.Write_U8(chord.Active);
+    writer.Write_Text(Fixed_Field(chord.ChordName, CHORD_NAME_BYTES));
+    writer.Write_U8(chord.Octave);
+    writer.Write_U16(chord.VariableOctave);
+    writer.Write_Double(chord.Length);
+    writer.Write_U8(chord.ChordFlagA);
+    writer.Write_U8(chord.ChordTypeIndex);
+    writer.Write_Bytes(chord.ChordNotes);
+    writer.Write_U8(chord.ChordFlagB);
+    writer.Write_U8(chord.ChordVol);
+    writer.Write_U16(chord.ArpeggioOn);
+    writer.Write_I16(chord.ArpeggioPattern);
+    writer.Write_U8(chord.PatternNoteCount);
+    writer.Write_Bytes(chord.PatternNotes);
+    writer.Write_I16(chord.StepMs);
+}
+
+void Write_MC_Row(Byte_Writer& writer, const MCEventData& event) {
+    writer.Write_U8(event.Root);
+    writer.Write_U8(event.Minor);
+    writer.Write_Double(event.Length);
+    writer.Write_Double(event.StartOffset);
+    writer.Write_U16(event.InUse);
+    writer.Write_U8(event.Style);
+    writer.Write_Bytes(event.StyleBlock);
+    writer.Write_U8(event.Reserved);
+}
+
+} // namespace tonvex
