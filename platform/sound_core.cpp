@@ -1,0 +1,169 @@
+#include "platform/sound_core.h"
+
+#include "platform/audio_thread_mark.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace tonvex {
+
+int Block_Frames_For(double periodMs, int sampleRate) noexcept {
+    const double frames = std::clamp(periodMs * sampleRate / 1000.0, 64.0, 8192.0);
+    return static_cast<int>(std::bit_floor(static_cast<unsigned>(frames)));
+}
+
+Sound_Core::Sound_Core(const Millisecond_Counter& clock) : counter(clock) {
+    mapping.Start(sampleRate);
+}
+
+Sound_Core::~Sound_Core() {
+    Collect_Garbage();
+    delete incoming.exchange(nullptr);
+    delete current;
+}
+
+void Sound_Core::Raise_Generation(std::uint32_t oldestValid) noexcept {
+    std::uint32_t seen = generation.load(std::memory_order_relaxed);
+    while (oldestValid > seen && !generation.compare_exchange_weak(seen, oldestValid)) {
+    }
+}
+
+void Sound_Core::Begin_Stream(int rate, int blockFrames, double deviceLatencyMs) {
+    sampleRate = rate;
+    deviceLatency = deviceLatencyMs;
+    delayFrames = blockFrames;
+    nextFrame = 0;
+    pieceFrame = 0;
+    pieceLeft = 0;
+    timeFixed = false;
+    mapping.Start(sampleRate);
+    latencyFrames.store(static_cast<float>(blockFrames), std::memory_order_relaxed);
+    load.store(0.0F, std::memory_order_relaxed);
+}
+
+void Sound_Core::Fix_Time(std::int64_t ns) noexcept {
+    timeFixed = true;
+    mapping.Fix(ns, 0);
+}
+
+void Sound_Core::Hand_Over(std::unique_ptr<Synth_Instance> fresh) {
+    // One that the audio thread had not come to take yet is ours again.
+    delete incoming.exchange(fresh.release(), std::memory_order_acq_rel);
+    Collect_Garbage();
+}
+
+void Sound_Core::Collect_Garbage() {
+    delete outgoing.exchange(nullptr, std::memory_order_acquire);
+}
+
+void Sound_Core::Take_Instance() noexcept {
+    if (outgoing.load(std::memory_order_relaxed) != nullptr)
+        return; // the one before has not been collected; this swap waits
+    Synth_Instance* const fresh = incoming.exchange(nullptr, std::memory_order_acq_rel);
+    if (fresh == nullptr)
+        return;
+    current = fresh;
+    outgoing.store(graph.Swap_Instance(fresh), std::memory_order_release);
+}
+
+bool Sound_Core::Pull(float* stereo, int frames) noexcept {
+    const Audio_Thread_Mark mark;
+    const std::int64_t startedNs = counter.Now_Ns();
+    if (!timeFixed)
+        mapping.Observe(startedNs, nextFrame);
+    // A server may change its block while it runs.
+    delayFrames = std::max(delayFrames, static_cast<std::int64_t>(frames));
+    Take_Instance();
+    live.Collect();
+    ahead.Collect();
+    for (int done = 0; done < frames;) {
+        if (pieceLeft == 0)
+            Render_Piece();
+        const int count = std::min(pieceLeft, frames - done);
+        const auto from = static_cast<std::size_t>(Synth_Graph::PIECE - pieceLeft);
+        for (std::size_t i = from; i < from + static_cast<std::size_t>(count); ++i) {
+            *stereo++ = left[i];
+            *stereo++ = right[i];
+        }
+        pieceLeft -= count;
+        done += count;
+    }
+    nextFrame += frames;
+    Keep(stereo - 2 * static_cast<std::ptrdiff_t>(frames), frames);
+    Note_Load(startedNs, frames);
+    return true;
+}
+
+void Sound_Core::Render_Piece() noexcept {
+    Deliver_Due(pieceFrame + Synth_Graph::PIECE);
+    graph.Render(left.data(), right.data(), gain.load(std::memory_order_relaxed));
+    pieceFrame += Synth_Graph::PIECE;
+    pieceLeft = Synth_Graph::PIECE;
+}
+
+void Sound_Core::Deliver_Due(std::int64_t beforeFrame) noexcept {
+    const std::uint32_t oldestValid = generation.load(std::memory_order_acquire);
+    for (;;) {
+        const Sound_Message* const fromLive = live.Next();
+        const Sound_Message* const fromAhead = ahead.Next();
+        const bool takeLive =
+            fromLive != nullptr && (fromAhead == nullptr || fromLive->dueNs <= fromAhead->dueNs);
+        const Sound_Message* const next = takeLive ? fromLive : fromAhead;
+        if (next == nullptr || mapping.Frame_At(next->dueNs) + delayFrames >= beforeFrame)
+            return;
+        if (next->generation == 0 || next->generation >= oldestValid) {
+            graph.Apply(*next);
+            Note_Latency(next->dueNs);
+        }
+        (takeLive ? live : ahead).Pop();
+    }
+}
+
+void Sound_Core::Note_Latency(std::int64_t dueNs) noexcept {
+    const std::int64_t frames = pieceFrame - mapping.Frame_At(dueNs);
+    // Orders without a moment of their own, and those after a stall, say nothing about the road.
+    if (frames < 0 || static_cast<double>(frames) > sampleRate)
+        return;
+    const float before = latencyFrames.load(std::memory_order_relaxed);
+    latencyFrames.store(before + (static_cast<float>(frames) - before) * 0.1F, std::memory_order_relaxed);
+}
+
+void Sound_Core::Note_Load(std::int64_t startedNs, int frames) noexcept {
+    const double blockNs = frames * 1e9 / sampleRate;
+    const double share = 100.0 * static_cast<double>(counter.Now_Ns() - startedNs) / blockNs;
+    const float before = load.load(std::memory_order_relaxed);
+    load.store(before + (static_cast<float>(share) - before) * 0.05F, std::memory_order_relaxed);
+}
+
+void Sound_Core::Fill(Sound_Status& status) noexcept {
+    status.latencyMs =
+        static_cast<double>(latencyFrames.load(std::memory_order_relaxed)) * 1000.0 / sampleRate +
+        deviceLatency;
+    status.cpuPercent = static_cast<double>(load.load(std::memory_order_relaxed));
+    status.droppedMessages = live.Dropped_Count() + ahead.Dropped_Count();
+    status.peakLeft = graph.Take_Left_Peak();
+    status.peakRight = graph.Take_Right_Peak();
+}
+
+void Sound_Core::Keep_Samples(std::size_t frames) {
+    kept.assign(frames * 2, 0.0F);
+    keptFrames.store(0, std::memory_order_release);
+}
+
+std::span<const float> Sound_Core::Kept_Samples() const noexcept {
+    return {kept.data(), keptFrames.load(std::memory_order_acquire) * 2};
+}
+
+void Sound_Core::Keep(const float* stereo, int frames) noexcept {
+    const std::size_t used = keptFrames.load(std::memory_order_relaxed);
+    const std::size_t count = std::min(kept.size() / 2 - used, static_cast<std::size_t>(frames));
+    std::copy_n(stereo, count * 2, kept.begin() + static_cast<std::ptrdiff_t>(used * 2));
+    keptFrames.store(used + count, std::memory_order_release);
+}
+
+bool Sound_Core::At_Rest() const noexcept {
+    return live.Empty() && ahead.Empty() && graph.Voice_Count() == 0;
+}
+
+} // namespace tonvex

@@ -1,0 +1,131 @@
+#include "platform/synth_instance.h"
+
+#include <fluidsynth.h>
+
+#include <algorithm>
+#include <mutex>
+#include <system_error>
+
+namespace tonvex {
+
+namespace {
+
+/// Output for each slot at velocity 127 stays about 10 dB below full scale, so that a full arrangement
+/// fits; the user's amplification lies behind it.
+constexpr double SYNTH_GAIN = 0.5;
+
+void Silence_Library_Log() {
+    static std::once_flag done;
+    std::call_once(done, [] {
+        for (const int level : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG})
+            fluid_set_log_function(level, nullptr, nullptr);
+    });
+}
+
+std::size_t Preset_Index(int bank, int program) noexcept {
+    return static_cast<std::size_t>(bank) * 128 + static_cast<std::size_t>(program);
+}
+
+} // namespace
+
+void Synth_Instance::Settings_Deleter::operator()(void* settings) const noexcept {
+    delete_fluid_settings(static_cast<fluid_settings_t*>(settings));
+}
+
+std::unique_ptr<Synth_Instance> Synth_Instance::Make(int sampleRate, const std::vector<Font_Source>& fonts,
+                                                     std::string& error) {
+    Silence_Library_Log();
+    std::unique_ptr<Synth_Instance> made(new Synth_Instance);
+    fluid_settings_t* const settings = new_fluid_settings();
+    if (settings == nullptr) {
+        error = "The synthesizer could not be set up: not enough memory";
+        return nullptr;
+    }
+    made->settings.reset(settings);
+    made->sampleRate = std::clamp(sampleRate, 8000, 96000);
+    fluid_settings_setint(settings, "synth.threadsafe-api", 0);
+    fluid_settings_setint(settings, "synth.midi-channels", OUTPUT_SLOTS);
+    fluid_settings_setint(settings, "synth.audio-groups", OUTPUT_SLOTS);
+    fluid_settings_setint(settings, "synth.audio-channels", OUTPUT_SLOTS);
+    fluid_settings_setint(settings, "synth.effects-groups", 1);
+    fluid_settings_setint(settings, "synth.reverb.active", 0);
+    fluid_settings_setint(settings, "synth.chorus.active", 0);
+    fluid_settings_setint(settings, "synth.dynamic-sample-loading", 0);
+    fluid_settings_setint(settings, "synth.polyphony", POLYPHONY);
+    fluid_settings_setnum(settings, "synth.gain", SYNTH_GAIN);
+    fluid_settings_setnum(settings, "synth.sample-rate", made->sampleRate);
+    made->synth = new_fluid_synth(settings);
+    if (made->synth == nullptr) {
+        error = "The synthesizer could not be made at " + std::to_string(made->sampleRate) +
+                " frames a second: not enough memory";
+        return nullptr;
+    }
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        fluid_synth_set_channel_type(made->synth, slot,
+                                     slot == DRUM_SLOT ? CHANNEL_TYPE_DRUM : CHANNEL_TYPE_MELODIC);
+    for (const Font_Source& font : fonts)
+        made->Load(font);
+    return made;
+}
+
+Synth_Instance::~Synth_Instance() {
+    if (synth != nullptr)
+        delete_fluid_synth(synth);
+}
+
+void Synth_Instance::Load(const Font_Source& source) {
+    std::error_code failed;
+    // Anything else could keep the loader waiting for bytes for ever.
+    if (!std::filesystem::is_regular_file(source.path, failed) || failed)
+        return;
+    const int id = fluid_synth_sfload(synth, source.path.c_str(), 0);
+    fluid_sfont_t* const font = id == FLUID_FAILED ? nullptr : fluid_synth_get_sfont_by_id(synth, id);
+    if (font == nullptr)
+        return;
+    Loaded_Font entry;
+    entry.handle = source.handle;
+    entry.id = id;
+    fluid_sfont_iteration_start(font);
+    while (fluid_preset_t* const preset = fluid_sfont_iteration_next(font)) {
+        const int bank = fluid_preset_get_banknum(preset);
+        const int program = fluid_preset_get_num(preset);
+        if (bank >= 0 && bank < BANKS && program >= 0 && program < 128)
+            entry.presets.set(Preset_Index(bank, program));
+    }
+    loaded.push_back(entry);
+}
+
+bool Synth_Instance::Has_Font(std::int32_t handle) const noexcept {
+    return std::any_of(loaded.begin(), loaded.end(),
+                       [handle](const Loaded_Font& font) { return font.handle == handle; });
+}
+
+const Synth_Instance::Loaded_Font* Synth_Instance::Last_With(int bank, int program,
+                                                             std::int32_t handle) const noexcept {
+    const std::size_t preset = Preset_Index(bank, program);
+    for (auto font = loaded.rbegin(); font != loaded.rend(); ++font)
+        if ((handle <= 0 || font->handle == handle) && font->presets[preset])
+            return &*font;
+    return nullptr;
+}
+
+Font_Preset Synth_Instance::Find(int slot, int program, int bank, std::int32_t handle) const noexcept {
+    const int firstBank = slot == DRUM_SLOT ? DRUM_BANK : 0;
+    const int askedProgram = std::clamp(program, 0, 127);
+    const int askedBank = firstBank + std::clamp(bank, 0, 127);
+    struct Choice {
+        int bank;
+        int program;
+        std::int32_t handle;
+    };
+    const Choice choices[] = {{askedBank, askedProgram, handle},
+                              {askedBank, askedProgram, 0},
+                              {firstBank, askedProgram, 0},
+                              {firstBank, 0, 0}};
+    for (const Choice& choice : choices)
+        if (const Loaded_Font* const font = Last_With(choice.bank, choice.program, choice.handle))
+            return {font->id, choice.bank, choice.program};
+    return {};
+}
+
+} // namespace tonvex
