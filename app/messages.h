@@ -2,7 +2,8 @@
 
 namespace tonvex {
 
-/// Numbers of the change messages. P1 is the ChannelID unless said otherwise.
+/// Numbers of the change messages. P1 is the ChannelID unless said otherwise; the parameters listed are those
+/// behind it. Times and lengths in beats. Where a new value and a delta are listed, one of them is given.
 enum Change_Message : int {
     MSG_SET_PATCH = 1001,  ///< patch row
     MSG_SET_VOLUME = 1002, ///< volume 0 to 127
@@ -33,6 +34,7 @@ enum Change_Message : int {
     MSG_VOLUME_END = 1027,
     MSG_CHORD_TYPE_EVENT = 1031, ///< event ID, chord type
     MSG_CHORD_TYPE_END = 1032,
+    MSG_POSITION_FAMILY = 1100,
     MSG_POSITION_VALUE = 1101, ///< P1 position
     MSG_SONG_POSITION = 1102,  ///< P1 position
     MSG_GENERAL_UPDATE = 1200,

@@ -3,6 +3,7 @@
 #include "app/app_paths_class.h"
 #include "app/event_raiser_class.h"
 #include "app/msg_manager.h"
+#include "app/session_temp_folder.h"
 #include "app/settings.h"
 #include "audio/dls_list_class.h"
 #include "engine/gcm_midi.h"
@@ -25,6 +26,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 namespace tonvex {
@@ -41,9 +44,11 @@ struct Session_Doors {
 };
 
 /// All objects of one running program, in the order in which they come to life. Interface thread.
+/// A session reads and writes only below the folders of paths and dataFolder, and what the settings name.
 class Session {
 public:
-    /// dataFolder holds what ships (chords.txt, drums.txt, keyboard/, patterns/ …).
+    /// dataFolder holds what ships (chords.txt, drums.txt, keyboard/, patterns/ …). The folders of
+    /// appPaths: config (its keyboard/ is read), patterns, templates, temp, projectsaudio.
     Session(const Session_Doors& doors, AppPaths_Class appPaths, std::filesystem::path dataFolder);
     ~Session();
     Session(const Session&) = delete;
@@ -52,10 +57,18 @@ public:
     /// The program's data, settings, output, input, fonts, an empty project, in the fixed order.
     /// False only when the program cannot go on; the user has been told.
     bool Load();
-    /// The orderly end; Load may not follow.
+    /// The orderly end: input, settings, output, temp folder. Load may not follow; a second call does
+    /// nothing.
     void Shutdown();
-    /// Empty song with one MIDI channel.
+    /// Empty song with one MIDI channel on slot 0, not modified. Does nothing while a song runs.
     void New_Project();
+    /// Opens the device that settings and output name. False after a message box; the program runs on silent.
+    bool Open_Output();
+    /// Takes the input source, 0 keyboard, 1 keyboard and MIDI, into the settings and opens it. False when
+    /// MIDI was asked for and cannot be opened or no device is chosen.
+    bool Select_Input(int source);
+    /// This session's own folder for files that do not outlive it; empty when it could not be made.
+    std::filesystem::path Temp_Folder() const;
 
     // the objects, in order of life
     Session_Doors doors;
@@ -85,6 +98,19 @@ public:
 
     bool fontsLoaded = false; ///< false after Load: the font error window is due
     bool undoEnabled = true;  ///< false when the temp folder could not be made
+
+private:
+    bool Make_Folder(const std::filesystem::path& folder);
+    void Make_Temp_Folder();
+    void Load_Tables();
+    bool Load_Settings();
+    void Keep_Settings();
+    void Load_Layout();
+    void Take_Velocity(int note, int velocity);
+
+    std::optional<Session_Temp_Folder> tempFolder;
+    bool loaded = false;
+    bool settingsRead = false; ///< before, there is nothing to be saved
 };
 
 } // namespace tonvex

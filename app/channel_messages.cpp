@@ -1,0 +1,178 @@
+#include "app/message_handlers.h"
+#include "app/msg_manager.h"
+#include "app/session.h"
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+/// The live row that P1 names; -1 when there is none.
+int Row_Of(const Hub_Call& call) {
+    const auto channelId = call.Long(1);
+    return channelId ? call.session.channels->ChannelI(*channelId) : -1;
+}
+
+GlobalChannel& Channel_At(const Hub_Call& call, int row) {
+    return call.session.channels->Channels[static_cast<std::size_t>(row)];
+}
+
+bool Is_Midi(const GlobalChannel& channel) {
+    return !Is_On(channel.IsAudio) && channel.OutputChannel < OUTPUT_SLOTS;
+}
+
+std::uint8_t To_Midi_Value(std::int32_t value) {
+    return static_cast<std::uint8_t>(std::clamp<std::int32_t>(value, 0, 127));
+}
+
+/// The slot of a channel sounds with the channel's patch and pan from now on.
+void Send_Patch_And_Pan(const Hub_Call& call, int row) {
+    const GlobalChannel& channel = Channel_At(call, row);
+    call.session.gcm->GCM_SetChannelPatch(row, channel.PatchI);
+    call.session.output->Midi_SetPan(channel.OutputChannel, channel.Pan);
+}
+
+bool Set_Patch(Hub_Call& call) {
+    const int row = Row_Of(call);
+    const auto patchRow = call.Long(2);
+    if (row < 0 || !patchRow || !Is_Midi(Channel_At(call, row)))
+        return false;
+    const bool drums = Channel_At(call, row).OutputChannel == DRUM_SLOT;
+    const int rows = drums ? GlobalChannelsManager::DRUM_PATCH_ROWS : GlobalChannelsManager::PATCH_ROWS;
+    if (*patchRow < 0 || *patchRow >= rows)
+        return false;
+    call.session.channels->Set_Patch(*call.Long(1), static_cast<std::int16_t>(*patchRow));
+    call.session.gcm->GCM_SetChannelPatch(row, *patchRow);
+    return true;
+}
+
+bool Set_Volume(Hub_Call& call) {
+    const auto volume = call.Long(2);
+    if (Row_Of(call) < 0 || !volume)
+        return false;
+    call.session.channels->Set_Volume(*call.Long(1), To_Midi_Value(*volume));
+    return true;
+}
+
+bool Set_Name(Hub_Call& call) {
+    const auto name = call.Text(2);
+    const int row = Row_Of(call);
+    if (row < 0 || !name)
+        return false;
+    call.session.channels->Set_Name(*call.Long(1), *name);
+    call.noticeText = Channel_At(call, row).ChannelName;
+    return true;
+}
+
+bool Delete_Channel(Hub_Call& call) {
+    const int row = Row_Of(call);
+    if (row < 0)
+        return false;
+    const std::int32_t channelId = *call.Long(1);
+    const GlobalChannel gone = Channel_At(call, row);
+    call.session.events.PassMsg(-MSG_DELETE_CHANNEL, channelId, gone.ChannelName);
+    // Nobody ends the notes of a row that is gone.
+    if (call.session.transport.Song_Runs() && Is_Midi(gone))
+        call.session.output->Midi_ChannelNotesOff(gone.OutputChannel);
+    call.session.channels->Delete_Channel(channelId);
+    call.noticeText = gone.ChannelName;
+    return true;
+}
+
+bool Set_Pan(Hub_Call& call) {
+    const int row = Row_Of(call);
+    const auto value = call.Long(2);
+    if (row < 0 || !value)
+        return false;
+    const GlobalChannel before = Channel_At(call, row);
+    const std::uint8_t pan = To_Midi_Value(*value);
+    call.session.channels->Set_Pan(*call.Long(1), pan);
+    if (Is_Midi(before) && before.Pan != pan)
+        call.session.output->Midi_SetPan(before.OutputChannel, pan);
+    return true;
+}
+
+template <bool (GlobalChannelsManager::*setter)(std::int32_t, bool, bool)>
+bool Set_State(Hub_Call& call) {
+    const auto value = call.Flag(2);
+    if (Row_Of(call) < 0 || !value)
+        return false;
+    ((*call.session.channels).*setter)(*call.Long(1), *value, false);
+    return true;
+}
+
+template <bool (GlobalChannelsManager::*setter)(std::int32_t, bool, bool)>
+bool Toggle_State(Hub_Call& call) {
+    if (Row_Of(call) < 0)
+        return false;
+    ((*call.session.channels).*setter)(*call.Long(1), false, true);
+    return true;
+}
+
+bool Set_Output(Hub_Call& call) {
+    const int row = Row_Of(call);
+    const auto slot = call.Long(2);
+    if (row < 0 || !slot || *slot < 0 || *slot >= OUTPUT_SLOTS || !Is_Midi(Channel_At(call, row)))
+        return false;
+    const std::uint8_t before = Channel_At(call, row).OutputChannel;
+    if (before == *slot)
+        return true;
+    // The offs of what sounds now would go to the new slot.
+    if (call.session.transport.Song_Runs())
+        call.session.output->Midi_ChannelNotesOff(before);
+    call.session.channels->Set_OutputChannel(*call.Long(1), static_cast<std::uint8_t>(*slot));
+    Send_Patch_And_Pan(call, row);
+    return true;
+}
+
+bool Add_Channel(Hub_Call& call) {
+    Session& session = call.session;
+    const auto slot = call.Long(3);
+    const bool slotGiven = slot && *slot != NOT_GIVEN;
+    if (slotGiven && (*slot < 0 || *slot >= OUTPUT_SLOTS))
+        return false;
+    if (!session.channels->Has_Free_Row()) {
+        session.doors.dialogs.Show_Message(Box_Kind::Warning,
+                                           "Can't create new channel (Max Channels reached)");
+        return false;
+    }
+    const std::int32_t channelId = session.channels->New_ChannelID();
+    const int row =
+        session.channels->Add_Channel(channelId, call.Flag(2).value_or(false), slotGiven ? *slot : NOT_GIVEN,
+                                      call.Text(1).value_or(std::string()));
+    if (row < 0)
+        return false;
+    if (Is_Midi(Channel_At(call, row)))
+        Send_Patch_And_Pan(call, row);
+    call.noticeParam = channelId;
+    call.noticeText = Channel_At(call, row).ChannelName;
+    return true;
+}
+
+constexpr auto MUTE = &GlobalChannelsManager::Set_Mute;
+constexpr auto SOLO = &GlobalChannelsManager::Set_Solo;
+
+constexpr Message_Handler HANDLERS[] = {
+    {MSG_SET_PATCH, Set_Patch, Message_Kind::Change},
+    {MSG_SET_VOLUME, Set_Volume, Message_Kind::Change},
+    {MSG_SET_NAME, Set_Name, Message_Kind::Change},
+    {MSG_DELETE_CHANNEL, Delete_Channel, Message_Kind::Change_And_End},
+    {MSG_SET_PAN, Set_Pan, Message_Kind::Change},
+    {MSG_SET_SOLO, Set_State<SOLO>, Message_Kind::Change},
+    {MSG_CLEAR_SOLO, Set_State<SOLO>, Message_Kind::Change},
+    {MSG_TOGGLE_SOLO, Toggle_State<SOLO>, Message_Kind::Change},
+    {MSG_SET_MUTE, Set_State<MUTE>, Message_Kind::Change},
+    {MSG_CLEAR_MUTE, Set_State<MUTE>, Message_Kind::Change},
+    {MSG_TOGGLE_MUTE, Toggle_State<MUTE>, Message_Kind::Change},
+    {MSG_SET_OUTPUT, Set_Output, Message_Kind::Change},
+    {MSG_ADD_CHANNEL, Add_Channel, Message_Kind::Change_And_End},
+};
+
+} // namespace
+
+std::span<const Message_Handler> Channel_Messages() {
+    return HANDLERS;
+}
+
+} // namespace tonvex
