@@ -1,36 +1,14 @@
 #pragma once
 
-#include "engine/channel_player_class.h"
-#include "input/input_handler.h"
-#include "input/keyboard_layout.h"
-#include "platform/run_loop.h"
-#include "song/change_hub.h"
+#include "engine/channel_players.h"
+#include "engine/transport_parts.h"
 
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace tonvex {
-
-/// What both transports work on. All outlive them.
-struct Transport_Parts {
-    GlobalChannelsManager& channels;
-    TempoChangeClass& tempoChanges;
-    Project_State& project;
-    midiapi& output;
-    GCM_Midi& gcm;
-    InputHandler& input;
-    KeyboardLayout& layout;
-    Change_Hub& hub;
-    Transport_State& state;
-    Transport_Options& options;
-    Run_Loop& loop;
-    const Millisecond_Counter& counter;
-    User_Dialogs& dialogs;
-    std::vector<Transport_Observer*>& observers;
-};
 
 /// Records: plays the song, listens to the keys, sounds them at once, stores what was played; or, in
 /// practice mode, sounds the keys alone. Interface thread; StartRecording returns when the run is over.
@@ -40,13 +18,18 @@ public:
     static constexpr std::int32_t PRACTICE_TEST = -2000;
 
     explicit RecorderClass(const Transport_Parts& parts);
+    RecorderClass(const RecorderClass&) = delete;
+    RecorderClass& operator=(const RecorderClass&) = delete;
 
     bool PracticeMode = false;
     bool StopRequested = false;
     double EndTime = -1.0; ///< stop behind this position; -1 never
 
     /// time: start position in beats. speed: record speed / 100. channel: a ChannelID, or PRACTICE_… in
-    /// practice mode. oneRound: exactly one round, no set-up. True when the run took place.
+    /// practice mode. overwrite: wipe what the channel holds over the span that is played.
+    /// oneRound: exactly one round, no set-up; the way on of practice mode, whose first call returns after
+    /// the set-up. False when the input cannot be opened (the user was told) or a run goes on already;
+    /// true when the run took place, and for a channel that is not there or holds audio, without a run.
     bool StartRecording(double time, float speed, std::int32_t channel, bool overwrite, bool metronome,
                         bool oneRound);
     bool IsRunning() const noexcept { return isRunning; }
@@ -55,22 +38,84 @@ public:
     std::function<void()> RecStopped;
 
 private:
+    static constexpr std::size_t KEYS = KeyboardLayout::KEYS;
+
+    /// One key that is down, with what its press made of it.
+    struct Played_Key {
+        bool KeyDown = false;
+        std::uint8_t kind = KEY_NOTE;
+        bool sounds = false;
+        NoteData KeyNotes;
+        double KeyDownTime = 0.0; ///< beats
+    };
+
+    // recorder_class.cpp: the run
+    int Find_Row(std::int32_t channel);
+    bool Set_Up(double time, float speed, std::int32_t channel, bool overwrite, bool& opened);
+    void Wait_For_Key();
+    void Start_Clock();
+    bool Round(bool metronome);
+    void Click(double time);
+    void Follow_Song(double time, std::int64_t ms);
+    void End_Run(bool overwrite);
+    void Wipe_Span(double endBeat);
+    bool Stop_Asked() const noexcept { return StopRequested || parts.state.StopTransportRequest; }
+    double Position_Now() const;
+
+    // recorder_keys.cpp: the keys
+    void Take_Key();
+    void Key_Pressed(int key, std::int64_t atNs);
+    void Key_Released(int key, std::int64_t atNs);
+    void NoteKeyDown(int key, const KeyMapEntry& entry, std::int64_t atNs);
+    void NoteKeyUp(int key, double releaseBeat, std::int64_t dueNs);
+    void Function_Key(int key, std::int64_t atNs);
+    void Release_All_Keys(double endBeat);
+    /// Position at which an edge is stored: its arrival, kept within the run.
+    double Stamp(std::int64_t atNs) const;
+
     Transport_Parts parts;
     VGetTickCount clock;
+    Channel_Players players;
     bool isRunning = false;
+
+    std::array<Played_Key, KEYS> playedKeys{};
+    std::array<std::int32_t, 128> heldNotes{}; ///< keys down by MIDI note
+    std::int32_t LastClickBeat = -1;
+    std::int32_t ClickNote = 0;
+    std::int32_t ClickVelocity = 0;
+    int RecChannelRow = -1;
+    float RecVolFactor = 1.0F;
+    double SavedPosition = 0.0;
+    double startBeat = 0.0;       ///< where the run began
+    std::int64_t startNs = 0;     ///< when its clock began
+    double endBeat = -1.0;        ///< where Escape ended it; -1: where it is found to be over
+    std::int64_t lastShownMs = 0; ///< song ms of the last display
 };
 
 /// Plays the song without keys.
 class Player_Recorder {
 public:
     explicit Player_Recorder(const Transport_Parts& parts);
-    /// Blocks for the whole run. True when the song ended by itself.
+    Player_Recorder(const Player_Recorder&) = delete;
+    Player_Recorder& operator=(const Player_Recorder&) = delete;
+    /// Blocks for the whole run. time: start position in beats. viewFollows: for the views' use.
+    /// True when the song ended by itself: nothing was left to sound. False when it was stopped, or another
+    /// run goes on.
     bool Transport_Play(double time, bool viewFollows, float speed);
     VGetTickCount& Clock() noexcept { return clock; }
 
 private:
+    bool Round();
+    void Follow_Song(double& time, std::int64_t ms);
+    /// A round of all channel players. True when none has anything left.
+    bool Transport_Step(double time);
+    void Seek(double beats);
+
     Transport_Parts parts;
     VGetTickCount clock;
+    Channel_Players players;
+    bool endedByItself = false;
+    std::int64_t lastShownMs = 0;
 };
 
 } // namespace tonvex

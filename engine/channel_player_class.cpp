@@ -1,0 +1,240 @@
+#include "engine/channel_player_class.h"
+
+#include "base/rounding.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tonvex {
+
+namespace {
+constexpr int NOTE_OFF_VELOCITY = 100;
+} // namespace
+
+CHannelPlayerClass::CHannelPlayerClass(GlobalChannelsManager& manager, GCM_Midi& gcm,
+                                       const VGetTickCount& runClock, const Millisecond_Counter& machineClock)
+    : channels(manager), output(gcm), clock(runClock), counter(machineClock) {}
+
+void CHannelPlayerClass::SetChannel(std::int32_t newChannelId, int row) {
+    channelId = newChannelId;
+    channelRow = row >= 0 ? row : channels.ChannelI(newChannelId);
+    store = nullptr;
+    activeEvents.clear();
+    patchChangesKnown = false;
+    Set_Next(-1);
+    Sounding = true;
+    if (!Channel_Is_There())
+        return;
+    store = &channels.Store(channelRow);
+    store->Clear_Mods();
+}
+
+bool CHannelPlayerClass::Channel_Is_There() const {
+    return channelRow >= 0 && channelRow < GlobalChannelsManager::CHANNEL_ROWS &&
+           channels.Is_Live_Row(channelRow) &&
+           channels.Channels[static_cast<std::size_t>(channelRow)].ChannelID == channelId;
+}
+
+void CHannelPlayerClass::InitChannel_MidiData(double startTime) {
+    Set_Next(store != nullptr ? store->First_Event_At(startTime - TimeOffset) : -1);
+}
+
+void CHannelPlayerClass::Set_Next(std::int32_t eventI) {
+    NextEventI = -1;
+    nextStart = NEVER;
+    if (store == nullptr || eventI < 0)
+        return;
+    const auto event = store->ReadEvent(eventI);
+    if (!event)
+        return;
+    NextEventI = eventI;
+    nextEventId = event->EventID;
+    nextStart = event->StartTime;
+}
+
+void CHannelPlayerClass::SetTimePos(double time) {
+    Drop_If_Gone();
+    Mark_All_Ended();
+    ActiveEventsStep(0.0);
+    InitChannel_MidiData(time);
+    if (store == nullptr || muted || !Sounding)
+        return;
+    const std::int32_t patchRow = Patch_Before(time - TimeOffset);
+    if (patchRow >= 0)
+        output.GCM_SetChannelPatch(channelRow, patchRow);
+}
+
+std::int32_t CHannelPlayerClass::Patch_Before(double position) {
+    if (!patchChangesKnown) {
+        patchChanges.clear();
+        for (auto eventI = store->FirstEvent(); eventI >= 0; eventI = store->Get_NextEventI(eventI)) {
+            const auto event = store->ReadEvent(eventI);
+            if (event && event->Kind == EV_PATCH)
+                patchChanges.push_back({event->StartTime, event->DataRef});
+        }
+        patchChangesKnown = true;
+    }
+    const auto behind =
+        std::partition_point(patchChanges.begin(), patchChanges.end(),
+                             [position](const Patch_Change& change) { return change.startTime < position; });
+    return behind == patchChanges.begin() ? -1 : std::prev(behind)->patchRow;
+}
+
+void CHannelPlayerClass::PlayNextEvent(double time) {
+    Take_Changes(time);
+    while (Next_Moment().beat <= time)
+        Play_Next_Moment();
+}
+
+void CHannelPlayerClass::Drop_If_Gone() {
+    if (store == nullptr || Channel_Is_There())
+        return;
+    Mark_All_Ended();
+    ActiveEventsStep(0.0);
+    store = nullptr;
+    Set_Next(-1);
+}
+
+void CHannelPlayerClass::Take_Changes(double time) {
+    Drop_If_Gone();
+    if (store == nullptr)
+        return;
+    if (store->Mods_Pending()) {
+        patchChangesKnown = false;
+        bool seek = false;
+        for (const ChannelClass::Mod& mod : store->Get_Mods())
+            seek = Take_Change(mod, time - TimeOffset) || seek;
+        Restore_Heap();
+        if (seek)
+            SetTimePos(time);
+        store->Clear_Mods();
+    }
+    // A sort of the store moves events between rows without logging anything.
+    if (NextEventI >= 0 && store->GetEvent_ID(NextEventI) != nextEventId)
+        Set_Next(store->GetEvent_I(nextEventId));
+}
+
+/// True when the place in the channel has to be found anew.
+bool CHannelPlayerClass::Take_Change(const ChannelClass::Mod& mod, double position) {
+    switch (mod.Code) {
+    case ChannelClass::MOD_DELETED:
+        Mark_Ended(mod.ID);
+        return true;
+    case ChannelClass::MOD_LENGTH:
+        Change_Length(mod.ID);
+        return false;
+    case ChannelClass::MOD_START_TIME: {
+        const std::int32_t eventI = store->GetEvent_I(mod.ID);
+        const auto event = store->ReadEvent(eventI);
+        if (!event)
+            return false;
+        const bool hasLength = event->Kind == EV_NOTE || event->Kind == EV_QCHORD || event->Kind == EV_MC;
+        if (hasLength &&
+            (event->StartTime + store->GetEvent_Length(eventI) < position || event->StartTime > position))
+            Mark_Ended(mod.ID);
+        return true;
+    }
+    case ChannelClass::MOD_ADDED:
+        return true;
+    case ChannelClass::MOD_NOTE:
+    case ChannelClass::MOD_PROPERTIES:
+        Mark_Ended(mod.ID);
+        return false;
+    default:
+        return false;
+    }
+}
+
+void CHannelPlayerClass::Mark_Ended(std::int32_t eventId) {
+    for (ActiveEventRow& row : activeEvents) {
+        if (row.ID == eventId)
+            row.EndTime = END_NOW;
+    }
+}
+
+void CHannelPlayerClass::Mark_All_Ended() {
+    for (ActiveEventRow& row : activeEvents)
+        row.EndTime = END_NOW;
+    Restore_Heap();
+}
+
+void CHannelPlayerClass::Change_Length(std::int32_t eventId) {
+    const std::int32_t eventI = store->GetEvent_I(eventId);
+    if (eventI < 0)
+        return;
+    const double length = store->GetEvent_Length(eventI);
+    for (ActiveEventRow& row : activeEvents) {
+        if (row.ID != eventId || row.EndTime == END_NOW)
+            continue;
+        row.EndTime += length - row.length;
+        row.length = length;
+    }
+}
+
+void CHannelPlayerClass::Restore_Heap() {
+    std::make_heap(activeEvents.begin(), activeEvents.end());
+}
+
+CHannelPlayerClass::Moment CHannelPlayerClass::Next_Moment() const noexcept {
+    const double end = activeEvents.empty() ? NEVER : activeEvents.front().EndTime;
+    if (end < NEVER && end <= nextStart)
+        return {end + TimeOffset, false};
+    return nextStart < NEVER ? Moment{nextStart + TimeOffset, true} : Moment{NEVER, true};
+}
+
+void CHannelPlayerClass::Play_Next_Moment() {
+    const Moment moment = Next_Moment();
+    if (moment.beat >= NEVER)
+        return;
+    if (moment.isStart)
+        Start_Next_Event();
+    else
+        End_First_Row();
+}
+
+void CHannelPlayerClass::Start_Next_Event() {
+    const auto event = store->ReadEvent(NextEventI);
+    if (event && Sounding && !muted) {
+        if (event->Kind == EV_NOTE && event->Note != nullptr) {
+            const auto volume = channels.Channels[static_cast<std::size_t>(channelRow)].Volume;
+            const float factor = static_cast<float>(volume) / 100.0F;
+            const auto velocity =
+                static_cast<int>(RoundHalfEven(static_cast<float>(event->Note->Vol) * factor));
+            output.GCM_PlayNoteOn(channelRow, event->Note->Note, velocity, false, Due(event->StartTime));
+            activeEvents.push_back({event->StartTime + event->Note->Length, nextOrder++, event->Note->Length,
+                                    event->EventID, event->Note->Note});
+            std::push_heap(activeEvents.begin(), activeEvents.end());
+        } else if (event->Kind == EV_PATCH) {
+            output.GCM_SetChannelPatch(channelRow, event->DataRef);
+        }
+    }
+    Set_Next(store->Get_NextEventI(NextEventI));
+}
+
+void CHannelPlayerClass::End_First_Row() {
+    std::pop_heap(activeEvents.begin(), activeEvents.end());
+    const ActiveEventRow row = activeEvents.back();
+    activeEvents.pop_back();
+    const std::int64_t due = row.EndTime == END_NOW ? midiapi::DUE_NOW : Due(row.EndTime);
+    output.GCM_PlayNoteOff(channelRow, row.Note, NOTE_OFF_VELOCITY, false, due);
+}
+
+void CHannelPlayerClass::ActiveEventsStep(double time) {
+    while (!activeEvents.empty() && activeEvents.front().EndTime <= time)
+        End_First_Row();
+}
+
+std::int64_t CHannelPlayerClass::Due(double beat) const {
+    return std::min(clock.Moment_Of(beat + TimeOffset), counter.Now_Ns());
+}
+
+void CHannelPlayerClass::MuteChannel() {
+    muted = true;
+    Mark_All_Ended();
+    ActiveEventsStep(0.0);
+}
+
+void CHannelPlayerClass::UnMuteChannel() {
+    muted = false;
+}
+} // namespace tonvex

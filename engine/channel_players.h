@@ -1,0 +1,46 @@
+#pragma once
+
+#include "engine/channel_player_class.h"
+#include "engine/transport_parts.h"
+
+#include <memory>
+#include <vector>
+
+namespace tonvex {
+
+/// The channel players of one run, stepped together, and what the run knows of mute and solo.
+/// Interface thread. Times in beats. A step costs what happens in it and a constant a channel.
+class Channel_Players {
+public:
+    /// Both outlive the players.
+    Channel_Players(const Transport_Parts& parts, const VGetTickCount& clock);
+
+    /// A player for every live MIDI row; leaveOutRow gets none (-1: all get one).
+    void Make(int leaveOutRow);
+    /// Lets go of all players.
+    void Make_None() noexcept { players.clear(); }
+    /// Puts every player at time and takes the mute table as it is now.
+    void Start_At(double time);
+    /// Starts and ends what is due up to time, in order of time over all channels: a note that ends where
+    /// another on the same slot begins is ended first.
+    void Step(double time);
+    /// Silences everything and goes on at time.
+    void Seek(double time);
+    /// Acts on what mute and solo have become since the last look.
+    void Follow_Mutes();
+    void Mute_All();
+    /// No channel has anything left to start or to end.
+    bool At_End() const;
+
+private:
+    struct Channel_Player {
+        CHannelPlayerClass player;
+        bool tableMute;
+    };
+
+    const Transport_Parts& parts;
+    const VGetTickCount& clock;
+    std::vector<std::unique_ptr<Channel_Player>> players;
+};
+
+} // namespace tonvex

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "engine/gcm_midi.h"
+#include "engine/midiapi.h"
+#include "engine/transport_state.h"
+#include "input/input_handler.h"
+#include "input/keyboard_layout.h"
+#include "platform/millisecond_counter.h"
+#include "platform/run_loop.h"
+#include "platform/user_dialogs.h"
+#include "song/change_hub.h"
+#include "song/global_channels_manager.h"
+#include "song/project_state.h"
+#include "song/tempo_change_class.h"
+#include "song/vget_tick_count.h"
+
+#include <vector>
+
+namespace tonvex {
+
+/// What both transports work on. All outlive them.
+struct Transport_Parts {
+    GlobalChannelsManager& channels;
+    TempoChangeClass& tempoChanges;
+    Project_State& project;
+    midiapi& output;
+    GCM_Midi& gcm;
+    InputHandler& input;
+    KeyboardLayout& layout;
+    Change_Hub& hub;
+    Transport_State& state;
+    Transport_Options& options;
+    Run_Loop& loop;
+    const Millisecond_Counter& counter;
+    User_Dialogs& dialogs;
+    std::vector<Transport_Observer*>& observers;
+
+    /// Calls one operation of every observer, by index, since an observer may leave the list meanwhile.
+    template <typename Operation, typename... Arg>
+    void Tell(Operation operation, const Arg&... arg) const {
+        for (std::size_t i = 0; i < observers.size(); ++i)
+            (observers[i]->*operation)(arg...);
+    }
+};
+
+/// Shortest time, in song ms, between two updates of what a run shows.
+inline constexpr std::int64_t RUN_DISPLAY_MS = 10;
+
+/// Re-anchors a running clock at beats after the tempo list changed: whatever its formula makes of the
+/// new tempo, the song goes on from where it was.
+void Keep_Position_After_Tempo_Edit(VGetTickCount& clock, double beats);
+
+/// start as a run can use it: a number, 0 or above.
+double Usable_Position(double beats) noexcept;
+
+} // namespace tonvex
