@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/user_dialogs.h"
+
+#include <QPointer>
+#include <QString>
+#include <QWidget>
+
+namespace tonvex {
+
+/// Message boxes and file dialogs over the program's window. Texts are plain, never markup.
+/// Interface thread; each call returns when the user has answered.
+class Qt_User_Dialogs final : public User_Dialogs {
+public:
+    void Show_Message(Box_Kind kind, const std::string& text, const std::string& title) override;
+    /// Closing the box without an answer is a no.
+    bool Ask_YesNo(const std::string& text, const std::string& title) override;
+    /// Starts in the folder of the last file chosen.
+    std::string Choose_File_To_Open(const std::string& title,
+                                    const std::vector<std::string>& filters) override;
+
+    QPointer<QWidget> parent; ///< null: boxes stand alone
+
+private:
+    QString lastFolder;
+};
+
+} // namespace tonvex
