@@ -1,5 +1,7 @@
 #pragma once
 
+#include "song/change_hub.h"
+
 namespace tonvex {
 
 /// Numbers of the change messages. P1 is the ChannelID unless said otherwise; the parameters listed are those
@@ -16,13 +18,13 @@ enum Change_Message : int {
     MSG_SET_MUTE = 1009,   ///< value
     MSG_CLEAR_MUTE = 1010, ///< value
     MSG_TOGGLE_MUTE = 1011,
-    MSG_SET_OUTPUT = 1012,  ///< slot
-    MSG_ADD_CHANNEL = 1013, ///< P1 name, P2 audio flag, P3 slot or not given
-    MSG_REC_EVENT = 1014,   ///< P1 channel row, P2 kind, P3 time, P4 data
-    MSG_EVENT_ADDED = 1015, ///< event ID
+    MSG_SET_OUTPUT = 1012,         ///< slot
+    MSG_ADD_CHANNEL = 1013,        ///< P1 name, P2 audio flag, P3 slot or not given
+    MSG_REC_EVENT = HUB_REC_EVENT, ///< P1 channel row, P2 kind, P3 time, P4 data
+    MSG_EVENT_ADDED = 1015,        ///< event ID
     MSG_EVENTS_ADDED_END = 1016,
-    MSG_DELETE_EVENT = 1017, ///< event ID
-    MSG_MOVE_EVENT = 1018,   ///< event ID, new time, delta
+    MSG_DELETE_EVENT = HUB_DELETE_EVENT, ///< event ID
+    MSG_MOVE_EVENT = 1018,               ///< event ID, new time, delta
     MSG_MOVE_END = 1019,
     MSG_LENGTH_EVENT = 1020, ///< event ID, new length, delta
     MSG_LENGTH_END = 1021,
@@ -35,9 +37,9 @@ enum Change_Message : int {
     MSG_CHORD_TYPE_EVENT = 1031, ///< event ID, chord type
     MSG_CHORD_TYPE_END = 1032,
     MSG_POSITION_FAMILY = 1100,
-    MSG_POSITION_VALUE = 1101, ///< P1 position
-    MSG_SONG_POSITION = 1102,  ///< P1 position
-    MSG_GENERAL_UPDATE = 1200,
+    MSG_POSITION_VALUE = 1101,             ///< P1 position
+    MSG_SONG_POSITION = HUB_SONG_POSITION, ///< P1 position
+    MSG_GENERAL_UPDATE = HUB_GENERAL_UPDATE,
     MSG_SHOW_POSITION = 1201,  ///< P1 position
     MSG_TRANSPOSE_SONG = 1300, ///< P1 semitones
     MSG_CHANGE_SPEED = 1301,   ///< P1 factor

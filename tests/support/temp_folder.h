@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -26,12 +27,17 @@ public:
     Temp_Folder& operator=(const Temp_Folder&) = delete;
 
     const std::filesystem::path& Path() const noexcept { return path; }
+    std::filesystem::path operator/(const std::string& name) const { return path / name; }
     /// Writes a file below the folder and gives its path.
     std::filesystem::path Write(const std::string& name, const std::string& content) const {
         const std::filesystem::path file = path / name;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << content;
         return file;
+    }
+    static std::string Text_Of(const std::filesystem::path& file) {
+        std::ifstream in(file, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
     }
 
 private:
