@@ -1,6 +1,5 @@
 #include "platform/live_sound_door.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <system_error>
@@ -15,32 +14,9 @@ constexpr std::int64_t LONGEST_SILENCE_NS = 500'000'000;
 
 } // namespace
 
-bool Live_Sound_Door::Gate::Pull(float* stereo, int frames) noexcept {
-    State expected = State::Free;
-    if (!state.compare_exchange_strong(expected, State::Inside, std::memory_order_acquire)) {
-        std::fill_n(stereo, static_cast<std::size_t>(frames) * 2, 0.0F);
-        return false;
-    }
-    lastPullNs.store(counter.Now_Ns(), std::memory_order_relaxed);
-    const bool more = inner.Pull(stereo, frames);
-    state.store(State::Free, std::memory_order_release);
-    return more;
-}
-
-bool Live_Sound_Door::Gate::Try_Shut() noexcept {
-    State expected = State::Free;
-    return state.compare_exchange_strong(expected, State::Shut, std::memory_order_acquire) ||
-           expected == State::Shut;
-}
-
-void Live_Sound_Door::Gate::Open() noexcept {
-    lastPullNs.store(counter.Now_Ns(), std::memory_order_relaxed);
-    state.store(State::Free, std::memory_order_release);
-}
-
 Live_Sound_Door::Live_Sound_Door(const Millisecond_Counter& clock,
                                  std::vector<std::unique_ptr<Sound_Driver>> drivers)
-    : Synth_Sound_Door(clock), devices(std::move(drivers)), gate(core, clock) {}
+    : Synth_Sound_Door(clock), devices(std::move(drivers)) {}
 
 Live_Sound_Door::~Live_Sound_Door() {
     Live_Sound_Door::Close();
@@ -50,32 +26,36 @@ bool Live_Sound_Door::Open(const Sound_Request& request, std::string& error) {
     Close();
     std::string reason;
     for (const auto& candidate : devices) {
+        stream = {};
         if (!candidate->Open(request, stream, reason))
             continue;
-        if (Start_On(*candidate, request, error))
+        if (Start_On(*candidate, error))
             return true;
         candidate->Close();
     }
     error.clear();
-    return quiet.Open(request, stream, reason) && Start_On(quiet, request, error);
+    return quiet.Open(request, stream, reason) && Start_On(quiet, error);
 }
 
-bool Live_Sound_Door::Start_On(Sound_Driver& driver, const Sound_Request&, std::string& error) {
+bool Live_Sound_Door::Start_On(Sound_Driver& driver, std::string& error) {
     if (!Prepare_Stream(stream.sampleRate, stream.blockFrames, stream.latencyMs, error))
         return false;
-    gate.Open();
+    gate = std::make_shared<Block_Gate>(core, counter);
     Stream_Runs(true);
     if (!driver.Start(gate)) {
         error = "The sound thread could not be started";
         Stream_Runs(false);
-        while (!gate.Try_Shut())
-            std::this_thread::yield();
+        gate->Shut();
         return false;
     }
     device = &driver;
     if (!stream.quiet) {
         watchStop = false;
-        watcher = std::thread([this] { Watch(); });
+        try {
+            watcher = std::thread([this] { Watch(); });
+        } catch (const std::system_error&) {
+            // Only a loss would go unnoticed.
+        }
     }
     return true;
 }
@@ -83,15 +63,13 @@ bool Live_Sound_Door::Start_On(Sound_Driver& driver, const Sound_Request&, std::
 void Live_Sound_Door::Close() {
     Stop_Watching();
     Stream_Runs(false);
+    // A device that cannot be ended in time is kept out from here on.
+    if (gate != nullptr)
+        gate->Shut();
+    standIn.reset();
     if (device != nullptr)
         device->Close();
-    if (standIn != nullptr)
-        standIn->Close();
-    standIn.reset();
     device = nullptr;
-    // A driver that could not end its thread in time is kept out from here on.
-    while (!gate.Try_Shut())
-        std::this_thread::yield();
     lost.store(false, std::memory_order_relaxed);
 }
 
@@ -106,13 +84,13 @@ void Live_Sound_Door::Stop_Watching() {
 }
 
 bool Live_Sound_Door::Device_Is_Gone() const noexcept {
-    return device->Lost() || counter.Now_Ns() - gate.Last_Pull_Ns() > LONGEST_SILENCE_NS;
+    return device->Lost() || counter.Now_Ns() - gate->Last_Pull_Ns() > LONGEST_SILENCE_NS;
 }
 
 void Live_Sound_Door::Watch() {
     std::unique_lock lock(watchMutex);
     while (!watchWake.wait_for(lock, WATCH_EVERY, [this] { return watchStop; })) {
-        if (Device_Is_Gone() && gate.Try_Shut()) {
+        if (Device_Is_Gone() && gate->Try_Shut()) {
             Take_Over();
             return;
         }
@@ -126,7 +104,9 @@ void Live_Sound_Door::Take_Over() {
     Driver_Stream unused;
     std::string reason;
     auto driver = std::make_unique<Quiet_Driver>(stream.sampleRate);
-    if (driver->Open(same, unused, reason) && driver->Start(core))
+    core.Begin_Stream(stream.sampleRate, stream.blockFrames, 0.0);
+    gate = std::make_shared<Block_Gate>(core, counter);
+    if (driver->Open(same, unused, reason) && driver->Start(gate))
         standIn = std::move(driver);
     lost.store(true, std::memory_order_release);
 }

@@ -3,6 +3,7 @@
 #include <ctime>
 #include <sys/prctl.h>
 #include <system_error>
+#include <utility>
 
 namespace tonvex {
 
@@ -22,10 +23,10 @@ bool Quiet_Driver::Open(const Sound_Request& request, Driver_Stream& stream, std
     return true;
 }
 
-bool Quiet_Driver::Start(Block_Source& source) {
+bool Quiet_Driver::Start(std::shared_ptr<Block_Source> source) {
     stop.store(false, std::memory_order_relaxed);
     try {
-        thread = std::thread([this, &source] { Run(source); });
+        thread = std::thread([this, held = std::move(source)] { Run(*held); });
     } catch (const std::system_error&) {
         return false;
     }

@@ -5,6 +5,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -21,7 +23,7 @@ public:
     ~Quiet_Driver() override;
 
     bool Open(const Sound_Request& request, Driver_Stream& stream, std::string& reason) override;
-    bool Start(Block_Source& source) override;
+    bool Start(std::shared_ptr<Block_Source> source) override;
     void Close() override;
     bool Lost() const noexcept override { return false; }
 

@@ -2,6 +2,7 @@
 
 #include "platform/sound_door.h"
 
+#include <memory>
 #include <string>
 
 namespace tonvex {
@@ -34,9 +35,10 @@ public:
     virtual ~Sound_Driver() = default;
     /// Finds and opens the device; nothing is asked for yet. False when it cannot be had, with the reason.
     virtual bool Open(const Sound_Request& request, Driver_Stream& stream, std::string& reason) = 0;
-    /// Begins to ask source for blocks; source outlives Close.
-    virtual bool Start(Block_Source& source) = 0;
-    /// After it the source is not asked any more. Waits for the block under way, never for a device.
+    /// Begins to ask source for blocks. The driver holds it as long as its callbacks may come, which may be
+    /// longer than the driver lives when a device hangs.
+    virtual bool Start(std::shared_ptr<Block_Source> source) = 0;
+    /// Stops asking. Waits for a device a bounded time only.
     virtual void Close() = 0;
     /// The device has gone. Any thread.
     virtual bool Lost() const noexcept = 0;
