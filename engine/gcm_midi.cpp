@@ -56,7 +56,7 @@ void GCM_Midi::GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
     if (slot < 0 || !Is_Note(note) || Dropped(live))
         return;
     std::int32_t& count = ChannelNoteCount[Index(channelRow)][Index(note)];
-    std::int8_t& heldOn = noteSlot[Index(channelRow)][Index(note)];
+    std::uint8_t& heldOn = noteSlot[Index(channelRow)][Index(note)];
     if (count > 0 && heldOn != slot) {
         // The row was moved to another slot while the note sounded: what it holds goes along.
         std::int32_t& left = slotNoteCount[Index(heldOn)][Index(note)];
@@ -65,7 +65,7 @@ void GCM_Midi::GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
             output.Midi_NoteOff(heldOn, note, RELEASE_VELOCITY, dueNs);
         slotNoteCount[Index(slot)][Index(note)] += count;
     }
-    heldOn = static_cast<std::int8_t>(slot);
+    heldOn = static_cast<std::uint8_t>(slot);
     ++count;
     ++slotNoteCount[Index(slot)][Index(note)];
     output.Midi_NoteOn(slot, note, velocity, dueNs);

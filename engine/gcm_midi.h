@@ -62,7 +62,7 @@ private:
     GlobalChannelsManager& channels;
     Transport_State& transport;
     std::array<std::array<std::int32_t, NOTES>, ROWS> ChannelNoteCount{};
-    std::array<std::array<std::int8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
+    std::array<std::array<std::uint8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
     std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};
     std::array<int, OUTPUT_SLOTS> lastPan{};
 };

@@ -1,7 +1,7 @@
 #include "audio/dls_list_class.h"
 
 #include "audio/patch_tables.h"
-#include "support/quiet_channel_host.h"
+#include "support/store_host.h"
 #include "support/recorder_doors.h"
 #include "support/riff_bytes.h"
 #include "support/temp_folder.h"
@@ -22,7 +22,7 @@ struct DLSList_Test : testing::Test {
     Recorder_Midi_Ports ports;
     Recorded_Dialogs dialogs;
     Simulated_Counter counter;
-    Quiet_Channel_Host host;
+    Store_Host host;
     GlobalChannelsManager channels{host};
     midiapi api{sound, ports, dialogs, counter, channels};
     DLSListClass fonts{sound, api, channels};

@@ -1,6 +1,6 @@
 #include "engine/gcm_midi.h"
 
-#include "support/quiet_channel_host.h"
+#include "support/store_host.h"
 #include "support/recorder_doors.h"
 
 #include <gtest/gtest.h>
@@ -42,7 +42,7 @@ struct GCM_Midi_Test : testing::Test {
     Recorder_Midi_Ports ports;
     Recorded_Dialogs dialogs;
     Simulated_Counter counter;
-    Quiet_Channel_Host host;
+    Store_Host host;
     GlobalChannelsManager channels{host};
     midiapi api{sound, ports, dialogs, counter, channels};
     Transport_State transport;
