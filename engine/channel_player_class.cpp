@@ -9,11 +9,17 @@ namespace tonvex {
 
 namespace {
 constexpr int NOTE_OFF_VELOCITY = 100;
+constexpr double MOMENTS_A_BEAT = 1.0e9;
+constexpr double LAST_BEAT = 9.0e9; ///< beyond any song, and still a moment
 } // namespace
 
 CHannelPlayerClass::CHannelPlayerClass(GlobalChannelsManager& manager, GCM_Midi& gcm,
                                        const VGetTickCount& runClock, const Millisecond_Counter& machineClock)
     : channels(manager), output(gcm), clock(runClock), counter(machineClock) {}
+
+std::int64_t CHannelPlayerClass::Moment_At(double beats) noexcept {
+    return RoundHalfEven(std::clamp(beats, -LAST_BEAT, LAST_BEAT) * MOMENTS_A_BEAT);
+}
 
 void CHannelPlayerClass::SetChannel(std::int32_t newChannelId, int row) {
     channelId = newChannelId;
@@ -41,7 +47,6 @@ void CHannelPlayerClass::InitChannel_MidiData(double startTime) {
 
 void CHannelPlayerClass::Set_Next(std::int32_t eventI) {
     NextEventI = -1;
-    nextStart = NEVER;
     if (store == nullptr || eventI < 0)
         return;
     const auto event = store->ReadEvent(eventI);
@@ -82,7 +87,7 @@ std::int32_t CHannelPlayerClass::Patch_Before(double position) {
 
 void CHannelPlayerClass::PlayNextEvent(double time) {
     Take_Changes(time);
-    while (Next_Moment().beat <= time)
+    while (Next_Moment().at <= Moment_At(time))
         Play_Next_Moment();
 }
 
@@ -176,15 +181,15 @@ void CHannelPlayerClass::Restore_Heap() {
 }
 
 CHannelPlayerClass::Moment CHannelPlayerClass::Next_Moment() const noexcept {
-    const double end = activeEvents.empty() ? NEVER : activeEvents.front().EndTime;
-    if (end < NEVER && end <= nextStart)
-        return {end + TimeOffset, false};
-    return nextStart < NEVER ? Moment{nextStart + TimeOffset, true} : Moment{NEVER, true};
+    const Moment start{NextEventI < 0 ? NEVER : Moment_At(nextStart + TimeOffset), true};
+    const Moment end{activeEvents.empty() ? NEVER : Moment_At(activeEvents.front().EndTime + TimeOffset),
+                     false};
+    return end.at != NEVER && end < start ? end : start;
 }
 
 void CHannelPlayerClass::Play_Next_Moment() {
     const Moment moment = Next_Moment();
-    if (moment.beat >= NEVER)
+    if (moment.at == NEVER)
         return;
     if (moment.isStart)
         Start_Next_Event();

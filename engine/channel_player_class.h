@@ -19,13 +19,16 @@ class CHannelPlayerClass {
 public:
     /// The next thing to happen in the channel.
     struct Moment {
-        double beat;  ///< position; NEVER when nothing is left
-        bool isStart; ///< an event begins; else one ends
+        std::int64_t at; ///< position as Moment_At gives it; NEVER when nothing is left
+        bool isStart;    ///< an event begins; else one ends
         bool operator<(const Moment& other) const noexcept {
-            return beat < other.beat || (beat == other.beat && !isStart && other.isStart);
+            return at < other.at || (at == other.at && !isStart && other.isStart);
         }
     };
-    static constexpr double NEVER = 1.0e300;
+    static constexpr std::int64_t NEVER = INT64_MAX;
+    /// Positions are compared in billionths of a beat, so that a start and a length whose sum misses the
+    /// next start by a rounding error still meet it.
+    static std::int64_t Moment_At(double beats) noexcept;
     /// EndTime of a row that ends in the next step, whatever the position.
     static constexpr double END_NOW = -1000.0;
 
@@ -99,7 +102,7 @@ private:
     bool muted = false;
     std::int32_t NextEventI = -1; ///< event to start next, -1 at the end
     std::int32_t nextEventId = 0; ///< tells when a sort has moved the rows
-    double nextStart = NEVER;
+    double nextStart = 0.0;
     std::vector<ActiveEventRow> activeEvents; ///< a heap, the earliest end first
     std::uint64_t nextOrder = 0;
     struct Patch_Change {

@@ -31,6 +31,7 @@ void Channel_Players::Start_At(double time) {
 void Channel_Players::Step(double time) {
     for (const auto& entry : players)
         entry->player.Take_Changes(time);
+    const std::int64_t now = CHannelPlayerClass::Moment_At(time);
     while (true) {
         CHannelPlayerClass* next = nullptr;
         CHannelPlayerClass::Moment nextMoment{CHannelPlayerClass::NEVER, true};
@@ -41,7 +42,7 @@ void Channel_Players::Step(double time) {
                 next = &entry->player;
             }
         }
-        if (next == nullptr || nextMoment.beat > time)
+        if (next == nullptr || nextMoment.at > now)
             return;
         next->Play_Next_Moment();
     }
