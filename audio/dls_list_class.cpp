@@ -142,6 +142,10 @@ bool DLSListClass::Load_CurList_Fonts() {
     return Load_SF2_List(CurList);
 }
 
+bool DLSListClass::Load_For_Output() {
+    return CurList.empty() ? Load_DefaultList() : Load_CurList_Fonts();
+}
+
 bool DLSListClass::Load_SF2_List(const std::vector<std::string>& list) {
     failedFonts.clear();
     if (!output.UsingSynth()) {

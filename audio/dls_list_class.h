@@ -40,6 +40,8 @@ public:
     /// Entries of CurList whose files are gone.
     std::vector<std::string> CheckFiles_Curlist() const;
     bool Load_CurList_Fonts();
+    /// For an output just opened: the project's fonts, or the default list while it names none.
+    bool Load_For_Output();
     /// Loads the fonts into the synthesizer in place of those there, fills Global_Patches and
     /// Global_DrumPatches from their presets (see patch_tables.h). Paths that failed are in Failed_Fonts.
     /// True when at least one was loaded. Without the synthesizer: plain tables, no fonts, true.

@@ -48,8 +48,8 @@ public:
     /// The ports alone.
     std::vector<Device_Row> Input_Devices();
     /// Closes what is open and opens SYNTH_DEVICE or a port. False after a message box; the program then
-    /// runs on silent. A synthesizer just opened has no fonts and neither kind has patches: the caller
-    /// loads the font list and sends all patches.
+    /// runs on silent. Afterwards the patch tables fit the device before: the caller has
+    /// DLSListClass::Load_For_Output fill them and sends all patches.
     bool Midi_OpenDevice(std::int32_t deviceId);
     /// What still sounds on a port is silenced first.
     void Close();

@@ -1,9 +1,9 @@
 #include "audio/dls_list_class.h"
 
 #include "audio/patch_tables.h"
-#include "support/store_host.h"
 #include "support/recorder_doors.h"
 #include "support/riff_bytes.h"
+#include "support/store_host.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -158,6 +158,14 @@ TEST_F(DLSList_Test, A_Port_Offers_The_Plain_Names) {
     EXPECT_EQ(channels.Global_Patches[127], (PatchRow{"Gunshot", 127, 0, 0}));
     EXPECT_EQ(channels.PatchCount, 128);
     EXPECT_EQ(channels.DrumPatchCount, 1);
+
+    fonts.CurList.clear();
+    ASSERT_TRUE(api.Midi_OpenDevice(midiapi::SYNTH_DEVICE));
+    EXPECT_TRUE(fonts.Load_For_Output());
+    EXPECT_EQ(channels.Global_Patches[0], (PatchRow{"Grand", 0, 0, 1}));
+    fonts.CurList = {second};
+    EXPECT_TRUE(fonts.Load_For_Output());
+    EXPECT_EQ(channels.Global_Patches[0].Name, "Better grand");
 }
 
 TEST_F(DLSList_Test, More_Sounds_Than_Rows) {

@@ -1,7 +1,7 @@
 #include "engine/gcm_midi.h"
 
-#include "support/store_host.h"
 #include "support/recorder_doors.h"
+#include "support/store_host.h"
 
 #include <gtest/gtest.h>
 

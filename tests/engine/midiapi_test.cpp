@@ -1,7 +1,7 @@
 #include "engine/midiapi.h"
 
-#include "support/store_host.h"
 #include "support/recorder_doors.h"
+#include "support/store_host.h"
 
 #include <gtest/gtest.h>
 
