@@ -118,12 +118,12 @@ void KeyboardLayout::Put_Tables(const Key_Tables& tables) {
             KeyMap[key].Enabled = 0;
 }
 
-KeyboardLayout::Read_Result KeyboardLayout::Read_Tables(const fs::path& file, double currentTempo) {
+KeyboardLayout::Read_Result KeyboardLayout::Read_Tables(std::span<const std::uint8_t> bytes,
+                                                        double currentTempo) {
     Read_Result result = Read_Result::Failed;
-    const auto bytes = Read_File(file, LARGEST_LAYOUT_FILE);
     // What the file's version does not hold stays, untransposed as the rest then is.
     const auto tables = std::make_unique<Key_Tables>(Untuned_Tables());
-    switch (bytes ? Read_Layout(*bytes, currentTempo, *tables) : Layout_Read::Broken) {
+    switch (Read_Layout(bytes, currentTempo, *tables)) {
     case Layout_Read::Replaced:
         Put_Tables(*tables);
         AppliedTuning = 0;
@@ -143,8 +143,19 @@ KeyboardLayout::Read_Result KeyboardLayout::Read_Tables(const fs::path& file, do
     return result;
 }
 
+KeyboardLayout::Read_Result KeyboardLayout::Read_Tables_Of(const fs::path& file, double currentTempo) {
+    // A file that cannot be read tells as much as an empty one.
+    const auto bytes = Read_File(file, LARGEST_LAYOUT_FILE);
+    return Read_Tables(bytes ? std::span<const std::uint8_t>(*bytes) : std::span<const std::uint8_t>(),
+                       currentTempo);
+}
+
 bool KeyboardLayout::Read_File_Into_Tables(const fs::path& file, double currentTempo) {
-    return Read_Tables(file, currentTempo) != Read_Result::Failed;
+    return Read_Tables_Of(file, currentTempo) != Read_Result::Failed;
+}
+
+bool KeyboardLayout::Read_Bytes_Into_Tables(std::span<const std::uint8_t> bytes, double currentTempo) {
+    return Read_Tables(bytes, currentTempo) != Read_Result::Failed;
 }
 
 void KeyboardLayout::Tune_After(Read_Result result) {
@@ -185,7 +196,7 @@ void KeyboardLayout::LoadKeyboardSettings(const std::string& name, double curren
     for (const char* other : {FALLBACK_LAYOUT, STOCK_LAYOUT})
         if (!fs::exists(file, unknown))
             file = Layout_File(other);
-    Tune_After(Read_Tables(file, currentTempo));
+    Tune_After(Read_Tables_Of(file, currentTempo));
     KeyboardFileName = name;
     KeyboardModified = false;
 }
@@ -250,7 +261,7 @@ bool KeyboardLayout::StoreKeyboardStatus(int slot) {
 bool KeyboardLayout::LoadKeyboardStatus(int slot, double currentTempo) {
     if (slot < 0 || slot >= STATUS_SLOTS)
         return false;
-    const auto result = Read_Tables(tempFolder / ("keybstatus." + std::to_string(slot)), currentTempo);
+    const auto result = Read_Tables_Of(tempFolder / ("keybstatus." + std::to_string(slot)), currentTempo);
     Tune_After(result);
     return result != Read_Result::Failed;
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,8 @@ public:
     /// holds nothing keeps the tables. False, with a box, when the file is broken or missing. The special
     /// keys are set in every case.
     bool Read_File_Into_Tables(const std::filesystem::path& file, double currentTempo);
+    /// The same of a file's bytes.
+    bool Read_Bytes_Into_Tables(std::span<const std::uint8_t> bytes, double currentTempo);
     /// The tables as they stand now, tuning and all. Without quiet an existing file is asked about.
     bool Write_Tables(const std::filesystem::path& file, bool quiet);
     /// Function keys and MIDI keys, which no file can change.
@@ -85,7 +88,8 @@ private:
     Key_Tables Copy_Tables() const;
     Key_Tables Untuned_Tables() const;
     void Put_Tables(const Key_Tables& tables);
-    Read_Result Read_Tables(const std::filesystem::path& file, double currentTempo);
+    Read_Result Read_Tables(std::span<const std::uint8_t> bytes, double currentTempo);
+    Read_Result Read_Tables_Of(const std::filesystem::path& file, double currentTempo);
     bool Write_File(const std::filesystem::path& file, const Key_Tables& tables, bool quiet);
     bool Save_Untuned(const std::filesystem::path& file, bool quiet);
     void Tune_After(Read_Result result);

@@ -5,7 +5,6 @@
 #include "song/event_rows.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,6 +15,11 @@ namespace {
 constexpr std::string_view MAGIC = "Keyb";
 constexpr std::string_view VERSION_NOW = "02";
 constexpr std::string_view VERSION_MS = "01";
+constexpr std::size_t MAP_ROW_BYTES = 5;
+constexpr std::size_t ROWS_BYTES_NOW =
+    LAYOUT_ROWS * (MAP_ROW_BYTES + NOTE_ROW_BYTES + QCHORD_ROW_BYTES + MC_ROW_BYTES);
+constexpr std::size_t ROWS_BYTES_MS = LAYOUT_ROWS * (MAP_ROW_BYTES + 6 + 41);
+static_assert(MAGIC.size() + VERSION_NOW.size() + ROWS_BYTES_NOW == LAYOUT_FILE_BYTES);
 
 std::string_view As_Text(std::span<const std::uint8_t> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
@@ -89,17 +93,15 @@ Layout_Read Read_Layout(std::span<const std::uint8_t> bytes, double currentTempo
         return Layout_Read::Broken;
     if (version != VERSION_NOW && version != VERSION_MS)
         return Layout_Read::Kept;
-    // Some 100 KB: on the heap.
-    const auto read = std::make_unique<Key_Tables>(tables);
-    for (KeyMapEntry& entry : read->map)
-        entry = Read_Map_Row(cursor);
-    if (version == VERSION_NOW)
-        Read_Rows(cursor, *read);
-    else
-        Read_Old_Rows(cursor, 60000.0 / (currentTempo > 0.0 ? currentTempo : 1.0), *read);
-    if (!cursor.Ok())
+    const bool old = version == VERSION_MS;
+    if (cursor.Remaining() < (old ? ROWS_BYTES_MS : ROWS_BYTES_NOW))
         return Layout_Read::Broken;
-    tables = *read;
+    for (KeyMapEntry& entry : tables.map)
+        entry = Read_Map_Row(cursor);
+    if (old)
+        Read_Old_Rows(cursor, 60000.0 / (currentTempo > 0.0 ? currentTempo : 1.0), tables);
+    else
+        Read_Rows(cursor, tables);
     return Layout_Read::Replaced;
 }
 

@@ -1,0 +1,368 @@
+#include "input/keyboard_layout.h"
+#include "support/temp_folder.h"
+#include "tools/stock_layouts.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace tonvex {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+Bytes As_Bytes(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+std::string As_Text(const Bytes& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+/// Tables in which every row differs from its neighbours; names padded with zero bytes.
+Key_Tables Full_Tables() {
+    Key_Tables tables;
+    for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
+        const auto n = static_cast<std::uint8_t>(i);
+        tables.map[i] = {.Enabled = -1, .Target = static_cast<std::int16_t>(i), .Kind = KEY_NOTE};
+        tables.notes[i] = {.Note = n, .Vol = 100, .Length = 0.25 * n};
+        tables.chords[i] = {.Active = 3,
+                            .ChordName = "C",
+                            .Octave = n,
+                            .VariableOctave = 0x1234,
+                            .Length = 1.5,
+                            .ChordFlagA = 2,
+                            .ChordTypeIndex = 255,
+                            .ChordNotes = {1, 2, 3, 4, 5, n},
+                            .ChordFlagB = 6,
+                            .ChordVol = 7,
+                            .ArpeggioOn = 8,
+                            .ArpeggioPattern = -9,
+                            .PatternNoteCount = 10,
+                            .PatternNotes = {11, 12},
+                            .StepMs = -1003};
+        tables.nameFields[i][0] = 'C';
+        tables.styles[i].Root = n;
+        tables.styles[i].StyleBlock[199] = 77;
+        tables.styles[i].Reserved = 88;
+    }
+    return tables;
+}
+
+/// A layout window's data side with folders of its own.
+struct Layout_Bed {
+    Temp_Folder folder;
+    Recorded_Dialogs dialogs;
+    NotesStuff notes;
+    KeyboardLayout layout{notes, dialogs};
+
+    Layout_Bed() { layout.Set_Folders(folder.Path(), folder / "temp"); }
+    std::string Put(const std::string& name, const Key_Tables& tables) {
+        return folder.Write("keyboard/" + name + ".dat", As_Text(Write_Layout(tables))).string();
+    }
+    std::string Last_Box() {
+        const std::string text = dialogs.shown.empty() ? "" : dialogs.shown.back().text;
+        dialogs.shown.clear();
+        return text;
+    }
+    /// Key key plays a note, a fixed chord on C, or a style in C.
+    void Set(std::size_t key, std::uint8_t kind, std::uint8_t note = 60) {
+        layout.Set_Key_Function(static_cast<int>(key), kind == KEY_MC ? 2 : kind);
+        layout.KeyNoteTable[key].Note = note;
+    }
+};
+
+TEST(LayoutFile, StandsByteForByte) {
+    const Key_Tables tables = Full_Tables();
+    const Bytes bytes = Write_Layout(tables);
+    ASSERT_EQ(bytes.size(), 73222U);
+    EXPECT_EQ(As_Text(bytes).substr(0, 6), "Keyb02");
+    // Row 3 of each table, at 6 + 5 i, 1286 + 10 i, 3846 + 49 i and 16390 + 222 i.
+    EXPECT_EQ(Bytes(bytes.begin() + 21, bytes.begin() + 26), (Bytes{255, 255, 3, 0, 0}));
+    EXPECT_EQ(Bytes(bytes.begin() + 1316, bytes.begin() + 1326),
+              (Bytes{3, 100, 0, 0, 0, 0, 0, 0, 0xE8, 0x3F}));
+    EXPECT_EQ(Bytes(bytes.begin() + 3993, bytes.begin() + 4042),
+              (Bytes{3,    'C',  0,  0,    0,    0, 0,   0, 0, 0, 0, 3, 0x34, 0x12, 0,   0, 0,
+                     0,    0,    0,  0xF8, 0x3F, 2, 255, 1, 2, 3, 4, 5, 3,    6,    7,   8, 0,
+                     0xF7, 0xFF, 10, 11,   12,   0, 0,   0, 0, 0, 0, 0, 0,    0x15, 0xFC}));
+    EXPECT_EQ(bytes[16390 + 222 * 3], 3);
+    EXPECT_EQ(bytes[16390 + 222 * 3 + 220], 77);
+    EXPECT_EQ(bytes[16390 + 222 * 3 + 221], 88);
+    Key_Tables read;
+    ASSERT_EQ(Read_Layout(bytes, 80.0, read), Layout_Read::Replaced);
+    EXPECT_EQ(read.notes, tables.notes);
+    EXPECT_EQ(read.chords, tables.chords);
+    EXPECT_EQ(read.styles, tables.styles);
+    EXPECT_EQ(Write_Layout(read), bytes);
+    read.chords[3].ChordName = "D";
+    EXPECT_EQ(Write_Layout(read)[3995], ' ') << "a new name has its own padding";
+}
+
+TEST(LayoutFile, EveryShorterFileIsRefused) {
+    const Bytes good = Write_Layout(Full_Tables());
+    Key_Tables tables;
+    const Bytes before = Write_Layout(tables);
+    for (std::size_t length = 0; length < good.size(); ++length)
+        ASSERT_EQ(Read_Layout(std::span(good).first(length), 80.0, tables), Layout_Read::Broken) << length;
+    EXPECT_EQ(Write_Layout(tables), before);
+    Bytes longer = good;
+    longer.push_back(1);
+    EXPECT_EQ(Read_Layout(longer, 80.0, tables), Layout_Read::Replaced);
+    EXPECT_EQ(Read_Layout(As_Bytes("Keys02"), 80.0, tables), Layout_Read::Not_Layout);
+}
+
+TEST(LayoutFile, OldVersionIsWidened) {
+    Bytes bytes = As_Bytes("Keyb01");
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(), {255, 255, 9, 0, 1});
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(), {60, 90, 0xEE, 0x02, 0, 0}); // 750 ms
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(),
+                     {3,    'A', 'm', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', 2,    255, 255,
+                      0xDC, 5,   0,   0,   9,   1,   9,   12,  16,  0,   0,   0,    1,   99,
+                      2,    6,   5,   0,   0,   0,   0,   0,   0,   0,   0,   0x64, 0}); // 1500 ms
+    ASSERT_EQ(bytes.size(), 6U + 256 * (5 + 6 + 41));
+    Key_Tables tables = Full_Tables();
+    for (std::size_t length = 6; length < bytes.size(); ++length)
+        ASSERT_EQ(Read_Layout(std::span(bytes).first(length), 80.0, tables), Layout_Read::Broken) << length;
+    ASSERT_EQ(Read_Layout(bytes, 80.0, tables), Layout_Read::Replaced);
+    EXPECT_EQ(tables.map[255], (KeyMapEntry{.Enabled = -1, .Target = 9, .Kind = KEY_QCHORD}));
+    EXPECT_EQ(tables.notes[255], (NoteData{.Note = 60, .Vol = 90, .Length = 1.0}));
+    const QChordData chord{.Active = 3,
+                           .ChordName = "Am",
+                           .Octave = 2,
+                           .VariableOctave = 65535,
+                           .Length = 2.0,
+                           .ChordFlagA = 9,
+                           .ChordTypeIndex = 1,
+                           .ChordNotes = {9, 12, 16},
+                           .ChordFlagB = 1,
+                           .ChordVol = 99,
+                           .ArpeggioOn = 8,
+                           .ArpeggioPattern = -9,
+                           .PatternNoteCount = 2,
+                           .PatternNotes = {6, 5},
+                           .StepMs = 100};
+    EXPECT_EQ(tables.chords[255], chord) << "the finger picking is left as it was";
+    EXPECT_EQ(tables.styles[255].Reserved, 88) << "style rows are left as they were";
+}
+
+TEST(KeyboardLayout, BrokenFilesKeepTheTables) {
+    Layout_Bed bed;
+    bed.Put("good", Full_Tables());
+    bed.layout.KeyboardTuning = 5;
+    bed.layout.LoadKeyboardSettings("good", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 45);
+    EXPECT_EQ(bed.layout.KeyMap[87].Kind, KEY_RESERVED);
+    const std::pair<std::string, std::string> cases[] = {{"Keyb02short", "Error loading file"},
+                                                         {"", "Error loading file"},
+                                                         {"MThd....", "Invalid file format (keyboard)"},
+                                                         {"Keyb00", ""},
+                                                         {"Keyb99rest", ""}};
+    for (const auto& [content, box] : cases) {
+        bed.folder.Write("keyboard/bad.dat", content);
+        bed.layout.KeyMap[1] = {};
+        bed.layout.LoadKeyboardSettings("bad", 80.0);
+        EXPECT_EQ(bed.Last_Box(), box) << content;
+        EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 45) << content << ": as it was, the tuning not doubled";
+        EXPECT_EQ(bed.layout.KeyMap[1].Kind, KEY_RESERVED) << content;
+    }
+    EXPECT_FALSE(bed.layout.Read_File_Into_Tables(bed.folder / "none.dat", 80.0));
+    EXPECT_EQ(bed.Last_Box(), "Error loading file");
+    bed.layout.LoadKeyboardSettings("good", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[41].Note, 46) << "a good file still loads";
+    Key_Tables astray = Full_Tables();
+    astray.map[44].Target = 1001;
+    astray.map[45].Target = -1;
+    bed.Put("astray", astray);
+    bed.layout.LoadKeyboardSettings("astray", 80.0);
+    EXPECT_EQ(bed.layout.KeyMap[44].Enabled, 0);
+    EXPECT_EQ(bed.layout.KeyMap[45].Enabled, 0);
+    EXPECT_EQ(bed.layout.KeyMap[46].Enabled, -1);
+}
+
+TEST(KeyboardLayout, MovesWhatKeysPlay) {
+    Layout_Bed bed;
+    ASSERT_TRUE(bed.notes.Parse_Chords("- M\n-- NULL\nG 320003 1\nA x02220 1\n"));
+    bed.Set(20, KEY_NOTE, 120);
+    bed.Set(21, KEY_NOTE, 250);
+    bed.Set(22, KEY_QCHORD);
+    bed.Set(23, KEY_MC);
+    bed.Set(24, KEY_NOTE);
+    bed.layout.KeyMap[24].Enabled = 0;
+    bed.Set(25, KEY_NOTE);
+    bed.layout.KeyMap[25].Target = 20; // the same row as key 20
+    bed.Set(26, KEY_QCHORD);
+    QChordData& guitar = bed.layout.KeyQChordTable[26];
+    guitar.VariableOctave = FLAG_ON;
+    bed.notes.FillChordData(guitar, 7, 0, 0, true);
+    bed.Set(27, KEY_QCHORD);
+    QChordData& custom = bed.layout.KeyQChordTable[27];
+    custom = {.Active = 9,
+              .ChordName = "C#maj7sus4",
+              .VariableOctave = FLAG_ON,
+              .ChordFlagA = 11,
+              .ChordNotes = {250, 1, 2, 3, 4, 5}};
+    bed.layout.KeyboardTuning = 11;
+    bed.layout.KeyboardTuning_Changed();
+    EXPECT_EQ(bed.layout.KeyNoteTable[20].Note, 131);
+    EXPECT_EQ(bed.layout.KeyNoteTable[21].Note, 5);
+    EXPECT_EQ(bed.layout.KeyQChordTable[22].ChordName, "B");
+    EXPECT_EQ(bed.layout.KeyQChordTable[22].ChordNotes, (std::array<std::uint8_t, 6>{11, 15, 18}));
+    EXPECT_EQ(bed.layout.KeyMCTable[23].Root, 11);
+    EXPECT_EQ(bed.layout.KeyNoteTable[24].Note, 60);
+    EXPECT_EQ(custom.ChordNotes, (std::array<std::uint8_t, 6>{5, 12, 13, 14, 15, 16}));
+    EXPECT_EQ(custom.ChordName, "A#maj7sus4");
+    bed.layout.KeyboardTuning = 2;
+    bed.layout.KeyboardTuning_Changed();
+    EXPECT_EQ(bed.layout.AppliedTuning, 2);
+    EXPECT_EQ(bed.layout.KeyNoteTable[21].Note, 252);
+    EXPECT_EQ(guitar.ChordName, "A");
+    EXPECT_EQ(guitar.Active, 5);
+    EXPECT_EQ(guitar.ChordNotes, (std::array<std::uint8_t, 6>{45, 52, 57, 61, 64}));
+    EXPECT_EQ(bed.layout.KeyNoteTable[300].Note, 44) << "MIDI keys play straight";
+}
+
+TEST(KeyboardLayout, SavesUntransposed) {
+    Layout_Bed bed;
+    bed.Put("mine", Full_Tables());
+    bed.layout.KeyboardTuning = 3;
+    bed.layout.LoadKeyboardSettings("mine", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[60].Note, 60) << "F2 is no note";
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 43);
+    ASSERT_TRUE(bed.layout.SaveKeyboardSettings("copy"));
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 43) << "put back";
+    EXPECT_TRUE(bed.layout.StoreKeyboardStatus(10));
+    EXPECT_FALSE(bed.layout.StoreKeyboardStatus(11));
+    bed.layout.KeyboardTuning = 0;
+    bed.layout.LoadKeyboardSettings("copy", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 40);
+    bed.layout.KeyboardTuning = 7;
+    EXPECT_TRUE(bed.layout.LoadKeyboardStatus(10, 80.0));
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 47);
+    EXPECT_FALSE(bed.layout.LoadKeyboardStatus(9, 80.0));
+    EXPECT_EQ(bed.Last_Box(), "Error loading file");
+    bed.folder.Write("wall", "");
+    bed.layout.Set_Folders(bed.folder / "wall", bed.folder / "wall");
+    EXPECT_FALSE(bed.layout.SaveKeyboardSettings("copy"));
+    EXPECT_EQ(bed.Last_Box(), "Error saving file");
+    EXPECT_FALSE(bed.layout.SaveKeyboardSettings("../copy"));
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 47);
+}
+
+TEST(KeyboardLayout, AsksInItsWords) {
+    Layout_Bed bed;
+    Key_Tables tables = Full_Tables();
+    tables.notes[40].Note = 1;
+    bed.Put("Tonvex default", tables);
+    const std::string own = bed.Put("own", Full_Tables());
+    bed.layout.LoadKeyboardSettings("missing", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 1) << "the stock layout";
+    tables.notes[40].Note = 2;
+    bed.Put("default", tables);
+    bed.layout.LoadKeyboardSettings("missing", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 2);
+    bed.layout.LoadKeyboardSettings("", 80.0);
+    EXPECT_EQ(bed.layout.KeyboardFileName, "missing");
+    EXPECT_EQ(bed.layout.Layout_Names(), (std::vector<std::string>{"Tonvex default", "default", "own"}));
+
+    bed.layout.LoadKeyboardSettings("own", 80.0);
+    bed.layout.Set_Key_Function(40, 0);
+    EXPECT_TRUE(bed.layout.KeyboardModified);
+    bed.layout.LoadKeyboardSettings("own", 80.0); // no: as the file has it
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 40);
+    bed.layout.Set_Key_Function(40, 0);
+    bed.dialogs.answers["Keyboard setup was modified.\nSave changes ?"] = true;
+    bed.layout.LoadKeyboardSettings("default", 80.0);
+    bed.layout.LoadKeyboardSettings("own", 80.0);
+    EXPECT_EQ(bed.layout.KeyNoteTable[40].Note, 60);
+
+    EXPECT_FALSE(bed.layout.SaveKeyboardSettings("own"));
+    EXPECT_EQ(bed.dialogs.asked.back(), own + "\nOverwrite ?");
+    bed.dialogs.answers[own + "\nOverwrite ?"] = true;
+    EXPECT_TRUE(bed.layout.SaveKeyboardSettings("own"));
+    EXPECT_FALSE(bed.layout.Delete_Layout("own"));
+    bed.dialogs.answers["own\nDelete  ?"] = true;
+    EXPECT_TRUE(bed.layout.Delete_Layout("own"));
+    EXPECT_FALSE(std::filesystem::exists(own));
+}
+
+TEST(KeyboardLayout, KeysGetFunctions) {
+    Layout_Bed bed;
+    auto& layout = bed.layout;
+    layout.KeyboardTuning = 3;
+    for (const int code : {0, 1, 2, 4})
+        layout.Set_Key_Function(50 + code, code);
+    EXPECT_EQ(layout.KeyMap[50], (KeyMapEntry{.Enabled = -1, .Target = 50, .Kind = KEY_NOTE}));
+    EXPECT_EQ(layout.KeyNoteTable[50], (NoteData{.Note = 60, .Vol = 127}));
+    EXPECT_EQ(layout.KeyMap[51], (KeyMapEntry{.Enabled = -1, .Target = 51, .Kind = KEY_QCHORD}));
+    EXPECT_EQ(layout.KeyQChordTable[51], (QChordData{.Active = 3,
+                                                     .ChordName = "C",
+                                                     .ChordTypeIndex = 0,
+                                                     .ChordNotes = {0, 4, 7},
+                                                     .ChordVol = 127,
+                                                     .StepMs = -1}));
+    EXPECT_EQ(layout.KeyMap[52].Kind, KEY_MC);
+    EXPECT_EQ(layout.KeyMCTable[52].Root, 3);
+    EXPECT_EQ(layout.KeyMap[54].Enabled, 0);
+    int reserved = 0;
+    for (int key = 0; key < 256; ++key) {
+        layout.Set_Key_Function(key, 0);
+        reserved += layout.KeyMap[static_cast<std::size_t>(key)].Kind == KEY_RESERVED ? 1 : 0;
+    }
+    EXPECT_EQ(reserved, 13);
+    layout.Set_Key_Function(316, 4);
+    EXPECT_EQ(layout.KeyMap[316], (KeyMapEntry{.Enabled = -1, .Target = 316, .Kind = KEY_NOTE}));
+    EXPECT_EQ(layout.KeyNoteTable[316].Note, 60);
+    EXPECT_EQ(layout.KeyMap[385].Enabled, 0);
+    layout.LoadChordsInKey(9, 1);
+    EXPECT_EQ(layout.ChordsInKey[6], (std::array<std::uint8_t, 2>{7, 0}));
+    EXPECT_EQ(layout.ChordsInKey[1], (std::array<std::uint8_t, 2>{11, 1}));
+    layout.NotesOctave = 5;
+    EXPECT_EQ(layout.Sounding_Note(127), 127);
+    EXPECT_EQ(layout.Sounding_Note(128), 72);
+    EXPECT_EQ(layout.Sounding_Note(255), 199);
+}
+
+TEST(StockLayouts, ShipAsTheyAreMade) {
+    Layout_Bed bed;
+    ASSERT_EQ(Stock_Layouts().size(), 2U);
+    for (const Stock_Layout& stock : Stock_Layouts()) {
+        const std::string shipped =
+            Temp_Folder::Text_Of(TONVEX_SOURCE_DATA "/keyboard/" + stock.name + ".dat");
+        EXPECT_EQ(As_Bytes(shipped), Write_Layout(stock.tables)) << stock.name << ": run make_layouts";
+        bed.folder.Write("keyboard/" + stock.name + ".dat", shipped);
+    }
+    auto& layout = bed.layout;
+    const auto sounds = [&layout](std::size_t key) {
+        return layout.Sounding_Note(layout.KeyNoteTable[key].Note);
+    };
+    layout.LoadKeyboardSettings("Tonvex default", 80.0);
+    EXPECT_EQ(sounds(44), 48);
+    EXPECT_EQ(sounds(31), 49); // S is C#
+    EXPECT_EQ(sounds(50), 59); // M is B
+    EXPECT_EQ(sounds(53), 64); // / is E
+    std::string digits;
+    std::string letters;
+    for (std::size_t key = 2; key <= 11; ++key) {
+        digits += layout.KeyQChordTable[key].ChordName + " ";
+        letters += layout.KeyQChordTable[key + 14].ChordName + " ";
+        EXPECT_EQ(layout.KeyMap[key].Kind, KEY_QCHORD);
+    }
+    EXPECT_EQ(digits, "C Dm Em F G Am Bm C7 G7 Am7 ");
+    EXPECT_EQ(letters, "Cmaj7 Dm7 Em7 Fmaj7 Gsus4 Asus4 B° D7 E7 Csus2 ");
+    EXPECT_EQ(layout.KeyQChordTable[6].ChordNotes, (std::array<std::uint8_t, 6>{7, 11, 14}));
+    EXPECT_EQ(std::count_if(layout.KeyMap.begin(), layout.KeyMap.begin() + 256,
+                            [](const auto& entry) { return entry.Enabled == -1; }),
+              17 + 20 + 13);
+    layout.LoadKeyboardSettings("Two-row piano", 80.0);
+    EXPECT_EQ(sounds(44), 48);
+    EXPECT_EQ(sounds(16), 60); // Q
+    EXPECT_EQ(sounds(11), 75); // 0 is the D# above the second C
+    EXPECT_EQ(sounds(25), 76); // P
+    EXPECT_TRUE(bed.dialogs.shown.empty());
+}
+
+} // namespace
+} // namespace tonvex
