@@ -58,7 +58,7 @@ Synth_Instance* Synth_Graph::Swap_Instance(Synth_Instance* fresh) noexcept {
 
 void Synth_Graph::Set_Program(int slot) noexcept {
     const Slot_State& state = slots[static_cast<std::size_t>(slot)];
-    const Font_Preset found = instance->Find(slot, state.program, state.bank, state.font);
+    const Found_Preset found = instance->Find(slot, state.program, state.bank, state.font);
     if (found.fontId < 0)
         fluid_synth_unset_program(instance->Synth(), slot);
     else

@@ -109,7 +109,7 @@ const Synth_Instance::Loaded_Font* Synth_Instance::Last_With(int bank, int progr
     return nullptr;
 }
 
-Font_Preset Synth_Instance::Find(int slot, int program, int bank, std::int32_t handle) const noexcept {
+Found_Preset Synth_Instance::Find(int slot, int program, int bank, std::int32_t handle) const noexcept {
     const int firstBank = slot == DRUM_SLOT ? DRUM_BANK : 0;
     const int askedProgram = std::clamp(program, 0, 127);
     const int askedBank = firstBank + std::clamp(bank, 0, 127);

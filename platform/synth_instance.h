@@ -20,7 +20,7 @@ struct Font_Source {
 };
 
 /// Where a patch was found: FluidSynth's number of the font, its bank and program.
-struct Font_Preset {
+struct Found_Preset {
     int fontId = -1; ///< -1: no font has anything to sound
     int bank = 0;
     int program = 0;
@@ -48,7 +48,7 @@ public:
     /// The preset that a slot's patch sounds. The font named by handle (above 0) is asked first, then all
     /// from the last in the list to the first; when none has the preset, the same program of bank 0 (of a
     /// drum slot: of the plain kits), then program 0 of it. Audio thread; neither allocates nor locks.
-    Font_Preset Find(int slot, int program, int bank, std::int32_t handle) const noexcept;
+    Found_Preset Find(int slot, int program, int bank, std::int32_t handle) const noexcept;
 
 private:
     /// Banks 0 to 127 are melodic, 128 and up are drum kits.
