@@ -54,7 +54,7 @@ void ChannelClass::Place(const ChannelEvent& event, bool notSorted) {
     rowById[event.ID] = row;
     ++LastEventN;
     if (notSorted) {
-        reSortOwed = reSortOwed || (LastEventN > 0 && event.StartTime < Row(timeList.Last()).StartTime);
+        reSortOwed = true;
         timeList.Append(row, event.StartTime);
     } else {
         timeList.Insert(row, event.StartTime);

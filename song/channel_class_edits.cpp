@@ -11,7 +11,6 @@ namespace tonvex {
 namespace {
 
 constexpr std::int32_t HIGHEST = 127; ///< of notes and velocities
-constexpr std::int32_t BASE_OF_ROOTS = 48;
 constexpr double BEATS_A_BAR = 4.0;
 
 /// The value that a setter's two arguments ask for; nothing when neither is given.
@@ -155,7 +154,7 @@ void ChannelClass::Set_Event_Properties(std::int32_t eventId, const EventData& d
 
 void ChannelClass::Relink() {
     std::vector<Event_Time_List::Place> ordered;
-    ordered.reserve(static_cast<std::size_t>(LastEventN + 1));
+    ordered.reserve(Events.size());
     for (std::size_t i = 0; i < Events.size(); ++i)
         if (Is_On(Events[i].InUse))
             ordered.emplace_back(Events[i].StartTime, static_cast<std::int32_t>(i));
@@ -183,7 +182,7 @@ void ChannelClass::ReSort_StartTime() {
 
 void ChannelClass::Defrag_Data() {
     std::vector<Event_Tables::Use> uses;
-    uses.reserve(static_cast<std::size_t>(LastEventN + 1) + RecEvents.size());
+    uses.reserve(Events.size() + RecEvents.size());
     for (ChannelEvent& event : Events)
         if (Is_On(event.InUse))
             uses.push_back({.kind = event.Kind, .dataRef = &event.DataRef});

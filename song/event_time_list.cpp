@@ -42,10 +42,6 @@ void Event_Time_List::Remove(std::int32_t row) {
 
 void Event_Time_List::Rebuild(const std::vector<Place>& ordered) {
     Clear();
-    std::int32_t highest = -1;
-    for (const auto& [time, row] : ordered)
-        highest = std::max(highest, row);
-    links.resize(static_cast<std::size_t>(highest + 1));
     for (const auto& [time, row] : ordered)
         Append(row, time);
 }

@@ -161,7 +161,7 @@ bool GlobalChannelsManager::Name_Is_Free(const std::string& name, int exceptRow)
 }
 
 std::string GlobalChannelsManager::Unique_Name(const std::string& name, int exceptRow) const {
-    const std::string asked = First_Characters(Trim(name), NAME_CHARACTERS);
+    std::string asked = First_Characters(Trim(name), NAME_CHARACTERS);
     if (!asked.empty() && Name_Is_Free(asked, exceptRow))
         return asked;
     const std::string base = asked.empty() ? "Channel" : asked;

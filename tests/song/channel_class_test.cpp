@@ -240,6 +240,20 @@ TEST_F(Channel_Class, Adds_And_Deletes_Keep_The_List_In_Order) {
     }
 }
 
+TEST_F(Channel_Class, A_List_That_Is_Not_In_Order_Is_Walked_As_It_Stands) {
+    const std::int32_t late = store.AddNewEvent(5, Note(60), true);
+    const std::int32_t early = store.AddNewEvent(1, Note(60), true);
+    store.AddNewEvent(3, Note(60));
+    EXPECT_EQ(Times(), "300 500 100 ") << "before the first later event";
+    store.DeleteEvent(late);
+    EXPECT_EQ(store.First_Event_At(4), -1);
+    store.ReSort_StartTime();
+    EXPECT_EQ(store.First_Event_At(1), store.GetEvent_I(early));
+    store.Set_Event_StartTime(early, 9);
+    EXPECT_EQ(Times(), "900 300 ") << "not re-linked by the setter";
+    EXPECT_EQ(store.First_Event_At(4), store.GetEvent_I(early));
+}
+
 TEST_F(Channel_Class, Deleting_Relinks_First_Middle_Last_And_Only) {
     const std::int32_t a = store.AddNewEvent(1, Note(1));
     const std::int32_t b = store.AddNewEvent(2, Note(2));
