@@ -116,6 +116,12 @@ void Add_And_Delete_Anywhere(Song& song) {
     }
 }
 
+/// From the back, where each event deleted is the one that ends last.
+void Delete_And_Ask_Length(Song& song) {
+    while (song.store.DeleteEvent(0, song.store.LastTimeEvent() == -1 ? 0 : song.store.LastTimeEvent()))
+        benchmark::DoNotOptimize(song.store.Get_ChannelLength_Beats());
+}
+
 void Compact_Payloads(Song& song) {
     song.store.Defrag_Data();
 }
@@ -127,7 +133,7 @@ struct Cost {
     void (*run)(Song& song);
 };
 
-constexpr std::array<Cost, 10> COSTS = {{
+constexpr std::array<Cost, 11> COSTS = {{
     {"add_in_order", Empty_Song, Add_In_Order},
     {"add_anywhere", Empty_Song, Add_Anywhere},
     {"append_then_sort", Empty_Song, Add_Appended_Then_Sort},
@@ -137,6 +143,7 @@ constexpr std::array<Cost, 10> COSTS = {{
     {"find_all_by_time", Full_Song, Find_By_Time},
     {"delete_all", Full_Song, Delete_All},
     {"add_and_delete_anywhere", Full_Song, Add_And_Delete_Anywhere},
+    {"delete_and_ask_length", Full_Song, Delete_And_Ask_Length},
     {"compact", Full_Of_Holes, Compact_Payloads},
 }};
 

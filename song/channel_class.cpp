@@ -59,11 +59,7 @@ void ChannelClass::Place(const ChannelEvent& event, bool notSorted) {
     } else {
         timeList.Insert(row, event.StartTime);
     }
-    // A clip's length follows the tempo map, so a channel with clips has nothing lasting to keep.
-    if (event.Kind == EV_AUDIO)
-        CachedLength = -1.0;
-    if (CachedLength >= 0.0)
-        CachedLength = std::max(CachedLength, event.StartTime + GetEvent_Length(row));
+    Note_End(row);
     Log(event.ID, MOD_ADDED);
 }
 
@@ -83,7 +79,6 @@ bool ChannelClass::DeleteEvent(std::int32_t eventId, std::int32_t eventI) {
         return false;
     ChannelEvent& event = Row(row);
     Log(event.ID, MOD_DELETED);
-    CachedLength = -1.0;
     rowById.erase(event.ID);
     if (event.ID >= 0)
         lowestSpareId = std::min(lowestSpareId, event.ID);
@@ -103,7 +98,7 @@ void ChannelClass::Clear() {
     NextID = FIRST_ID;
     lowestSpareId = 0;
     LastEventN = -1;
-    CachedLength = -1.0;
+    Forget_Ends();
     RecEvents.clear();
     Clear_Mods();
 }
@@ -240,20 +235,47 @@ double ChannelClass::GetEvent_Length(std::int32_t eventI) const {
     return Length_Of(event.Kind, event.DataRef, event.StartTime);
 }
 
-double ChannelClass::Get_ChannelLength_Beats() const {
-    if (CachedLength >= 0.0)
-        return CachedLength;
-    double end = 0.0;
-    bool lasting = true;
-    for (const ChannelEvent& event : Events) {
-        if (!Is_On(event.InUse))
-            continue;
-        end = std::max(end, event.StartTime + Length_Of(event.Kind, event.DataRef, event.StartTime));
-        lasting = lasting && event.Kind != EV_AUDIO;
+void ChannelClass::Forget_Ends() const {
+    ends.clear();
+    endsKnown = false;
+}
+
+void ChannelClass::Note_End(std::int32_t eventI) {
+    if (!endsKnown)
+        return;
+    // A clip's length follows the tempo map, so in a channel with clips no end lasts.
+    if (Row(eventI).Kind == EV_AUDIO || ends.size() > 2 * Events.size()) {
+        Forget_Ends();
+        return;
     }
-    if (lasting)
-        CachedLength = end;
-    return end;
+    ends.emplace_back(Row(eventI).StartTime + GetEvent_Length(eventI), eventI);
+    std::push_heap(ends.begin(), ends.end());
+}
+
+double ChannelClass::Get_ChannelLength_Beats() const {
+    if (!endsKnown) {
+        bool lasting = true;
+        for (std::int32_t row = 0; row < std::ssize(Events); ++row) {
+            if (!ExistsEventI(row))
+                continue;
+            ends.emplace_back(Row(row).StartTime + GetEvent_Length(row), row);
+            lasting = lasting && Row(row).Kind != EV_AUDIO;
+        }
+        std::make_heap(ends.begin(), ends.end());
+        endsKnown = lasting;
+    }
+    const auto holds = [this](const Event_Time_List::Place& end) {
+        return ExistsEventI(end.second) &&
+               Row(end.second).StartTime + GetEvent_Length(end.second) == end.first;
+    };
+    while (!ends.empty() && !holds(ends.front())) {
+        std::pop_heap(ends.begin(), ends.end());
+        ends.pop_back();
+    }
+    const double length = ends.empty() ? 0.0 : std::max(0.0, ends.front().first);
+    if (!endsKnown)
+        ends.clear();
+    return length;
 }
 
 std::int32_t ChannelClass::First_Event_At(double time) const {

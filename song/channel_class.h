@@ -121,7 +121,8 @@ public:
     /// The row on which an editor draws the event.
     std::int32_t Get_Event_BaseNote(std::int32_t eventI) const;
     double GetEvent_Length(std::int32_t eventI) const;
-    /// End of the event that ends last; 0 in an empty channel.
+    /// End of the event that ends last; 0 in an empty channel. Logarithmic after an edit, linear after a
+    /// re-sort and in a channel with clips.
     double Get_ChannelLength_Beats() const;
     /// First event at or after time, -1 when there is none. Logarithmic, linear once after a re-sort and
     /// while one is owed.
@@ -180,6 +181,8 @@ private:
     void Fall_Out(std::int32_t eventId);
     void Shift_Notes(std::int32_t eventI, std::int64_t semitones);
     void Point_At_Data(Event_View& view) const;
+    void Note_End(std::int32_t eventI);
+    void Forget_Ends() const;
     double Length_Of(Event_Kind kind, std::int32_t dataRef, double startTime) const;
     void Log(std::int32_t eventId, std::int32_t code);
 
@@ -195,7 +198,10 @@ private:
     /// No ID from 0 to below this is free, once NextID has run out.
     std::int32_t lowestSpareId = 0;
     std::int32_t LastEventN = -1;
-    mutable double CachedLength = -1.0; ///< -1 unknown
+    /// Ends and rows, the latest on top, since the length was last asked for. Entries that no longer hold
+    /// are dropped when they come to the top, so asking after each of many edits stays cheap.
+    mutable std::vector<Event_Time_List::Place> ends;
+    mutable bool endsKnown = false;
     std::vector<RecEvent> RecEvents;
     std::vector<Mod> mods;
     bool ModsPending = false;

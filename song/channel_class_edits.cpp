@@ -52,13 +52,13 @@ bool ChannelClass::Set_Event_StartTime(std::int32_t eventId, double newTime, dou
         return true;
     if (std::isnan(*time))
         return false;
-    CachedLength = -1.0;
     event.StartTime = Stored_Beats(*time, 0.0);
     if (event.StartTime < 0.0) {
         Fall_Out(event.ID);
         return false;
     }
     reSortOwed = true;
+    Note_End(row);
     Log(event.ID, MOD_START_TIME);
     return true;
 }
@@ -72,7 +72,7 @@ void ChannelClass::Set_Event_Length(std::int32_t eventId, double newLength, doub
     if (!length || std::isnan(*length))
         return;
     *stored = std::max(MIN_LENGTH_BEATS, Stored_Beats(*length, MIN_LENGTH_BEATS));
-    CachedLength = -1.0;
+    Note_End(event->EventI);
     Log(eventId, MOD_LENGTH);
 }
 
@@ -146,7 +146,7 @@ void ChannelClass::Set_Event_Properties(std::int32_t eventId, const EventData& d
         Row(event->EventI).DataRef = patch->DataRef;
     else if (!tables.Replace(event->Kind, event->DataRef, data))
         return;
-    CachedLength = -1.0;
+    Note_End(event->EventI);
     Log(eventId, MOD_PROPERTIES);
 }
 
@@ -162,7 +162,7 @@ void ChannelClass::Relink() {
         std::sort(ordered.begin(), ordered.end());
     timeList.Rebuild(ordered);
     reSortOwed = false;
-    CachedLength = -1.0;
+    Forget_Ends();
 }
 
 void ChannelClass::ReSort_StartTime() {
