@@ -1,5 +1,6 @@
 #include "platform/qt/qt_user_dialogs.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -29,14 +30,20 @@ QMessageBox::StandardButton Show_Box(QWidget* parent, QMessageBox::Icon icon, co
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
+/// Over the dialog that is open, else over the program's window.
+QWidget* Owner(QWidget* programWindow) {
+    QWidget* dialog = QApplication::activeModalWidget();
+    return dialog != nullptr ? dialog : programWindow;
+}
+
 } // namespace
 
 void Qt_User_Dialogs::Show_Message(Box_Kind kind, const std::string& text, const std::string& title) {
-    Show_Box(parent, Icon_Of(kind), title, text, QMessageBox::Ok);
+    Show_Box(Owner(parent), Icon_Of(kind), title, text, QMessageBox::Ok);
 }
 
 bool Qt_User_Dialogs::Ask_YesNo(const std::string& text, const std::string& title) {
-    return Show_Box(parent, QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No) ==
+    return Show_Box(Owner(parent), QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No) ==
            QMessageBox::Yes;
 }
 
@@ -45,8 +52,8 @@ std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
     QStringList patterns;
     for (const std::string& filter : filters)
         patterns << QString::fromStdString(filter);
-    const QString chosen = QFileDialog::getOpenFileName(parent, QString::fromStdString(title), lastFolder,
-                                                        patterns.join(QStringLiteral(";;")));
+    const QString chosen = QFileDialog::getOpenFileName(Owner(parent), QString::fromStdString(title),
+                                                        lastFolder, patterns.join(QStringLiteral(";;")));
     if (!chosen.isEmpty())
         lastFolder = QFileInfo(chosen).absolutePath();
     return chosen.toStdString();
