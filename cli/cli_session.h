@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/session.h"
+#include "cli/cli_outcome.h"
+#include "platform/offline_sound_door.h"
+#include "platform/scripted_midi_ports.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tonvex {
+
+/// A folder of this process alone that goes with the object.
+class Temporary_Folder {
+public:
+    Temporary_Folder();
+    ~Temporary_Folder();
+    Temporary_Folder(const Temporary_Folder&) = delete;
+    Temporary_Folder& operator=(const Temporary_Folder&) = delete;
+    /// Empty when it could not be made.
+    const std::filesystem::path& Path() const noexcept { return path; }
+
+private:
+    std::filesystem::path path;
+};
+
+/// What the user chose for the whole tool.
+struct Cli_Options {
+    std::filesystem::path data; ///< the data folder
+    std::vector<std::filesystem::path> soundfonts;
+};
+
+/// A session on simulated time, with scripted keys, that reads nothing of the user's but the files named in
+/// the call and leaves nothing behind. One thread.
+class Cli_Session {
+public:
+    Cli_Session() = default;
+    /// withSound: the synthesizer is there to be pulled; else messages are taken and sound nothing.
+    Cli_Outcome Open(const Cli_Options& options, bool withSound);
+
+    Simulated_Counter counter;
+    Simulated_Run_Loop loop{counter};
+    Scripted_Key_State keys;
+    Scripted_Midi_Ports midi{counter};
+    Recorded_Dialogs dialogs;
+    std::unique_ptr<Offline_Sound_Door> synthesizer; ///< with sound
+    std::unique_ptr<Session> session;                ///< after Open
+
+private:
+    Cli_Outcome Make_Folders(const Cli_Options& options, AppPaths_Class& paths);
+
+    Temporary_Folder folder;
+    Memory_Settings_Store store;
+    std::unique_ptr<Sound_Door> silence;
+};
+
+/// The data folder that is used when none is named: the installed one beside the executable, else the source
+/// tree's.
+std::filesystem::path Usual_Data_Folder();
+
+} // namespace tonvex

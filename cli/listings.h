@@ -1,0 +1,13 @@
+#pragma once
+
+#include "cli/cli_outcome.h"
+
+#include <filesystem>
+#include <string>
+
+namespace tonvex {
+
+/// Title and presets of a soundfont as JSON in text.
+Cli_Outcome List_Font(const std::filesystem::path& file, std::string& text);
+
+} // namespace tonvex

@@ -1,0 +1,99 @@
+#include "cli/listings.h"
+#include "cli/perform.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <map>
+
+namespace {
+
+using namespace tonvex;
+
+/// One line, whatever the text of the program's own boxes looks like.
+std::string One_Line(std::string text) {
+    for (char& character : text) {
+        if (character == '\n' || character == '\r')
+            character = ' ';
+    }
+    return text;
+}
+
+int Report(const Cli_Outcome& outcome) {
+    if (!outcome.Done()) {
+        const std::string file = outcome.file.empty() ? "" : outcome.file + ": ";
+        std::cerr << One_Line("tonvex-cli: " + file + outcome.problem) << '\n';
+    }
+    return outcome.status;
+}
+
+int Print(const Cli_Outcome& outcome, const std::string& text) {
+    if (outcome.Done()) {
+        std::cout << text << std::flush;
+        if (!std::cout)
+            return Report(Cli_Outcome::Failed("standard output", "cannot be written"));
+    }
+    return Report(outcome);
+}
+
+int Run(int argc, char** argv) {
+    CLI::App app{"Tonvex without its windows: for batch work, scripting and tests."};
+    app.set_version_flag("--version", std::string("tonvex-cli ") + TONVEX_VERSION);
+    app.require_subcommand(1);
+    Cli_Options options;
+    options.data = Usual_Data_Folder();
+    app.add_option("--data", options.data, "Folder of the data that ships (chords.txt, keyboard/ …)")
+        ->type_name("DIR");
+    app.add_option("--soundfont", options.soundfonts, "Replaces the font list; may be repeated")
+        ->type_name("FILE.sf2")
+        ->expected(1)
+        ->take_all();
+    app.fallthrough();
+
+    Perform_Call call;
+    std::string engine = "polling";
+    CLI::App* perform = app.add_subcommand(
+        "perform", "Records the key edges of a script on a simulated clock and writes the song");
+    perform->add_option("SONG", call.song, "- for a new project with one MIDI channel")->required();
+    perform->add_option("KEYS.json", call.keys, "The script")->required();
+    perform->add_option("OUT", call.out, "The song, as JSON (.json)")->required();
+    perform->add_option("--trace", call.trace, "Every message that left for the output, as JSON lines")
+        ->type_name("OUT.jsonl");
+    perform->add_option("--wav", call.wav, "What the synthesizer sounded")->type_name("OUT.wav");
+    perform->add_option("--engine", engine, "What sounds stored events: thread or polling")
+        ->check(CLI::IsMember({"thread", "polling"}))
+        ->type_name("ENGINE");
+
+    std::filesystem::path font;
+    CLI::App* fonts = app.add_subcommand("fonts", "Prints title and presets of a soundfont as JSON");
+    fonts->add_option("FILE.sf2", font, "The soundfont")->required();
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? CLI_DONE : CLI_WRONG_WORDS;
+    }
+    std::string text;
+    if (perform->parsed()) {
+        call.threadEngine = engine == "thread";
+        if (call.threadEngine)
+            std::cerr << "tonvex-cli: there is no thread engine yet, the polling engine plays\n";
+        return Report(Perform(options, call));
+    }
+    if (fonts->parsed()) {
+        const Cli_Outcome outcome = List_Font(font, text);
+        return Print(outcome, text);
+    }
+    return CLI_WRONG_WORDS;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << One_Line(std::string("tonvex-cli: ") + error.what()) << '\n';
+        return CLI_FAILED;
+    }
+}
