@@ -52,8 +52,7 @@ bool Session::Load() {
     Load_Tables();
     if (!Load_Settings())
         return false;
-    Open_Device(settings.Global_MidiSetup_OutDevice, settings.Global_BASSBufferSize);
-    settings.Global_BASSBufferSize = output->Global_BASSBufferSize;
+    Open_Output();
     input->Input_Open();
     if (settings.Global_Current_Input == 1)
         input->Input_Select(1);
@@ -91,24 +90,31 @@ void Session::New_Project() {
     project.Modified = false;
 }
 
-bool Session::Open_Device(std::int32_t deviceId, int bufferMs) {
-    output->Global_BASSBufferSize = bufferMs;
-    return output->Midi_OpenDevice(deviceId);
-}
-
-bool Session::Try_Output(std::int32_t deviceId, int bufferMs) {
-    const bool opened = Open_Device(deviceId, bufferMs);
-    // A session that began on a port has read no list yet.
-    fontsLoaded = fonts->CurList.empty() ? fonts->Load_DefaultList() : fonts->Load_CurList_Fonts();
-    gcm->GCM_SendAllPatches();
-    hub->Message(nullptr, MSG_GENERAL_UPDATE);
+bool Session::Open_Output() {
+    output->Global_BASSBufferSize = settings.Global_BASSBufferSize;
+    const bool opened = output->Midi_OpenDevice(settings.Global_MidiSetup_OutDevice);
+    settings.Global_BASSBufferSize = output->Global_BASSBufferSize;
     return opened;
 }
 
 bool Session::Reopen_Output() {
-    const bool opened = Try_Output(settings.Global_MidiSetup_OutDevice, settings.Global_BASSBufferSize);
-    settings.Global_BASSBufferSize = output->Global_BASSBufferSize;
+    const bool opened = Open_Output();
+    Load_Sounds();
     return opened;
+}
+
+bool Session::Try_Output(std::int32_t deviceId, int bufferMs) {
+    output->Global_BASSBufferSize = bufferMs;
+    const bool opened = output->Midi_OpenDevice(deviceId);
+    Load_Sounds();
+    return opened;
+}
+
+void Session::Load_Sounds() {
+    // A session that began on a port has read no list yet.
+    fontsLoaded = fonts->CurList.empty() ? fonts->Load_DefaultList() : fonts->Load_CurList_Fonts();
+    gcm->GCM_SendAllPatches();
+    hub->Message(nullptr, MSG_GENERAL_UPDATE);
 }
 
 bool Session::Select_Input(int source) {

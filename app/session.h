@@ -62,11 +62,13 @@ public:
     void Shutdown();
     /// Empty song with one MIDI channel on slot 0, not modified. Does nothing while a song runs.
     void New_Project();
-    /// Opens the output that the settings name, with its fonts and the song's patches. False after a message
-    /// box; the program runs on silent. The settings take over a raised buffer.
+    /// Opens the output that the settings name, without fonts. False after a message box; the program runs on
+    /// silent. The settings take over a raised buffer.
+    bool Open_Output();
+    /// Open_Output with the fonts and the song's patches, after a setup or a loss.
     bool Reopen_Output();
-    /// The same with another device (DeviceID of midiapi's list) and buffer (ms), for a test; the settings
-    /// stay.
+    /// Reopen_Output with another device (DeviceID of midiapi's list) and buffer (ms), for a test; the
+    /// settings stay.
     bool Try_Output(std::int32_t deviceId, int bufferMs);
     /// Takes the input source, 0 keyboard, 1 keyboard and MIDI, into the settings and opens it. False when
     /// MIDI was asked for and cannot be opened or no device is chosen.
@@ -108,7 +110,7 @@ private:
     void Make_Temp_Folder();
     void Load_Tables();
     bool Load_Settings();
-    bool Open_Device(std::int32_t deviceId, int bufferMs);
+    void Load_Sounds();
     void Keep_Settings();
     void Load_Layout();
     void Take_Velocity(int note, int velocity);
