@@ -26,27 +26,29 @@ Key_Tables Full_Tables() {
         const auto n = static_cast<std::uint8_t>(i);
         tables.map[i] = {.Enabled = -1, .Target = static_cast<std::int16_t>(i), .Kind = KEY_NOTE};
         tables.notes[i] = {.Note = n, .Vol = 100, .Length = 0.25 * n};
-        tables.chords[i] = {.Active = 3,
-                            .ChordName = "C",
-                            .Octave = n,
-                            .VariableOctave = 0x1234,
-                            .Length = 1.5,
-                            .ChordFlagA = 2,
-                            .ChordTypeIndex = 255,
-                            .ChordNotes = {1, 2, 3, 4, 5, n},
-                            .ChordFlagB = 6,
-                            .ChordVol = 7,
-                            .ArpeggioOn = 8,
-                            .ArpeggioPattern = -9,
-                            .PatternNoteCount = 10,
-                            .PatternNotes = {11, 12},
-                            .StepMs = -1003};
+        tables.chords[i] =
+            QChordData{3, "C", n, 0x1234, 1.5, 2, 255, {1, 2, 3, 4, 5, n}, 6, 7, 8, -9, 10, {11, 12}, -1003};
         tables.nameFields[i][0] = 'C';
         tables.styles[i].Root = n;
         tables.styles[i].StyleBlock[199] = 77;
         tables.styles[i].Reserved = 88;
     }
     return tables;
+}
+
+/// A file of version "01": every key plays one chord.
+Bytes Old_File() {
+    Bytes bytes = As_Bytes("Keyb01");
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(), {255, 255, 9, 0, 1});
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(), {60, 90, 0xEE, 0x02, 0, 0}); // 750 ms
+    for (int i = 0; i < 256; ++i)
+        bytes.insert(bytes.end(),
+                     {3,    'A', 'm', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', 2,    255, 255,
+                      0xDC, 5,   0,   0,   9,   1,   9,   12,  16,  0,   0,   0,    1,   99,
+                      2,    6,   5,   0,   0,   0,   0,   0,   0,   0,   0,   0x64, 0}); // 1500 ms
+    return bytes;
 }
 
 /// A layout window's data side with folders of its own.
@@ -112,16 +114,7 @@ TEST(LayoutFile, EveryShorterFileIsRefused) {
 }
 
 TEST(LayoutFile, OldVersionIsWidened) {
-    Bytes bytes = As_Bytes("Keyb01");
-    for (int i = 0; i < 256; ++i)
-        bytes.insert(bytes.end(), {255, 255, 9, 0, 1});
-    for (int i = 0; i < 256; ++i)
-        bytes.insert(bytes.end(), {60, 90, 0xEE, 0x02, 0, 0}); // 750 ms
-    for (int i = 0; i < 256; ++i)
-        bytes.insert(bytes.end(),
-                     {3,    'A', 'm', ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ', 2,    255, 255,
-                      0xDC, 5,   0,   0,   9,   1,   9,   12,  16,  0,   0,   0,    1,   99,
-                      2,    6,   5,   0,   0,   0,   0,   0,   0,   0,   0,   0x64, 0}); // 1500 ms
+    const Bytes bytes = Old_File();
     ASSERT_EQ(bytes.size(), 6U + 256 * (5 + 6 + 41));
     Key_Tables tables = Full_Tables();
     for (std::size_t length = 6; length < bytes.size(); ++length)
@@ -129,21 +122,7 @@ TEST(LayoutFile, OldVersionIsWidened) {
     ASSERT_EQ(Read_Layout(bytes, 80.0, tables), Layout_Read::Replaced);
     EXPECT_EQ(tables.map[255], (KeyMapEntry{.Enabled = -1, .Target = 9, .Kind = KEY_QCHORD}));
     EXPECT_EQ(tables.notes[255], (NoteData{.Note = 60, .Vol = 90, .Length = 1.0}));
-    const QChordData chord{.Active = 3,
-                           .ChordName = "Am",
-                           .Octave = 2,
-                           .VariableOctave = 65535,
-                           .Length = 2.0,
-                           .ChordFlagA = 9,
-                           .ChordTypeIndex = 1,
-                           .ChordNotes = {9, 12, 16},
-                           .ChordFlagB = 1,
-                           .ChordVol = 99,
-                           .ArpeggioOn = 8,
-                           .ArpeggioPattern = -9,
-                           .PatternNoteCount = 2,
-                           .PatternNotes = {6, 5},
-                           .StepMs = 100};
+    const QChordData chord{3, "Am", 2, 65535, 2.0, 9, 1, {9, 12, 16}, 1, 99, 8, -9, 2, {6, 5}, 100};
     EXPECT_EQ(tables.chords[255], chord) << "the finger picking is left as it was";
     EXPECT_EQ(tables.styles[255].Reserved, 88) << "style rows are left as they were";
 }
@@ -172,6 +151,13 @@ TEST(KeyboardLayout, BrokenFilesKeepTheTables) {
     EXPECT_EQ(bed.Last_Box(), "Error loading file");
     bed.layout.LoadKeyboardSettings("good", 80.0);
     EXPECT_EQ(bed.layout.KeyNoteTable[41].Note, 46) << "a good file still loads";
+    EXPECT_TRUE(bed.layout.Read_File_Into_Tables(bed.folder / "keyboard/good.dat", 80.0));
+    EXPECT_EQ(bed.layout.AppliedTuning, 0);
+    bed.layout.KeyboardTuning_Changed();
+    bed.layout.Set_Key_Function(30, 2);
+    EXPECT_EQ(bed.layout.KeyMCTable[30].Root, 5);
+    EXPECT_TRUE(bed.layout.Read_Bytes_Into_Tables(Old_File(), 80.0));
+    EXPECT_EQ(bed.layout.KeyMCTable[30].Root, 0) << "what the old file does not hold stays, untransposed";
     Key_Tables astray = Full_Tables();
     astray.map[44].Target = 1001;
     astray.map[45].Target = -1;

@@ -100,11 +100,11 @@ TEST(Notes, FillPianoChords) {
 TEST(Notes, FillGuitarChords) {
     NotesStuff notes;
     ASSERT_TRUE(
-        notes.Parse_Chords("- Major\n-- NULL\nC x32010 032010\nG 320003 210003\n- Fives\n-- 5\nA5 xx2200\n"));
+        notes.Parse_Chords("- Major\n-- NULL\nC x32010 032010\nG 320003 210003\n- Fives\n-- 5\nA5 502xxx\n"));
     EXPECT_EQ(Used_Notes(Filled(notes, 0, 0, 3, true)), (Notes{48, 52, 55, 60, 64}));
     EXPECT_EQ(Used_Notes(Filled(notes, 7, 0, 0, true)), (Notes{43, 47, 50, 55, 59, 67}));
-    // 52, 57, 59 and the open E: nothing twice, low string first.
-    EXPECT_EQ(Used_Notes(Filled(notes, 9, 8, 0, true)), (Notes{52, 57, 59, 64}));
+    // Two strings on 45 are one note.
+    EXPECT_EQ(Used_Notes(Filled(notes, 9, 8, 0, true)), (Notes{45, 52}));
     // Not in the library: tones A C# E. String 1 (E) rings open with E, 2 (B) climbs to C#, 3 (G) to A; then
     // all sound: 4 (D) has E at 2, 5 rings open with A, 6 with E.
     EXPECT_EQ(Used_Notes(Filled(notes, 9, 0, 0, true)), (Notes{40, 45, 52, 57, 61, 64}));
@@ -113,7 +113,7 @@ TEST(Notes, FillGuitarChords) {
 TEST(Notes, ShapesByCode) {
     NotesStuff notes;
     ASSERT_TRUE(
-        notes.Parse_Chords("C x3X01\n- Major\n-- null\nD xx0232 1\n----\n- More\n-- NULL\nE 022100\n"));
+        notes.Parse_Chords("C x3X01\n- Major\n-- null\nD xx0232 1\n----\n- More\n-- NULL\nE x79997\n"));
     Frets frets{};
     notes.GetChordFrets(0, 0, frets); // five characters: string 1 has none and rings open
     EXPECT_EQ(frets, (Frets{0, 0, 1, 0, -1, 3, -1}));

@@ -136,12 +136,15 @@ TEST(Clock, ManualTimeRoundsHalfToEven) {
     EXPECT_DOUBLE_EQ(bed.clock.GetTime(), 1.0);
 }
 
-TEST(Clock, AnEmptyListNeverEnds) {
+TEST(Clock, KeepsItsSegment) {
     Clock_Bed bed(80);
     bed.clock.SetTime(12.0);
     EXPECT_EQ(bed.clock.Next_Change_Beat(), 99000000.0);
     EXPECT_EQ(bed.clock.Segment_Beat(), 0.0);
     EXPECT_EQ(bed.clock.Start_Tick_MS(), 1000 - 9000);
+    Clock_Bed rounded(95, {{1.0, 100}});
+    rounded.clock.SetTime(1.5);
+    EXPECT_EQ(rounded.clock.Segment_MS(), 632); // 631.58
 }
 
 TEST(Clock, KeepsItsFormulaAfterATempoEdit) {
@@ -165,9 +168,11 @@ TEST(Clock, MomentsAndPositionsAreInverse) {
         for (double beat = 0.5; beat < 6.0; beat += 1.0 / 64) {
             const std::int64_t moment = bed.clock.Moment_Of(beat);
             EXPECT_GE(moment, before) << beat;
+            EXPECT_GE(bed.clock.Moment_Of(beat + 1e-7), moment) << beat;
             EXPECT_NEAR(bed.clock.GetTime_At(moment), beat, 0.001) << "half a ms of rounding at a change";
             before = moment;
         }
+        EXPECT_LE(bed.clock.GetTime_At(bed.clock.Moment_Of(2.8751) - 100'000), 2.875) << "rounded up";
         // 0.5 + 1/7 of a beat at 70 is 122.449 ms later; the start was rounded by 3/7 ms at most.
         const double ns = 122.449e6 / static_cast<double>(speed);
         EXPECT_NEAR(static_cast<double>(bed.clock.Moment_Of(0.5 + 1.0 / 7.0)) - 1e9, ns, 0.5e6);
