@@ -36,8 +36,8 @@ public:
     int Minimum_Buffer_Ms() const override;
 
     /// Renders every whole block that a device would have asked for up to ns, that moment included; ns is
-    /// Millisecond_Counter time. Messages due before ns must have been posted. Nothing when not open. An
-    /// empty sink lets the samples go.
+    /// Millisecond_Counter time. Messages due before ns must have been posted: in a round that advanced the
+    /// counter, post first. Nothing when not open. An empty sink lets the samples go.
     void Render_Until(std::int64_t ns, const Sample_Sink& sink);
     /// Goes on until nothing is posted and no voice sounds any more, at most maxSeconds. Time runs on
     /// beyond the counter's, so no Render_Until may follow.
@@ -45,7 +45,7 @@ public:
 
     /// Frames given to sinks since Open.
     std::int64_t Frames_Rendered() const noexcept { return framesRendered; }
-    int Latency_Frames() const noexcept { return blockFrames; }
+    int Latency_Frames() const noexcept { return static_cast<int>(core.Delay_Frames()); }
     int Sample_Rate() const noexcept { return sampleRate; }
 
 private:

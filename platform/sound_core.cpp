@@ -32,13 +32,14 @@ void Sound_Core::Raise_Generation(std::uint32_t oldestValid) noexcept {
 void Sound_Core::Begin_Stream(int rate, int blockFrames, double deviceLatencyMs) {
     sampleRate = rate;
     deviceLatency = deviceLatencyMs;
-    delayFrames = blockFrames;
+    delayedBlock = 0;
+    Set_Delay(blockFrames);
     nextFrame = 0;
     pieceFrame = 0;
     pieceLeft = 0;
     timeFixed = false;
     mapping.Start(sampleRate);
-    latencyFrames.store(static_cast<float>(blockFrames), std::memory_order_relaxed);
+    latencyFrames.store(static_cast<float>(delayFrames), std::memory_order_relaxed);
     load.store(0.0F, std::memory_order_relaxed);
 }
 
@@ -72,8 +73,7 @@ bool Sound_Core::Pull(float* stereo, int frames) noexcept {
     const std::int64_t startedNs = counter.Now_Ns();
     if (!timeFixed)
         mapping.Observe(startedNs, nextFrame);
-    // A server may change its block while it runs.
-    delayFrames = std::max(delayFrames, static_cast<std::int64_t>(frames));
+    Set_Delay(frames); // a server may change its block while it runs
     Take_Instance();
     live.Collect();
     ahead.Collect();
@@ -93,6 +93,15 @@ bool Sound_Core::Pull(float* stereo, int frames) noexcept {
     Keep(stereo - 2 * static_cast<std::ptrdiff_t>(frames), frames);
     Note_Load(startedNs, frames);
     return true;
+}
+
+void Sound_Core::Set_Delay(int blockFrames) noexcept {
+    if (blockFrames <= delayedBlock)
+        return;
+    delayedBlock = blockFrames;
+    // A block that ends inside a piece has the rest of that piece rendered ahead.
+    const bool onGrid = blockFrames % Synth_Graph::PIECE == 0;
+    delayFrames = blockFrames + (onGrid ? 0 : Synth_Graph::PIECE - 1);
 }
 
 void Sound_Core::Render_Piece() noexcept {

@@ -48,6 +48,8 @@ public:
     void Fill(Sound_Status& status) noexcept;
     /// Keeps the samples of the streams to come, up to so many frames; for tests. Before a stream begins.
     void Keep_Samples(std::size_t frames);
+    /// Frames from a message's moment to its sound, the synthesizer's grid apart.
+    std::int64_t Delay_Frames() const noexcept { return delayFrames; }
     /// Interleaved; what is kept so far.
     std::span<const float> Kept_Samples() const noexcept;
 
@@ -60,6 +62,7 @@ private:
     void Take_Instance() noexcept;
     void Render_Piece() noexcept;
     void Deliver_Due(std::int64_t beforeFrame) noexcept;
+    void Set_Delay(int blockFrames) noexcept;
     void Note_Latency(std::int64_t dueNs) noexcept;
     void Note_Load(std::int64_t startedNs, int frames) noexcept;
     void Keep(const float* stereo, int frames) noexcept;
@@ -72,6 +75,7 @@ private:
     bool timeFixed = false;
     double sampleRate = 44100.0;
     double deviceLatency = 0.0;   ///< ms behind the callback
+    int delayedBlock = 0;         ///< block for which delayFrames was worked out
     std::int64_t delayFrames = 0; ///< one block, the latency of every message
     std::int64_t nextFrame = 0;   ///< the first of the next block
     std::int64_t pieceFrame = 0;  ///< the first of the next piece

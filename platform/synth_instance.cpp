@@ -3,7 +3,10 @@
 #include <fluidsynth.h>
 
 #include <algorithm>
+#include <array>
+#include <fstream>
 #include <mutex>
+#include <string_view>
 #include <system_error>
 
 namespace tonvex {
@@ -20,6 +23,15 @@ void Silence_Library_Log() {
         for (const int level : {FLUID_PANIC, FLUID_ERR, FLUID_WARN, FLUID_INFO, FLUID_DBG})
             fluid_set_log_function(level, nullptr, nullptr);
     });
+}
+
+/// A RIFF file of SoundFont kind. FluidSynth would hand anything else to readers of other formats, which
+/// we do not offer.
+bool Begins_As_Font(const std::filesystem::path& path) {
+    std::array<char, 12> head{};
+    std::ifstream file(path, std::ios::binary);
+    return file.read(head.data(), head.size()) && std::string_view(head.data(), 4) == "RIFF" &&
+           std::string_view(head.data() + 8, 4) == "sfbk";
 }
 
 std::size_t Preset_Index(int bank, int program) noexcept {
@@ -65,6 +77,7 @@ std::unique_ptr<Synth_Instance> Synth_Instance::Make(int sampleRate, const std::
                                      slot == DRUM_SLOT ? CHANNEL_TYPE_DRUM : CHANNEL_TYPE_MELODIC);
     for (const Font_Source& font : fonts)
         made->Load(font);
+    made->Warm_Voices();
     return made;
 }
 
@@ -75,8 +88,8 @@ Synth_Instance::~Synth_Instance() {
 
 void Synth_Instance::Load(const Font_Source& source) {
     std::error_code failed;
-    // Anything else could keep the loader waiting for bytes for ever.
-    if (!std::filesystem::is_regular_file(source.path, failed) || failed)
+    // Anything but a regular file could keep the loader waiting for bytes for ever.
+    if (!std::filesystem::is_regular_file(source.path, failed) || failed || !Begins_As_Font(source.path))
         return;
     const int id = fluid_synth_sfload(synth, source.path.c_str(), 0);
     fluid_sfont_t* const font = id == FLUID_FAILED ? nullptr : fluid_synth_get_sfont_by_id(synth, id);
@@ -93,6 +106,30 @@ void Synth_Instance::Load(const Font_Source& source) {
             entry.presets.set(Preset_Index(bank, program));
     }
     loaded.push_back(entry);
+}
+
+/// A voice moves from the level of the note it sounded last, so the first note of each voice would fade in
+/// from silence and begin later than all others. Every voice sounds once here, unheard.
+void Synth_Instance::Warm_Voices() noexcept {
+    const Found_Preset preset = Find(0, 0, 0, 0);
+    if (preset.fontId < 0)
+        return;
+    std::array<float, 256> unheard{};
+    std::array<float*, 2> pair{unheard.data(), unheard.data()};
+    const auto Render = [&] {
+        fluid_synth_process(synth, static_cast<int>(unheard.size()), 0, nullptr, 2, pair.data());
+    };
+    fluid_synth_program_select(synth, 0, preset.fontId, preset.bank, preset.program);
+    for (int note = 0; note < 2 * POLYPHONY; ++note) {
+        if (fluid_synth_get_active_voice_count(synth) >= POLYPHONY)
+            break;
+        fluid_synth_noteon(synth, 0, note % 128, 1);
+    }
+    Render();
+    fluid_synth_all_sounds_off(synth, -1);
+    for (int tries = 0; tries < 64 && fluid_synth_get_active_voice_count(synth) > 0; ++tries)
+        Render();
+    fluid_synth_unset_program(synth, 0);
 }
 
 bool Synth_Instance::Has_Font(std::int32_t handle) const noexcept {

@@ -62,6 +62,7 @@ private:
 
     Synth_Instance() = default;
     void Load(const Font_Source& source);
+    void Warm_Voices() noexcept;
     const Loaded_Font* Last_With(int bank, int program, std::int32_t handle) const noexcept;
 
     struct Settings_Deleter {

@@ -17,6 +17,9 @@ constexpr std::uint32_t SAMPLE_FRAMES = LEAD_FRAMES + CLICK_FRAMES + GAP_FRAMES;
 constexpr int SCALE_TUNING = 56;
 constexpr int INSTRUMENT = 41;
 constexpr int SAMPLE_ID = 53;
+constexpr int SAMPLE_MODES = 54;
+constexpr int LOOPED = 1;
+constexpr int GENERATORS = 3; ///< of each instrument
 
 Bytes Chunk(const std::string& id, const Bytes& data) {
     Byte_Writer out;
@@ -86,8 +89,9 @@ Bytes Records(const std::vector<Click_Preset>& presets) {
         Write_Pair(pgen, INSTRUMENT, i);
         Write_Name(inst, preset.name);
         inst.Write_U16(static_cast<std::uint16_t>(i));
-        Write_Pair(ibag, 2 * i, 0);
+        Write_Pair(ibag, GENERATORS * i, 0);
         Write_Pair(igen, SCALE_TUNING, 0);
+        Write_Pair(igen, SAMPLE_MODES, preset.held ? LOOPED : 0);
         Write_Pair(igen, SAMPLE_ID, i);
         const auto start = static_cast<std::uint32_t>(i) * SAMPLE_FRAMES + LEAD_FRAMES;
         Write_Name(shdr, preset.name);
@@ -104,7 +108,7 @@ Bytes Records(const std::vector<Click_Preset>& presets) {
     Write_Pair(pgen, 0, 0);
     Write_Name(inst, "EOI");
     inst.Write_U16(static_cast<std::uint16_t>(count));
-    Write_Pair(ibag, 2 * count, 0);
+    Write_Pair(ibag, GENERATORS * count, 0);
     Write_Pair(igen, 0, 0);
     Write_Name(shdr, "EOS");
     shdr.Write_Bytes(Bytes(26, 0));

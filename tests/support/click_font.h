@@ -11,7 +11,8 @@ struct Click_Preset {
     std::string name = "Click"; ///< at most 19 characters count
     int bank = 0;               ///< 128 for a drum kit
     int program = 0;
-    int level = 30000; ///< height of the click, 1 to 32767: tells presets apart by ear of a test
+    int level = 30000; ///< height of the click, 1 to 32767: tells presets apart by their peak
+    bool held = false; ///< the height is kept until the note off
 };
 
 /// A whole, valid SF2 file with one instrument and one short sample a preset: a rectangle of 256 frames at

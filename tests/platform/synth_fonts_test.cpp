@@ -1,0 +1,183 @@
+#include "platform/offline_sound_door.h"
+
+#include "support/click_font.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace tonvex {
+namespace {
+
+constexpr float LOUDEST = 30000.0F;
+
+class Synth_Fonts : public ::testing::Test {
+protected:
+    Synth_Fonts() : first(folder / "first.sf2"), second(folder / "second.sf2") {
+        test::Write_Click_Font(first, {{"A", 0, 0, 30000}, {"B", 0, 5, 25000}, {"Kit", 128, 0, 20000}});
+        test::Write_Click_Font(second, {{"C", 0, 0, 15000}, {"D", 3, 5, 10000}, {"Kit 16", 128, 16, 6000}});
+    }
+    void Open() {
+        std::string error;
+        ASSERT_TRUE(door.Open({}, error)) << error;
+    }
+    void Patch(int slot, int program, int bank, std::int32_t font) {
+        Sound_Message patch;
+        patch.op = Sound_Op::Patch;
+        patch.slot = static_cast<std::uint8_t>(slot);
+        patch.a = static_cast<std::uint8_t>(program);
+        patch.b = static_cast<std::uint8_t>(bank);
+        patch.font = font;
+        door.Post(patch);
+    }
+    float Peak_Of_Note(int slot) {
+        Sound_Message note;
+        note.slot = static_cast<std::uint8_t>(slot);
+        note.a = 60;
+        note.b = 127;
+        door.Post(note);
+        clock.Advance_Ms(100);
+        door.Slot_Peak(slot);
+        door.Render_Until(clock.Now_Ns(), {});
+        return door.Slot_Peak(slot);
+    }
+
+    Temp_Folder folder;
+    std::filesystem::path first;
+    std::filesystem::path second;
+    Simulated_Counter clock;
+    Offline_Sound_Door door{clock};
+};
+
+TEST_F(Synth_Fonts, A_Patch_Finds_Its_Font) {
+    const auto handles = door.Set_Fonts({first, second});
+    ASSERT_GT(handles[0], 0);
+    ASSERT_GT(handles[1], 0);
+    Open();
+    struct Row {
+        const char* name;
+        int slot;
+        int program;
+        int bank;
+        std::int32_t font;
+        float level;
+    };
+    const Row rows[] = {
+        {"named font", 0, 0, 0, handles[0], 30000},
+        {"last font that has it", 0, 0, 0, 0, 15000},
+        {"only the first has it", 1, 5, 0, 0, 25000},
+        {"only the second has the bank", 1, 5, 3, 0, 10000},
+        {"no font has the bank", 2, 5, 7, 0, 25000},
+        {"no font has the program", 3, 9, 0, 0, 15000},
+        {"the named font lacks it", 4, 5, 0, handles[1], 25000},
+        {"a font that is not there", 5, 0, 0, 99, 15000},
+        {"values out of range", 6, 255, 255, -7, 15000},
+        {"drum kit", 9, 16, 0, 0, 6000},
+        {"drum kit of a named font", 9, 0, 0, handles[0], 20000},
+        {"no such drum kit", 9, 40, 0, 0, 20000},
+        {"slot 25 is melodic", 25, 5, 0, 0, 25000},
+    };
+    Patch(31, 0, 0, handles[0]);
+    const float loudest = Peak_Of_Note(31);
+    ASSERT_GT(loudest, 0.05F);
+    for (const Row& row : rows) {
+        Patch(row.slot, row.program, row.bank, row.font);
+        EXPECT_NEAR(Peak_Of_Note(row.slot) / loudest, row.level / LOUDEST, 0.01F) << row.name;
+    }
+}
+
+TEST_F(Synth_Fonts, Fonts_Change_Under_The_Patches) {
+    Open();
+    EXPECT_EQ(Peak_Of_Note(0), 0.0F) << "no font: silence";
+    const std::int32_t handle = door.Set_Fonts({first}).front();
+    Patch(0, 5, 0, handle);
+    Patch(1, 5, 3, 0);
+    const float of25000 = Peak_Of_Note(0);
+    EXPECT_GT(of25000, 0.05F);
+    EXPECT_EQ(door.Set_Fonts({second, first}).back(), handle) << "a path keeps its handle";
+    EXPECT_NEAR(Peak_Of_Note(0) / of25000, 1.0F, 0.01F);
+    EXPECT_NEAR(Peak_Of_Note(1) / of25000, 0.4F, 0.01F) << "the bank wanted before is there now";
+    door.Set_Fonts({});
+    EXPECT_EQ(Peak_Of_Note(0), 0.0F);
+}
+
+TEST_F(Synth_Fonts, Files_That_Are_No_Fonts_Leave_The_Others) {
+    folder.Write("text.sf2", "no font at all");
+    folder.Write("empty.sf2", "");
+    const auto handles = door.Set_Fonts({folder / "text.sf2", folder / "missing.sf2", first,
+                                         folder / "empty.sf2", folder.Path(), "/dev/zero"});
+    ASSERT_EQ(handles.size(), 6U);
+    for (std::size_t i = 0; i < handles.size(); ++i)
+        EXPECT_EQ(handles[i] > 0, i == 2) << i;
+    Open();
+    EXPECT_GT(Peak_Of_Note(0), 0.05F);
+}
+
+/// Loads every variant, sounds each that loads, and the good font at the end.
+void Sound_Variants(const Temp_Folder& folder, const std::vector<std::vector<std::uint8_t>>& variants,
+                    std::vector<bool>& loads) {
+    std::vector<Font_Source> fonts;
+    for (const auto& bytes : variants) {
+        const auto handle = static_cast<std::int32_t>(fonts.size() + 1);
+        fonts.push_back({folder.Write(std::to_string(handle), {bytes.begin(), bytes.end()}), handle});
+    }
+    std::string error;
+    const auto instance = Synth_Instance::Make(44100, fonts, error);
+    ASSERT_NE(instance, nullptr) << error;
+    const auto graph = std::make_unique<Synth_Graph>();
+    graph->Swap_Instance(instance.get());
+    std::array<float, Synth_Graph::PIECE> left{};
+    std::array<float, Synth_Graph::PIECE> right{};
+    for (const Font_Source& font : fonts) {
+        loads.push_back(instance->Has_Font(font.handle));
+        Sound_Message message;
+        message.op = Sound_Op::Patch;
+        message.font = font.handle;
+        graph->Apply(message);
+        message.op = Sound_Op::NoteOn;
+        message.a = 60;
+        message.b = 127;
+        graph->Apply(message);
+        for (int piece = 0; piece < 12; ++piece) {
+            graph->Render(left.data(), right.data(), 1.0F);
+            for (const float sample : left)
+                ASSERT_TRUE(sample > -100.0F && sample < 100.0F) << "variant " << font.handle;
+        }
+        message.op = Sound_Op::AllNotesOff;
+        graph->Apply(message);
+    }
+}
+
+TEST_F(Synth_Fonts, Every_Cut_Is_Refused) {
+    const auto good = test::Make_Click_Font({{"A", 0, 0, 30000}});
+    std::vector<std::vector<std::uint8_t>> variants;
+    for (std::size_t length = 0; length < good.size(); ++length)
+        variants.emplace_back(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length));
+    variants.push_back(good);
+    std::vector<bool> loads;
+    Sound_Variants(folder, variants, loads);
+    ASSERT_EQ(loads.size(), variants.size());
+    for (std::size_t length = 0; length < good.size(); ++length)
+        EXPECT_FALSE(loads[length]) << "cut to " << length << " of " << good.size();
+    EXPECT_TRUE(loads.back());
+}
+
+TEST_F(Synth_Fonts, Flipped_Bytes_Never_Crash) {
+    const auto good = test::Make_Click_Font({{"A", 0, 0, 30000}});
+    for (const int flip : {0xff, 0x01}) {
+        std::vector<std::vector<std::uint8_t>> variants;
+        for (std::size_t at = 0; at < good.size(); ++at) {
+            variants.push_back(good);
+            variants.back()[at] = static_cast<std::uint8_t>(good[at] ^ flip);
+        }
+        variants.push_back(good);
+        std::vector<bool> loads;
+        Sound_Variants(folder, variants, loads);
+        ASSERT_FALSE(loads.empty());
+        EXPECT_TRUE(loads.back());
+    }
+}
+
+} // namespace
+} // namespace tonvex
