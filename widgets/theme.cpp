@@ -128,6 +128,7 @@ QTabBar::tab:selected { background: {panel}; color: {text}; border-top: 2px soli
 QTabBar::tab:hover:!selected { color: {text}; }
 QTabBar::tab:focus { color: {text}; border: 2px solid {accent}; }
 QToolBar { background: {panel}; border: 0; border-bottom: 1px solid {line}; padding: 0; spacing: 0; }
+QLabel[dim="true"] { color: {dim}; }
 QStatusBar { background: {window}; color: {dim}; }
 QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }

@@ -77,6 +77,8 @@ QSize Tool_Button::sizeHint() const {
         return {theme.Px(44), theme.Px(44)};
     case Button_Kind::Letter:
         return {theme.Px(22), theme.Px(22)};
+    case Button_Kind::Caption:
+        return {theme.Px(120), theme.Px(18)};
     case Button_Kind::Pill:
         break;
     }
@@ -102,6 +104,15 @@ void Tool_Button::paintEvent(QPaintEvent*) {
     const bool hot = isEnabled() && (underMouse() || isDown());
     const bool filledState = kind == Button_Kind::Letter && isChecked() && !dot;
 
+    if (kind == Button_Kind::Caption) {
+        painter.setFont(theme.Font(Text_Size::Caption));
+        painter.setPen(hot ? t.text : t.dim);
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter,
+                         painter.fontMetrics().elidedText(value, Qt::ElideRight, width()));
+        if (hasFocus())
+            Paint_Focus_Ring(painter, theme, rect(), theme.Px(5));
+        return;
+    }
     QColor ground = kind == Button_Kind::Flat ? QColor(Qt::transparent) : t.control;
     if (hot || (kind == Button_Kind::Letter && dot && armed))
         ground = t.hover;

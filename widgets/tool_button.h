@@ -12,7 +12,8 @@ enum class Button_Kind {
     Boxed,     ///< 36 wide, on its own ground; checked: outlined
     Transport, ///< 44 wide, the three great ones
     Letter,    ///< 20 wide, a letter (mute, solo); checked: filled in the state's colour
-    Pill       ///< as wide as its caption and value
+    Pill,      ///< as wide as its caption and value
+    Caption    ///< a dim line of text that brightens under the pointer, cut to its box
 };
 enum class Icon_Tint { Text, Record, Play };
 

@@ -43,6 +43,8 @@ void Value_Slider::Set_Width(double designPixels) {
 }
 
 QSize Value_Slider::sizeHint() const {
+    if (kind == Slider_Kind::Dial)
+        return {theme.Px(44), theme.Px(44)};
     return {theme.Px(designWidth), theme.Px(16)};
 }
 
@@ -81,6 +83,10 @@ void Value_Slider::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
+    if (kind == Slider_Kind::Dial) {
+        Paint_Dial(painter);
+        return;
+    }
     const Theme_Tokens& t = theme.Tokens();
     const double middle = height() / 2.0;
     const double inset = theme.Px(4);
@@ -104,17 +110,57 @@ void Value_Slider::paintEvent(QPaintEvent*) {
         Paint_Focus_Ring(painter, theme, rect(), theme.Px(5));
 }
 
+void Value_Slider::Paint_Dial(QPainter& painter) {
+    const Theme_Tokens& t = theme.Tokens();
+    const double thick = theme.Px(3);
+    const double edge = std::min(width(), height()) - theme.Px(8);
+    const QRectF box((width() - edge) / 2, (height() - edge) / 2, edge, edge);
+    painter.setBrush(t.control);
+    painter.drawEllipse(box.adjusted(thick + 1, thick + 1, -thick - 1, -thick - 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(t.hover, thick, Qt::SolidLine, Qt::RoundCap));
+    // Qt counts sixteenths of a degree against the clock; the scale runs from 225 down to -45 degrees.
+    painter.drawArc(box, 225 * 16, -270 * 16);
+    const double span = std::max(1, maximum() - minimum());
+    const auto angle = [&](int place) { return 225.0 - 270.0 * (place - minimum()) / span; };
+    // A dial whose neutral value lies within its range fills from there: pan from the middle.
+    const bool fromNeutral = neutral > minimum() + span / 3 && neutral < maximum() - span / 3;
+    const double from = fromNeutral ? angle(neutral) : 225.0;
+    const double to = angle(value());
+    if (std::abs(from - to) > 0.5) {
+        painter.setPen(QPen(isEnabled() ? t.accent : t.dim, thick, Qt::SolidLine, Qt::RoundCap));
+        painter.drawArc(box, static_cast<int>(std::lround(from * 16)),
+                        static_cast<int>(std::lround((to - from) * 16)));
+    }
+    const double radians = to * 3.14159265358979323846 / 180.0;
+    const QPointF direction(std::cos(radians), -std::sin(radians));
+    painter.setPen(QPen(isEnabled() ? t.text : t.dim, theme.Px(2), Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(box.center() + direction * edge * 0.08, box.center() + direction * edge * 0.3);
+    if (hasFocus())
+        Paint_Focus_Ring(painter, theme, rect(), theme.Px(8));
+}
+
 void Value_Slider::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     held = true;
-    Change_To(Value_At(event->position().x()));
+    dragY = event->position().y();
+    dragValue = value();
+    if (kind != Slider_Kind::Dial)
+        Change_To(Value_At(event->position().x()));
     Tell_Number();
 }
 
 void Value_Slider::mouseMoveEvent(QMouseEvent* event) {
-    if (held)
+    if (!held)
+        return;
+    if (kind != Slider_Kind::Dial) {
         Change_To(Value_At(event->position().x()));
+        return;
+    }
+    const double whole = theme.Px((event->modifiers() & Qt::ShiftModifier) != 0 ? 600 : 150);
+    const double turned = (dragY - event->position().y()) / whole * (maximum() - minimum());
+    Change_To(dragValue + static_cast<int>(std::lround(turned)));
 }
 
 void Value_Slider::mouseReleaseEvent(QMouseEvent*) {

@@ -9,8 +9,9 @@
 namespace tonvex {
 
 enum class Slider_Kind {
-    Fill,  ///< filled from the left: volume, speed
-    Centre ///< a mark on a line: pan
+    Fill,   ///< filled from the left: volume, speed
+    Centre, ///< a mark on a line: pan
+    Dial    ///< an arc around a pointer, turned by dragging up and down
 };
 
 /// A value that is seen where it is. Wheel and arrow keys step it, with Shift by 1; Page keys by the page;
@@ -50,6 +51,7 @@ private:
     void Change_To(int value);
     int Value_At(double x) const;
     double Place_Of(int value) const;
+    void Paint_Dial(QPainter& painter);
     QString Number() const;
     void Tell_Number();
 
@@ -59,6 +61,8 @@ private:
     int stepSize;
     double designWidth = 68;
     int wheelRest = 0;
+    double dragY = 0.0;
+    int dragValue = 0;
     bool held = false;
 };
 

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/session.h"
+#include "widgets/theme.h"
+
+#include <QWidget>
+
+class QLabel;
+class QMenu;
+
+namespace tonvex {
+
+class Tool_Button;
+class Value_Slider;
+
+/// The selected channel under the list: volume, pan, patch and output slot.
+class Channel_Properties final : public QWidget {
+    Q_OBJECT
+public:
+    Channel_Properties(Session& session, Theme& theme, QWidget* parent = nullptr);
+    ~Channel_Properties() override;
+    /// NOT_GIVEN for none: the controls are then off.
+    void Show_Channel(std::int32_t channelId);
+    void Open_Patches();
+    void Open_Slots();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void Refresh();
+    void Fill_Slots();
+
+    Session& session;
+    Theme& theme;
+    std::int32_t channelId = NOT_GIVEN;
+    QLabel* heading;
+    Value_Slider* volume;
+    Value_Slider* pan;
+    Tool_Button* patch;
+    Tool_Button* slot;
+    QMenu* slotMenu;
+    int subscription = 0;
+};
+
+} // namespace tonvex
