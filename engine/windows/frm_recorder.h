@@ -1,0 +1,101 @@
+#pragma once
+
+#include "app/session.h"
+#include "engine/windows/observer_link.h"
+#include "engine/windows/practice_mode.h"
+#include "widgets/theme.h"
+
+#include <QWidget>
+
+class QLabel;
+class QMenu;
+
+namespace tonvex {
+
+class Tool_Button;
+class Transport_Display;
+class Value_Slider;
+
+/// The transport bar. Button_Rec and Button_Play return when the run is over; never call them from a key
+/// handler, but through a timer. Interface thread.
+class frmRecorder final : public QWidget, public Transport_Observer {
+    Q_OBJECT
+public:
+    frmRecorder(Session& session, Theme& theme, QWidget* parent = nullptr);
+    ~frmRecorder() override;
+
+    void Button_Rec();
+    void Button_Play();
+    void Button_Stop();
+    void To_Start();
+    void To_End();
+    void Move_By_Seconds(int seconds);
+    /// Beats, 0 and up; moves a play that is on. A recording cannot be moved.
+    void Go_To(double beats);
+
+    /// 20 to 100.
+    void Set_Rec_Speed(int percent);
+    void Set_Overwrite(bool overwrite);
+    void Set_Metronome(bool on);
+    void Set_Wait_For_Key(bool on);
+
+    /// The channel that is recorded; NOT_GIVEN for none.
+    void Set_Channel(std::int32_t channelId);
+    Practice_Mode& Practice() { return practice; }
+    /// Position and tempo as the model has them now.
+    void UpdateTimeDisplay();
+    void Show_Cpu(double percent);
+    /// Shown values of master volume, speed and modes, after they changed elsewhere.
+    void Refresh_Options();
+
+    void On_Run_Started(bool recording) override;
+    void On_Position(double beats, std::int64_t songMs) override;
+    void On_Waiting_For_Key(bool waiting) override;
+    void On_Run_Ended() override;
+
+signals:
+    void uiLocked(bool locked); ///< a run begins or is over
+    void optionsChanged();
+    void channelMissing();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void Transport_LockUI();
+    void Transport_UnlockUI();
+    void Make_Buttons();
+    void Lay_Out();
+    Tool_Button* Add_Transport_Button(const QString& picture, const QString& name, const QString& key,
+                                      void (frmRecorder::*act)());
+    void Back_5_Seconds() { Move_By_Seconds(-5); }
+    void Forward_5_Seconds() { Move_By_Seconds(5); }
+
+    Session& session;
+    Theme& theme;
+    Practice_Mode practice;
+    Observer_Link link;
+    std::int32_t channelId = NOT_GIVEN;
+    Tool_Button* toStart = nullptr;
+    Tool_Button* back = nullptr;
+    Tool_Button* record = nullptr;
+    Tool_Button* play = nullptr;
+    Tool_Button* stop = nullptr;
+    Tool_Button* forward = nullptr;
+    Tool_Button* toEnd = nullptr;
+    Transport_Display* display = nullptr;
+    Tool_Button* speed = nullptr;
+    Tool_Button* blend = nullptr;
+    Tool_Button* overwrite = nullptr;
+    Tool_Button* metronome = nullptr;
+    Tool_Button* wait = nullptr;
+    Tool_Button* keyboard = nullptr;
+    QLabel* waiting = nullptr;
+    Value_Slider* master = nullptr;
+    QLabel* cpu = nullptr;
+    QMenu* speedMenu = nullptr;
+    int subscription = 0;
+};
+
+} // namespace tonvex

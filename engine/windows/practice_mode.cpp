@@ -1,0 +1,111 @@
+#include "engine/windows/practice_mode.h"
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+constexpr int RENEWAL_MS = 120; ///< a slider that moves renews once it stands
+
+} // namespace
+
+Practice_Mode::Practice_Mode(Session& owner, QObject* parent) : QObject(parent), session(owner) {
+    rounds.setTimerType(Qt::PreciseTimer);
+    rounds.setInterval(1);
+    connect(&rounds, &QTimer::timeout, this, &Practice_Mode::Round);
+    renewal.setSingleShot(true);
+    renewal.setInterval(RENEWAL_MS);
+    connect(&renewal, &QTimer::timeout, this, [this] {
+        Stop();
+        Start_If_Wanted();
+    });
+}
+
+Practice_Mode::~Practice_Mode() {
+    Stop();
+}
+
+bool Practice_Mode::Is_Running() const {
+    return session.practiceRecorder->IsRunning();
+}
+
+bool Practice_Mode::Midi_Ready() const {
+    if (session.input->InputDevice == 0 || session.input->MidiInDevice < 0)
+        return false;
+    const auto ports = session.output->Input_Devices();
+    return std::any_of(ports.begin(), ports.end(), [this](const Device_Row& port) {
+        return port.DeviceID == session.input->MidiInDevice;
+    });
+}
+
+void Practice_Mode::Set_Channel(std::int32_t newId) {
+    if (newId == channelId)
+        return;
+    channelId = newId;
+    Stop();
+    Start_If_Wanted();
+}
+
+void Practice_Mode::Set_Keys(bool on) {
+    if (on == keys)
+        return;
+    keys = on;
+    // Keys that are down end with the practice that they began in.
+    Stop();
+    Start_If_Wanted();
+    if (keys && held == 0 && !Is_Running())
+        keys = false;
+    emit keysChanged(keys);
+}
+
+void Practice_Mode::Hold() {
+    ++held;
+    Stop();
+}
+
+void Practice_Mode::Let_Go() {
+    if (held > 0 && --held == 0)
+        Start_If_Wanted();
+}
+
+void Practice_Mode::Renew() {
+    renewal.start();
+}
+
+void Practice_Mode::Start_If_Wanted() {
+    if (held > 0 || Is_Running() || session.transport.Song_Runs() || channelId == NOT_GIVEN)
+        return;
+    const bool midi = Midi_Ready();
+    // Without its MIDI keyboard the input cannot be opened; that is told when something is to be recorded.
+    if (!midi && (!keys || session.input->InputDevice != 0))
+        return;
+    session.practiceRecorder->PracticeMode = true;
+    session.practiceRecorder->StartRecording(0.0, 1.0F, channelId, false, true, false);
+    if (Is_Running())
+        rounds.start();
+}
+
+void Practice_Mode::Stop() {
+    rounds.stop();
+    if (!Is_Running())
+        return;
+    session.practiceRecorder->StopRequested = true;
+    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, false, true);
+}
+
+void Practice_Mode::Round() {
+    // With the computer keys at rest there is nobody to click for.
+    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, keys, true);
+    if (Is_Running())
+        return;
+    rounds.stop();
+    if (keys) {
+        // Escape among the keys has ended it.
+        keys = false;
+        emit keysChanged(false);
+        Start_If_Wanted();
+    }
+}
+
+} // namespace tonvex

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/session.h"
+
+#include <QObject>
+#include <QTimer>
+
+namespace tonvex {
+
+/// Practice mode of the main window: while no run is on, keys sound on the selected channel. A MIDI keyboard
+/// that is the input does so always, the computer keys while Set_Keys is on. Rounds come from a timer of
+/// 1 ms. Interface thread. A run holds it: Hold before, Let_Go after, in pairs.
+class Practice_Mode final : public QObject {
+    Q_OBJECT
+public:
+    explicit Practice_Mode(Session& session, QObject* parent = nullptr);
+    ~Practice_Mode() override;
+
+    /// NOT_GIVEN for none: nothing sounds.
+    void Set_Channel(std::int32_t channelId);
+    void Set_Keys(bool on);
+    bool Keys() const noexcept { return keys; }
+    void Hold();
+    void Let_Go();
+    /// Takes the channel's sound, or the input device, anew, once what changes has come to rest.
+    void Renew();
+    bool Is_Running() const;
+
+signals:
+    void keysChanged(bool on);
+
+private:
+    void Round();
+    void Start_If_Wanted();
+    void Stop();
+    bool Midi_Ready() const;
+
+    Session& session;
+    QTimer rounds;
+    QTimer renewal;
+    std::int32_t channelId = NOT_GIVEN;
+    bool keys = false;
+    int held = 0;
+};
+
+} // namespace tonvex
