@@ -1,0 +1,261 @@
+#include "input/windows/frm_rec_piano_layout.h"
+
+#include "input/fallback_keys.h"
+#include "widgets/chord_chips.h"
+#include "widgets/key_captions.h"
+#include "widgets/level_meter.h"
+#include "widgets/piano_view.h"
+#include "widgets/segment_selector.h"
+#include "widgets/tool_button.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+constexpr int COMPUTER_KEYS = 256;
+constexpr int USUAL_FIRST = 36; ///< five octaves from C2
+constexpr int SHOWN_SEMITONES = 60;
+constexpr int OCTAVES = 6;
+constexpr int NOTE_OFF_VELOCITY = 100;
+
+/// Virtual key code of a key event, for the keys that the fallback knows; 0 for any other.
+int Virtual_Key(const QKeyEvent& event) {
+    const int key = event.key();
+    if (key == Qt::Key_Escape)
+        return 27;
+    if (key >= Qt::Key_F1 && key <= Qt::Key_F12)
+        return 112 + (key - Qt::Key_F1);
+    if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z))
+        return key;
+    return 0;
+}
+
+} // namespace
+
+frmREC_PianoLayout::frmREC_PianoLayout(Session& owner, Theme& look, QWidget* parent)
+    : QWidget(parent), session(owner), theme(look), link(session.observers, *this),
+      notesOctave(new Segment_Selector(theme, tr("Notes Octave"), tr("F1 to F6"), OCTAVES, this)),
+      chordsOctave(new Segment_Selector(theme, tr("QChords Octave"), tr("F7 to F12"), OCTAVES, this)),
+      layoutName(new QLabel(this)), piano(new Piano_View(theme, this)), chips(new Chord_Chips(theme, this)),
+      meters(new Level_Meter(theme, tr("Output level"), 2, this)) {
+    setAccessibleName(tr("Piano layout (Rec)"));
+    setWindowTitle(tr("Piano layout (Rec)"));
+    setFocusPolicy(Qt::ClickFocus);
+    layoutName->setProperty("dim", true);
+    meters->Set_Design_Size(14, 92);
+    Lay_Out();
+    connect(notesOctave, &Segment_Selector::chosenByUser, this, &frmREC_PianoLayout::Select_Notes_Octave);
+    connect(chordsOctave, &Segment_Selector::chosenByUser, this, &frmREC_PianoLayout::Select_QChords_Octave);
+    connect(piano, &Piano_View::notePressed, this, &frmREC_PianoLayout::Mouse_Note_On);
+    connect(piano, &Piano_View::noteReleased, this, &frmREC_PianoLayout::Mouse_Note_Off);
+    UpdateLayout();
+}
+
+frmREC_PianoLayout::~frmREC_PianoLayout() {
+    if (session.gcm->viewer == this)
+        session.gcm->viewer = nullptr;
+}
+
+void frmREC_PianoLayout::Lay_Out() {
+    auto* octaves = new QGridLayout;
+    octaves->addWidget(new QLabel(tr("Notes Octave"), this), 0, 0);
+    octaves->addWidget(notesOctave, 0, 1);
+    octaves->addWidget(new QLabel(tr("QChords Octave"), this), 1, 0);
+    octaves->addWidget(chordsOctave, 1, 1);
+    octaves->addWidget(layoutName, 2, 0, 1, 2);
+    octaves->setHorizontalSpacing(theme.Px(8));
+    octaves->setVerticalSpacing(theme.Px(8));
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(theme.Px(12), theme.Px(8), theme.Px(12), theme.Px(8));
+    row->setSpacing(theme.Px(16));
+    row->addLayout(octaves);
+    row->addWidget(piano, 1);
+    row->addWidget(chips, 0, Qt::AlignVCenter);
+    row->addWidget(meters, 0, Qt::AlignVCenter);
+}
+
+void frmREC_PianoLayout::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.Tokens().panel);
+    if (hasFocus())
+        Paint_Focus_Ring(painter, theme, rect(), theme.Px(5));
+}
+
+void frmREC_PianoLayout::UpdateLayout() {
+    const KeyboardLayout& layout = *session.layout;
+    std::array<QString, 128> letters;
+    std::vector<Chord_Chips::Chip> chords;
+    int lowest = 127;
+    int highest = 0;
+    for (int key = 0; key < COMPUTER_KEYS; ++key) {
+        const KeyMapEntry& entry = layout.KeyMap[static_cast<std::size_t>(key)];
+        const QString letter = Key_Caption(key);
+        if (entry.Enabled == 0 || letter.isEmpty() || entry.Target < 0 ||
+            entry.Target >= KeyboardLayout::KEYS)
+            continue;
+        const auto target = static_cast<std::size_t>(entry.Target);
+        if (entry.Kind == KEY_QCHORD) {
+            chords.push_back({key, letter, QString::fromStdString(layout.KeyQChordTable[target].ChordName)});
+        } else if (entry.Kind == KEY_NOTE) {
+            const int note = layout.Sounding_Note(layout.KeyNoteTable[target].Note);
+            if (note < 0 || note > 127)
+                continue;
+            QString& label = letters[static_cast<std::size_t>(note)];
+            if (label.isEmpty())
+                label = letter;
+            lowest = std::min(lowest, note);
+            highest = std::max(highest, note);
+        }
+    }
+    // Five octaves: the usual ones, moved by octaves as far as the letters need.
+    int first = USUAL_FIRST;
+    if (lowest <= highest) {
+        while (first > 0 && lowest < first)
+            first -= 12;
+        while (first + SHOWN_SEMITONES < highest && first + SHOWN_SEMITONES + 12 <= 127)
+            first += 12;
+    }
+    std::array<QString, 128> names;
+    for (int note = 0; note < 128; note += 12)
+        names[static_cast<std::size_t>(note)] = QString::fromStdString(session.notes.NoteName(note));
+    piano->Set_Range(first, first + SHOWN_SEMITONES);
+    piano->Set_Labels(letters);
+    piano->Set_Octave_Names(names);
+    chips->Set_Chips(std::move(chords));
+    chips->setVisible(!chips->Chips().empty());
+    notesOctave->Show_Choice(layout.NotesOctave);
+    chordsOctave->Show_Choice(layout.QChordsOctave);
+    layoutName->setText(
+        tr("%1 · F1–F6 notes, F7–F12 chords").arg(QString::fromStdString(layout.KeyboardFileName)));
+}
+
+void frmREC_PianoLayout::Select_Notes_Octave(int octave) {
+    session.layout->NotesOctave = std::clamp(octave, 0, OCTAVES - 1);
+    UpdateLayout();
+}
+
+void frmREC_PianoLayout::Select_QChords_Octave(int octave) {
+    session.layout->QChordsOctave = std::clamp(octave, 0, OCTAVES - 1);
+    UpdateLayout();
+}
+
+void frmREC_PianoLayout::ShowNote(int note) {
+    if (note < LOWEST_SHOWN || note > 127)
+        return;
+    if (++presses[static_cast<std::size_t>(note)] == 1)
+        piano->Set_Lit(note, true);
+    emit soundBegan();
+}
+
+void frmREC_PianoLayout::HideNote(int note) {
+    if (note < LOWEST_SHOWN || note > 127)
+        return;
+    if (--presses[static_cast<std::size_t>(note)] == 0)
+        piano->Set_Lit(note, false);
+}
+
+void frmREC_PianoLayout::Clear_Notes() {
+    presses.fill(0);
+    piano->Clear_Lit();
+}
+
+void frmREC_PianoLayout::On_Key_Pressed(int key) {
+    chips->Set_Lit(key, true);
+}
+
+void frmREC_PianoLayout::On_Key_Released(int key) {
+    chips->Set_Lit(key, false);
+}
+
+void frmREC_PianoLayout::On_Run_Started(bool) {
+    Clear_Notes();
+    emit soundBegan();
+}
+
+void frmREC_PianoLayout::On_Run_Ended() {
+    Clear_Notes();
+}
+
+void frmREC_PianoLayout::Set_Channel(std::int32_t newId) {
+    channelId = newId;
+}
+
+void frmREC_PianoLayout::Mouse_Note_On(int note, int velocity) {
+    mouseRow = session.channels->ChannelI(channelId);
+    if (mouseRow < 0)
+        return;
+    session.gcm->GCM_NoteOn(mouseRow, note, velocity, true);
+    emit soundBegan();
+}
+
+void frmREC_PianoLayout::Mouse_Note_Off(int note) {
+    if (mouseRow >= 0)
+        session.gcm->GCM_NoteOff(mouseRow, note, NOTE_OFF_VELOCITY, true);
+    mouseRow = -1;
+}
+
+void frmREC_PianoLayout::Set_Capture(bool on) {
+    capture = on;
+}
+
+bool frmREC_PianoLayout::Feed_Key(const QKeyEvent& event, bool down) {
+    if (!capture)
+        return false;
+    constexpr Qt::KeyboardModifiers COMMANDS = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    if (down && (event.modifiers() & COMMANDS) != 0)
+        return false;
+    if (event.isAutoRepeat() || session.keyboard->DirectInputOK())
+        return true;
+    const int scanCode = Fallback_Scan_Code(Virtual_Key(event));
+    if (scanCode >= 0)
+        session.keyboard->SetKeyState(scanCode, down ? 1 : 0, session.doors.counter.Now_Ns());
+    return true;
+}
+
+void frmREC_PianoLayout::keyPressEvent(QKeyEvent* event) {
+    if (!Feed_Key(*event, true))
+        QWidget::keyPressEvent(event);
+}
+
+void frmREC_PianoLayout::keyReleaseEvent(QKeyEvent* event) {
+    if (!Feed_Key(*event, false))
+        QWidget::keyReleaseEvent(event);
+}
+
+bool frmREC_PianoLayout::event(QEvent* event) {
+    // Without a key state the shortcuts of the window would take the letters that are to sound.
+    if (event->type() == QEvent::ShortcutOverride && capture && !session.keyboard->DirectInputOK()) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if ((key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0 && Virtual_Key(key) != 0) {
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void frmREC_PianoLayout::focusOutEvent(QFocusEvent* event) {
+    // The release of a key that is held now would go elsewhere.
+    if (capture && !session.keyboard->DirectInputOK())
+        for (int key = 0; key < COMPUTER_KEYS; ++key)
+            session.keyboard->SetKeyState(key, 0, session.doors.counter.Now_Ns());
+    QWidget::focusOutEvent(event);
+}
+
+void frmREC_PianoLayout::Show_Levels(float left, float right, int elapsedMs) {
+    meters->Show_Peaks(left, right, elapsedMs);
+}
+
+bool frmREC_PianoLayout::Meters_Are_Still() const {
+    return meters->Is_Still();
+}
+
+} // namespace tonvex
