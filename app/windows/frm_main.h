@@ -1,8 +1,10 @@
 #pragma once
 
 #include "app/session.h"
+#include "engine/windows/observer_link.h"
 #include "widgets/theme.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -48,6 +50,10 @@ public:
     ChannelsList& Channels() { return *channelsList; }
     frmREC_PianoLayout& Piano() { return *piano; }
 
+    /// The computer key of this scan code plays now, so that it is no shortcut: it has a meaning in the
+    /// layout and a recording is on or the keyboard button holds practice mode on.
+    bool Key_Plays(int scanCode) const;
+
     /// The device opens again with the settings in force, after a setup or a loss.
     void Reopen_Output();
 
@@ -56,23 +62,30 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    using Keys = QList<QKeySequence>;
+
     void Make_Panes();
+    QDockWidget* Make_Channels_Pane();
+    QDockWidget* Make_Piano_Pane();
     void Make_Menus();
-    void Make_File_Menu();
-    void Make_Channel_Menus();
+    void Make_Channel_Menu();
+    void Make_Mix_Entries(QMenu* menu);
     void Make_Record_Menu();
     void Make_Options_Menu();
+    void Make_Layout_Menus(QMenu* options);
+    void Make_Appearance_Menu(QMenu* options);
     void Make_Octave_Keys();
     void Restore_Panes();
     void Save_Panes();
 
-    QAction* Add_Action(QMenu* menu, const QString& text, const QList<QKeySequence>& keys,
-                        const std::function<void()>& act);
+    QAction* Add_Action(QMenu* menu, const QString& text, const Keys& keys, const std::function<void()>& act);
+    QAction* Add_Check(QMenu* menu, const QString& text, const Keys& keys,
+                       const std::function<void(bool)>& act);
     /// Runs behind the key handler of the moment: a transport call blocks.
     void Run_From_Key(const std::function<void()>& act);
+    void Lock(bool locked);
     bool Needs_Channel();
     void Add_Channel();
     void Delete_Channel();
@@ -85,13 +98,17 @@ private:
     void Show_About();
     void Choose_Midi_Input(bool on);
     void Check_Devices();
-    void Mark_Modified();
+    void Check_Sound(const Sound_Status& status);
+    void Check_Midi();
+    void Show_Meters(const Sound_Status& status);
+    void Start_Meters();
     void Refresh_Title();
     void Refresh_Actions();
-    void On_Message(int msgId, std::int32_t param);
+    void Channel_Selected(std::int32_t channelId);
 
     Session& session;
     Theme& theme;
+    Observer_Link link;
     frmRecorder* recorder = nullptr;
     ChannelsList* channelsList = nullptr;
     Channel_Properties* properties = nullptr;
@@ -102,20 +119,24 @@ private:
     QDockWidget* channelsDock = nullptr;
     QDockWidget* pianoDock = nullptr;
     QLabel* titleLabel = nullptr;
-    QActionGroup* tuningGroup = nullptr;
+    QMenu* layoutMenu = nullptr;
     QAction* midiInputAction = nullptr;
+    QAction* keysAction = nullptr;
     QAction* metronomeAction = nullptr;
     QAction* waitAction = nullptr;
     QAction* blendAction = nullptr;
     QAction* overwriteAction = nullptr;
-    QAction* matchKeyAction = nullptr;
-    std::vector<QAction*> lockedInRun; ///< Transport_LockUI
-    std::vector<QAction*> needChannel;
+    std::vector<QAction*> tunings;
+    std::vector<QAction*> lockedInRun;
+    QPointer<QWidget> focusBeforeRun;
     QTimer deviceTimer;
+    QTimer refreshTimer;
+    QTimer meterTimer;
+    QElapsedTimer meterClock;
     int subscription = 0;
-    bool runs = false;
     bool lossShown = false;
     bool quietTold = false;
+    bool midiGoneShown = false;
     bool closePending = false;
 };
 

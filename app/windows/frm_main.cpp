@@ -1,0 +1,498 @@
+#include "app/windows/frm_main.h"
+
+#include "engine/windows/frm_recorder.h"
+#include "input/windows/frm_rec_piano_layout.h"
+#include "widgets/banner.h"
+#include "widgets/channel_properties.h"
+#include "widgets/channels_list.h"
+#include "widgets/song_overview.h"
+#include "widgets/tool_button.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QHBoxLayout>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+constexpr const char* SECTION = "Window";
+constexpr int PANES_VERSION = 1;
+constexpr int DEVICE_CHECK_MS = 500;
+constexpr int METER_MS = 33;
+constexpr float AUDIBLE = 0.001F;
+/// The keys raise a volume to here; a slider that stands higher is not pulled down by them.
+constexpr int VOLUME_KEYS_MOST = 100;
+constexpr int FIRST_WIDTH = 1440;
+constexpr int FIRST_HEIGHT = 900;
+
+QByteArray Stored(const Settings_Store& store, const char* key) {
+    return QByteArray::fromBase64(QByteArray::fromStdString(store.Get(SECTION, key, {})));
+}
+
+/// The handle by which a pane without a title is moved: a column of dots at its left.
+class Pane_Grip final : public QWidget {
+public:
+    explicit Pane_Grip(const Theme& look, QWidget* parent) : QWidget(parent), theme(look) {
+        setToolTip(QDockWidget::tr("Drag to move this pane; double click to float it"));
+        setCursor(Qt::SizeAllCursor);
+        connect(&theme, &Theme::Changed, this, [this] { update(); });
+    }
+    QSize sizeHint() const override { return {theme.Px(12), theme.Px(12)}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), theme.Tokens().panel);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(theme.Tokens().line);
+        for (int dot = -2; dot <= 2; ++dot)
+            painter.drawEllipse(QPointF(width() / 2.0, height() / 2.0 + dot * theme.Px(6)), theme.Px(1.5),
+                                theme.Px(1.5));
+    }
+
+private:
+    const Theme& theme;
+};
+
+} // namespace
+
+frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), link(session.observers, *this) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/tonvex.svg")));
+    setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowNestedDocks);
+    Make_Panes();
+    Make_Menus();
+
+    // Many messages, one refresh.
+    refreshTimer.setSingleShot(true);
+    connect(&refreshTimer, &QTimer::timeout, this, [this] {
+        Refresh_Title();
+        Refresh_Actions();
+    });
+    subscription =
+        session.events.Subscribe([this](int, std::int32_t, const std::string&) { refreshTimer.start(0); });
+    connect(channelsList, &ChannelsList::selectionChanged, this, &frmMain::Channel_Selected);
+    connect(recorder, &frmRecorder::uiLocked, this, &frmMain::Lock);
+    connect(recorder, &frmRecorder::optionsChanged, this, &frmMain::Refresh_Actions);
+    connect(recorder, &frmRecorder::channelMissing, this, [this] { (void)Needs_Channel(); });
+    connect(&recorder->Practice(), &Practice_Mode::keysChanged, this, [this](bool on) {
+        keysAction->setChecked(on);
+        piano->Set_Capture(on);
+        if (on)
+            piano->setFocus();
+    });
+    connect(overview, &Song_Overview::goTo, recorder, &frmRecorder::Go_To);
+    connect(piano, &frmREC_PianoLayout::soundBegan, this, &frmMain::Start_Meters);
+
+    session.gcm->viewer = piano;
+    Channel_Selected(channelsList->Selected());
+    Restore_Panes();
+    Refresh_Title();
+    Refresh_Actions();
+
+    meterTimer.setInterval(METER_MS);
+    connect(&meterTimer, &QTimer::timeout, this, [this] { Show_Meters(session.doors.sound.Status()); });
+    deviceTimer.setInterval(DEVICE_CHECK_MS);
+    connect(&deviceTimer, &QTimer::timeout, this, &frmMain::Check_Devices);
+    deviceTimer.start();
+}
+
+frmMain::~frmMain() {
+    session.events.Unsubscribe(subscription);
+}
+
+// ---- panes ----
+
+void frmMain::Make_Panes() {
+    auto* bar = new QToolBar(tr("Transport"), this);
+    bar->setObjectName(QStringLiteral("transport"));
+    bar->setMovable(false);
+    recorder = new frmRecorder(session, theme, bar);
+    recorder->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(recorder);
+    addToolBar(Qt::TopToolBarArea, bar);
+
+    auto* middle = new QWidget(this);
+    auto* column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    banner = new Banner(theme, middle);
+    tabs = new QTabWidget(middle);
+    tabs->setDocumentMode(true);
+    tabs->tabBar()->setExpanding(false);
+    tabs->tabBar()->setAccessibleName(tr("Editors"));
+    overview = new Song_Overview(session, theme, tabs);
+    tabs->addTab(overview, tr("Song"));
+    column->addWidget(banner);
+    column->addWidget(tabs, 1);
+    setCentralWidget(middle);
+
+    channelsDock = Make_Channels_Pane();
+    pianoDock = Make_Piano_Pane();
+    setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
+    addDockWidget(Qt::LeftDockWidgetArea, channelsDock);
+    addDockWidget(Qt::BottomDockWidgetArea, pianoDock);
+}
+
+QDockWidget* frmMain::Make_Channels_Pane() {
+    auto* dock = new QDockWidget(tr("Channels"), this);
+    dock->setObjectName(QStringLiteral("channels"));
+    auto* title = new QWidget(dock);
+    title->setAutoFillBackground(true);
+    auto* row = new QHBoxLayout(title);
+    row->setContentsMargins(theme.Px(12), theme.Px(2), theme.Px(8), theme.Px(2));
+    auto* name = new QLabel(tr("Channels"), title);
+    name->setFont(theme.Font(Text_Size::Body, QFont::DemiBold));
+    connect(&theme, &Theme::Changed, name,
+            [this, name] { name->setFont(theme.Font(Text_Size::Body, QFont::DemiBold)); });
+    auto* add = new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("plus"), tr("Add new channel"),
+                                tr("Ctrl+Ins"), title);
+    connect(add, &QToolButton::clicked, this, &frmMain::Add_Channel);
+    connect(recorder, &frmRecorder::uiLocked, add, &QWidget::setDisabled);
+    row->addWidget(name);
+    row->addStretch(1);
+    row->addWidget(add);
+    dock->setTitleBarWidget(title);
+
+    auto* body = new QWidget(dock);
+    auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    channelsList = new ChannelsList(session, theme, body);
+    properties = new Channel_Properties(session, theme, body);
+    column->addWidget(channelsList, 1);
+    column->addWidget(properties);
+    dock->setWidget(body);
+    return dock;
+}
+
+QDockWidget* frmMain::Make_Piano_Pane() {
+    auto* dock = new QDockWidget(tr("Piano"), this);
+    dock->setObjectName(QStringLiteral("piano"));
+    dock->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable |
+                      QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetVerticalTitleBar);
+    dock->setTitleBarWidget(new Pane_Grip(theme, dock));
+    piano = new frmREC_PianoLayout(session, theme, dock);
+    piano->setMaximumHeight(theme.Px(124));
+    connect(&theme, &Theme::Changed, piano, [this] { piano->setMaximumHeight(theme.Px(124)); });
+    dock->setWidget(piano);
+    return dock;
+}
+
+void frmMain::Restore_Panes() {
+    const QRect room = screen()->availableGeometry();
+    resize(std::min(theme.Px(FIRST_WIDTH), room.width()), std::min(theme.Px(FIRST_HEIGHT), room.height()));
+    resizeDocks({channelsDock}, {theme.Px(330)}, Qt::Horizontal);
+    resizeDocks({pianoDock}, {theme.Px(124)}, Qt::Vertical);
+    restoreGeometry(Stored(session.doors.store, "Geometry"));
+    restoreState(Stored(session.doors.store, "Panes"), PANES_VERSION);
+}
+
+void frmMain::Save_Panes() {
+    session.doors.store.Set(SECTION, "Geometry", saveGeometry().toBase64().toStdString());
+    session.doors.store.Set(SECTION, "Panes", saveState(PANES_VERSION).toBase64().toStdString());
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (session.transport.Song_Runs() || session.recorder->IsRunning()) {
+        closePending = true;
+        recorder->Button_Stop();
+        event->ignore();
+        return;
+    }
+    recorder->Practice().Hold();
+    deviceTimer.stop();
+    meterTimer.stop();
+    Save_Panes();
+    event->accept();
+}
+
+// ---- runs ----
+
+bool frmMain::Key_Plays(int scanCode) const {
+    if (scanCode < 0 || scanCode > 255 ||
+        session.layout->KeyMap[static_cast<std::size_t>(scanCode)].Enabled == 0)
+        return false;
+    const Practice_Mode& practice = recorder->Practice();
+    return session.recorder->IsRunning() || (practice.Keys() && practice.Is_Running());
+}
+
+void frmMain::Run_From_Key(const std::function<void()>& act) {
+    QTimer::singleShot(0, this, act);
+}
+
+void frmMain::Lock(bool locked) {
+    for (QAction* action : lockedInRun)
+        action->setEnabled(!locked);
+    if (!locked) {
+        Refresh_Actions();
+        Refresh_Title();
+    }
+}
+
+void frmMain::On_Run_Started(bool recording) {
+    Start_Meters();
+    focusBeforeRun = QApplication::focusWidget();
+    if (recording) {
+        piano->Set_Capture(true);
+        piano->setFocus();
+    }
+}
+
+void frmMain::On_Run_Ended() {
+    piano->Set_Capture(recorder->Practice().Keys());
+    if (focusBeforeRun != nullptr && piano->hasFocus())
+        focusBeforeRun->setFocus();
+    // The transport takes the viewed channel away at the end of a recording.
+    session.gcm->ViewChannelRow = session.channels->ChannelI(channelsList->Selected());
+    if (closePending) {
+        closePending = false;
+        QTimer::singleShot(0, this, &QWidget::close);
+    }
+}
+
+void frmMain::Channel_Selected(std::int32_t channelId) {
+    if (!session.transport.Recording)
+        session.gcm->ViewChannelRow = session.channels->ChannelI(channelId);
+    recorder->Set_Channel(channelId);
+    piano->Set_Channel(channelId);
+    properties->Show_Channel(channelId);
+    overview->Select(channelId);
+}
+
+std::int32_t frmMain::Selected_Channel() const {
+    return channelsList->Selected();
+}
+
+void frmMain::Select_Channel(std::int32_t channelId) {
+    channelsList->Select(channelId);
+}
+
+// ---- notices and devices ----
+
+void frmMain::Show_Banner(const QString& text, const QString& actionText, std::function<void()> action) {
+    banner->Show_Notice(text, actionText, std::move(action));
+}
+
+void frmMain::Hide_Banner() {
+    banner->hide();
+}
+
+void frmMain::Reopen_Output() {
+    recorder->Practice().Hold();
+    lossShown = false;
+    quietTold = false;
+    if (session.Open_Output()) {
+        session.fonts->Load_CurList_Fonts();
+        session.gcm->GCM_SendAllPatches();
+    }
+    recorder->Refresh_Options();
+    recorder->Practice().Let_Go();
+    Check_Devices();
+}
+
+void frmMain::Start_Meters() {
+    if (meterTimer.isActive())
+        return;
+    meterClock.start();
+    meterTimer.start();
+}
+
+void frmMain::Show_Meters(const Sound_Status& status) {
+    const int elapsed = meterClock.isValid() ? static_cast<int>(meterClock.restart()) : METER_MS;
+    piano->Show_Levels(status.peakLeft, status.peakRight, elapsed);
+    channelsList->Show_Levels(elapsed);
+    const bool idle =
+        !session.transport.Song_Runs() && status.peakLeft < AUDIBLE && status.peakRight < AUDIBLE;
+    if (idle && piano->Meters_Are_Still() && channelsList->Meters_Are_Still())
+        meterTimer.stop();
+}
+
+void frmMain::Check_Devices() {
+    const Sound_Status status = session.doors.sound.Status();
+    // The peaks of this moment are taken by asking, so they are shown here too.
+    if (meterTimer.isActive())
+        Show_Meters(status);
+    else if (status.peakLeft >= AUDIBLE || status.peakRight >= AUDIBLE)
+        Start_Meters();
+    recorder->Show_Cpu(session.output->UsingSynth() ? status.cpuPercent : 0.0);
+    if (session.output->UsingSynth())
+        Check_Sound(status);
+    Check_Midi();
+}
+
+void frmMain::Check_Sound(const Sound_Status& status) {
+    if (status.deviceLost) {
+        if (!lossShown)
+            Show_Banner(tr("The sound device has gone. The program runs on in silence."), tr("Reopen"),
+                        [this] { Reopen_Output(); });
+        lossShown = true;
+        return;
+    }
+    if (lossShown)
+        Hide_Banner();
+    lossShown = false;
+    if (status.quiet && !quietTold) {
+        quietTold = true;
+        Show_Banner(tr("No sound device was found, so nothing can be heard. Recording and playing work all "
+                       "the same."),
+                    tr("Try again"), [this] { Reopen_Output(); });
+    }
+}
+
+void frmMain::Check_Midi() {
+    if (session.doors.midi.Ports_Changed())
+        recorder->Practice().Renew();
+    const bool gone = session.midiIn->Is_Open() && !session.doors.midi.Input_Alive();
+    if (gone && !midiGoneShown)
+        Show_Banner(tr("The MIDI keyboard has gone. Plug it in again, or choose another one in the output "
+                       "device setup."));
+    else if (!gone && midiGoneShown)
+        Hide_Banner();
+    midiGoneShown = gone;
+}
+
+// ---- commands ----
+
+bool frmMain::Needs_Channel() {
+    if (session.channels->ChannelI(channelsList->Selected()) >= 0)
+        return true;
+    session.doors.dialogs.Show_Message(Box_Kind::Information, "You need to select a channel");
+    return false;
+}
+
+void frmMain::Add_Channel() {
+    const int number = session.channels->Count_Channels() + 1;
+    session.hub->Message(this, MSG_ADD_CHANNEL, tr("Channel %1").arg(number).toStdString(), false);
+}
+
+void frmMain::Delete_Channel() {
+    if (Needs_Channel() && session.doors.dialogs.Ask_YesNo("Delete this channel ?", "Delete channel"))
+        session.hub->Message(this, MSG_DELETE_CHANNEL, channelsList->Selected());
+}
+
+void frmMain::Rename_Channel() {
+    if (!Needs_Channel())
+        return;
+    const std::int32_t channelId = channelsList->Selected();
+    const int row = session.channels->ChannelI(channelId);
+    const QString name =
+        QString::fromStdString(session.channels->Channels[static_cast<std::size_t>(row)].ChannelName);
+    auto* question = new QInputDialog(this);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setWindowTitle(tr("Rename channel"));
+    question->setLabelText(tr("Please type the new name for: ") + name);
+    question->setTextValue(name);
+    connect(question, &QInputDialog::textValueSelected, this, [this, channelId](const QString& typed) {
+        if (!typed.trimmed().isEmpty())
+            session.hub->Message(this, MSG_SET_NAME, channelId, typed.trimmed().toStdString());
+    });
+    question->open();
+}
+
+void frmMain::Clear_Channel_Events() {
+    if (!Needs_Channel() ||
+        !session.doors.dialogs.Ask_YesNo("Clear this channel events ?", "Clear channel events"))
+        return;
+    const std::int32_t channelId = channelsList->Selected();
+    const int row = session.channels->ChannelI(channelId);
+    if (row < 0)
+        return;
+    const ChannelClass& store = session.channels->Store(row);
+    std::vector<std::int32_t> eventIds;
+    for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
+        eventIds.push_back(store.GetEvent_ID(i));
+    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End);
+    for (const std::int32_t eventId : eventIds)
+        session.hub->Message(this, MSG_DELETE_EVENT, channelId, eventId);
+}
+
+void frmMain::Clear_All_Status() {
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (!session.channels->Is_Live_Row(row))
+            continue;
+        const std::int32_t channelId = session.channels->Channels[static_cast<std::size_t>(row)].ChannelID;
+        session.hub->Message(this, MSG_CLEAR_MUTE, channelId, false);
+        session.hub->Message(this, MSG_CLEAR_SOLO, channelId, false);
+    }
+}
+
+void frmMain::Change_Volume(int delta) {
+    const int row = session.channels->ChannelI(channelsList->Selected());
+    if (row < 0)
+        return;
+    const int before = session.channels->Channels[static_cast<std::size_t>(row)].Volume;
+    const int after = std::clamp(before + delta, 0, std::max(before, VOLUME_KEYS_MOST));
+    if (after != before)
+        session.hub->Message(this, MSG_SET_VOLUME, channelsList->Selected(), std::int32_t{after});
+}
+
+void frmMain::Change_Pan(int delta) {
+    const int row = session.channels->ChannelI(channelsList->Selected());
+    if (row < 0)
+        return;
+    const int before = session.channels->Channels[static_cast<std::size_t>(row)].Pan;
+    session.hub->Message(this, MSG_SET_PAN, channelsList->Selected(),
+                         std::int32_t{std::clamp(before + delta, 0, 127)});
+}
+
+void frmMain::Set_Tuning(int tuning) {
+    if (tuning == session.layout->KeyboardTuning)
+        return;
+    recorder->Practice().Hold();
+    session.layout->KeyboardTuning = tuning;
+    session.layout->KeyboardTuning_Changed();
+    session.project.Modified = true;
+    recorder->Practice().Let_Go();
+    piano->UpdateLayout();
+    Refresh_Title();
+}
+
+void frmMain::Choose_Midi_Input(bool on) {
+    recorder->Practice().Hold();
+    const bool opened = session.Select_Input(on ? 1 : 0);
+    if (on && !opened) {
+        (void)session.Select_Input(0);
+        Show_Banner(tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device "
+                       "setup."));
+    }
+    recorder->Practice().Let_Go();
+    Refresh_Actions();
+}
+
+void frmMain::Show_About() {
+    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tonvex"),
+                                tr("Tonvex\nVersion: %1\n\nThe computer keyboard or a MIDI keyboard as an "
+                                   "instrument of many channels: play, record, arrange.")
+                                    .arg(QStringLiteral(TONVEX_VERSION)),
+                                QMessageBox::Ok, this);
+    box->setIconPixmap(windowIcon().pixmap(theme.Px(64)));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void frmMain::Refresh_Title() {
+    const QString title = QString::fromStdString(session.project.ProjectTitle);
+    setWindowTitle(tr("%1[*] - Tonvex").arg(title));
+    setWindowModified(session.project.Modified);
+    titleLabel->setText(session.project.Modified ? tr("%1 • — Tonvex").arg(title)
+                                                 : tr("%1 — Tonvex").arg(title));
+}
+
+} // namespace tonvex
