@@ -127,6 +127,8 @@ void Channel_Row::Set_Selected(bool selected) {
     setFocusPolicy(policy);
     for (QWidget* control : std::initializer_list<QWidget*>{patch, mute, solo, armed, volume, pan})
         control->setFocusPolicy(policy);
+    for (Tool_Button* button : {mute, solo, armed})
+        button->Set_On_Control(selected);
     setAccessibleDescription(selected ? tr("selected, armed for recording") : QString());
     update();
 }

@@ -50,6 +50,11 @@ void Tool_Button::Set_Letter(const QString& newLetter) {
     update();
 }
 
+void Tool_Button::Set_On_Control(bool on) {
+    onControl = on;
+    update();
+}
+
 void Tool_Button::Set_Dot(bool isArmed) {
     if (dot && armed == isArmed)
         return;
@@ -114,7 +119,7 @@ void Tool_Button::paintEvent(QPaintEvent*) {
         return;
     }
     QColor ground = kind == Button_Kind::Flat ? QColor(Qt::transparent) : t.control;
-    if (hot || (kind == Button_Kind::Letter && dot && armed))
+    if (hot || onControl)
         ground = t.hover;
     if (filledState)
         ground = t.soloMute;
@@ -155,7 +160,7 @@ void Tool_Button::Paint_Face(QPainter& painter, const QRectF& box) {
         return;
     }
     if (!letter.isEmpty()) {
-        painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
+        painter.setFont(theme.Font(Text_Size::Caption, QFont::Medium));
         painter.setPen(isChecked() ? t.onState : isEnabled() ? t.text : t.dim);
         painter.drawText(box, Qt::AlignCenter, letter);
         return;

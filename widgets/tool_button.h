@@ -33,6 +33,8 @@ public:
     /// Pill: wide enough for this value, so that its neighbours do not move.
     void Reserve_For(const QString& widestValue);
     void Set_Letter(const QString& letter);
+    /// On ground in the colour of controls (the selected row) the button takes the next lighter one.
+    void Set_On_Control(bool on);
     /// A filled dot while armed, an empty one else (the record mark of a row).
     void Set_Dot(bool armed);
 
@@ -56,6 +58,7 @@ private:
     QString widest;
     QString letter;
     Icon_Tint tint = Icon_Tint::Text;
+    bool onControl = false;
     bool dot = false;
     bool armed = false;
 };

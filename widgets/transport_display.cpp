@@ -8,6 +8,12 @@
 
 namespace tonvex {
 
+namespace {
+
+constexpr int BASE_LINE = 30; ///< of the digits, from the top
+
+} // namespace
+
 Transport_Display::Transport_Display(const Theme& look, QWidget* parent)
     : QFrame(parent), theme(look), tempoBox(new QSpinBox(this)) {
     setAccessibleName(tr("Position"));
@@ -60,7 +66,12 @@ QRect Transport_Display::Tempo_Place() const {
 
 void Transport_Display::resizeEvent(QResizeEvent*) {
     const QRect place = Tempo_Place();
-    tempoBox->setGeometry(place.left() - theme.Px(2), theme.Px(9), place.width() + theme.Px(4), theme.Px(24));
+    // On one line with the time: a spin box centres its text.
+    const QFontMetrics digits(theme.Digits(Text_Size::Title));
+    const int boxHeight = theme.Px(26);
+    const int middle = theme.Px(BASE_LINE) - (digits.ascent() - digits.descent()) / 2;
+    tempoBox->setGeometry(place.left() - theme.Px(2), middle - boxHeight / 2, place.width() + theme.Px(4),
+                          boxHeight);
 }
 
 void Transport_Display::Show_Position(double beats, std::int64_t songMs) {
@@ -95,7 +106,7 @@ void Transport_Display::paintEvent(QPaintEvent*) {
     painter.setBrush(t.window);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), theme.Px(10), theme.Px(10));
 
-    const int base = theme.Px(30);
+    const int base = theme.Px(BASE_LINE);
     painter.setPen(t.text);
     painter.setFont(theme.Digits(Text_Size::Display, QFont::Bold));
     painter.drawText(QPoint(Bar_Place().left(), base), barText);

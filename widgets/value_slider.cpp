@@ -123,8 +123,8 @@ void Value_Slider::Paint_Dial(QPainter& painter) {
     painter.drawArc(box, 225 * 16, -270 * 16);
     const double span = std::max(1, maximum() - minimum());
     const auto angle = [&](int place) { return 225.0 - 270.0 * (place - minimum()) / span; };
-    // A dial whose neutral value lies within its range fills from there: pan from the middle.
-    const bool fromNeutral = neutral > minimum() + span / 3 && neutral < maximum() - span / 3;
+    // A dial whose neutral value is the middle fills from there: pan.
+    const bool fromNeutral = std::abs(2 * neutral - minimum() - maximum()) <= 1;
     const double from = fromNeutral ? angle(neutral) : 225.0;
     const double to = angle(value());
     if (std::abs(from - to) > 0.5) {

@@ -142,6 +142,8 @@ void frmMain::Make_Panes() {
     column->addWidget(banner);
     column->addWidget(tabs, 1);
     setCentralWidget(middle);
+    // Nothing is in hand at the start; Tab begins at the transport.
+    middle->setFocus();
 
     channelsDock = Make_Channels_Pane();
     pianoDock = Make_Piano_Pane();

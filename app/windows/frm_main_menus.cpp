@@ -54,7 +54,12 @@ QAction* frmMain::Add_Check(QMenu* menu, const QString& text, const Keys& keys,
 void frmMain::Make_Menus() {
     titleLabel = new QLabel(menuBar());
     titleLabel->setProperty("dim", true);
-    const auto place = [this] { titleLabel->setContentsMargins(0, 0, theme.Px(16), 0); };
+    titleLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // The menu bar gives its corner the size that it had first.
+    const auto place = [this] {
+        titleLabel->setContentsMargins(0, 0, theme.Px(16), 0);
+        titleLabel->setMinimumSize(theme.Px(400), theme.Px(28));
+    };
     connect(&theme, &Theme::Changed, titleLabel, place);
     place();
     menuBar()->setCornerWidget(titleLabel, Qt::TopRightCorner);

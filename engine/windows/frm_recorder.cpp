@@ -23,6 +23,23 @@ constexpr int MOST_SPEED = 100;
 constexpr int SPEED_STEP = 10;
 constexpr int MOST_MASTER = 127;
 
+/// A line between two groups of the bar.
+class Group_Rule final : public QWidget {
+public:
+    Group_Rule(const Theme& look, QWidget* parent) : QWidget(parent), theme(look) {
+        connect(&theme, &Theme::Changed, this, [this] { updateGeometry(); });
+    }
+    QSize sizeHint() const override { return {theme.Px(9), theme.Px(28)}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(QRect(width() / 2, 0, 1, height()), theme.Tokens().line);
+    }
+
+private:
+    const Theme& theme;
+};
+
 } // namespace
 
 frmRecorder::frmRecorder(Session& owner, Theme& look, QWidget* parent)
@@ -141,20 +158,22 @@ void frmRecorder::Lay_Out() {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(theme.Px(12), theme.Px(4), theme.Px(16), theme.Px(4));
     row->setSpacing(theme.Px(8));
-    const auto gap = [&](double width) { row->addSpacing(theme.Px(width)); };
+    const auto rule = [&] {
+        auto* line = new Group_Rule(theme, this);
+        row->addWidget(line, 0, Qt::AlignVCenter);
+    };
     for (Tool_Button* button : {toStart, back, record, play, stop, forward, toEnd})
         row->addWidget(button);
-    gap(8);
+    row->addSpacing(theme.Px(8));
     row->addWidget(display);
-    gap(8);
+    rule();
     row->addWidget(speed);
     row->addWidget(blend);
     row->addWidget(overwrite);
-    gap(8);
+    rule();
     row->addWidget(metronome);
     row->addWidget(wait);
     row->addWidget(keyboard);
-    gap(4);
     row->addWidget(waiting);
     row->addStretch(1);
     auto* caption = new QLabel(tr("Master"), this);
