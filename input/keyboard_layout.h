@@ -1,6 +1,6 @@
 #pragma once
 
-#include "input/layout_file.h"
+#include "input/keyboard_layout_file.h"
 #include "platform/user_dialogs.h"
 #include "song/event_data.h"
 #include "song/notes_stuff.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "input/layout_file.h"
+#include "input/keyboard_layout_file.h"
 
 #include <string>
 #include <vector>

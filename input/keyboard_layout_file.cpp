@@ -1,4 +1,4 @@
-#include "input/layout_file.h"
+#include "input/keyboard_layout_file.h"
 
 #include "base/byte_cursor.h"
 #include "base/text_codec.h"
