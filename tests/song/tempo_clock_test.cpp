@@ -49,12 +49,13 @@ TEST(TempoChanges, StandInTimeOrderOneAPosition) {
     for (const double nowhere : {-1.0, 99000000.0, std::nan("")})
         changes.AddTempoChange(nowhere, 60);
     EXPECT_EQ(Positions(changes), (std::vector<double>{2.0, 4.0, 8.0}));
-    double beat = 0.0;
-    std::int16_t tempo = 0;
-    ASSERT_TRUE(changes.GetTempoChange_byID(FIRST_ID + 2, beat, tempo));
-    EXPECT_EQ(tempo, 1);
-    ASSERT_TRUE(changes.GetTempoChange_byID(FIRST_ID, beat, tempo));
-    EXPECT_EQ(tempo, 100);
+    const auto tempoOf = [&changes](std::int32_t id) {
+        double beat = 0.0;
+        std::int16_t tempo = 0;
+        return changes.GetTempoChange_byID(id, beat, tempo) ? tempo : -1;
+    };
+    EXPECT_EQ(tempoOf(FIRST_ID + 2), 1);
+    EXPECT_EQ(tempoOf(FIRST_ID), 100);
     EXPECT_EQ(changes.ValidTempoBeatN(8.0), 0);
     EXPECT_EQ(changes.ValidTempoBeatN(7.0), -1);
 
@@ -63,10 +64,9 @@ TEST(TempoChanges, StandInTimeOrderOneAPosition) {
     changes.SetTempoChange(12345, 1.0, 1);
     changes.DeleteTempoChange(12345);
     EXPECT_EQ(Positions(changes), (std::vector<double>{4.0, 8.0, 9.0}));
-    ASSERT_TRUE(changes.GetTempoChange_byID(FIRST_ID, beat, tempo));
-    EXPECT_EQ(tempo, 70);
-    ASSERT_TRUE(changes.GetTempoChange_byID(FIRST_ID + 1, beat, tempo));
-    EXPECT_EQ(tempo, 90);
+    EXPECT_EQ(tempoOf(FIRST_ID), 70);
+    EXPECT_EQ(tempoOf(FIRST_ID + 1), 90);
+    EXPECT_EQ(tempoOf(FIRST_ID + 3), -1);
 
     changes.DeleteTempoChange(FIRST_ID);
     EXPECT_EQ(changes.ValidTempoBeatN(8.0), -1);
@@ -77,7 +77,7 @@ TEST(TempoChanges, StandInTimeOrderOneAPosition) {
     changes.Clear();
     EXPECT_TRUE(Positions(changes).empty());
     changes.AddTempoChange(0.0, 61);
-    EXPECT_TRUE(changes.GetTempoChange_byID(FIRST_ID, beat, tempo));
+    EXPECT_EQ(tempoOf(FIRST_ID), 61);
 }
 
 TEST(Clock, ReadsPositions) {
