@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-struct _jack_client;
+struct _jack_client; // NOLINT(bugprone-reserved-identifier): the name that the JACK library gives it
 
 namespace tonvex {
 

@@ -23,7 +23,7 @@ std::int32_t Id_From_Name(const std::string& name) {
 } // namespace
 
 std::string Midi_Port_Table::Shown_Name(const std::string& systemName) {
-    const std::string name = Trim(systemName);
+    std::string name = Trim(systemName);
     const std::size_t blank = name.rfind(' ');
     if (blank == std::string::npos)
         return name;

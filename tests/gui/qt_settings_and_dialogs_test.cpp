@@ -1,0 +1,116 @@
+#include "platform/qt/qt_settings_store.h"
+#include "platform/qt/qt_user_dialogs.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace tonvex;
+
+namespace {
+
+class Settings_And_Dialogs_Test : public QObject {
+    Q_OBJECT
+
+    /// Looks at the box that comes up, then presses the button.
+    static void Answer(QMessageBox::StandardButton button, QString& text, Qt::TextFormat& format,
+                       QMessageBox::Icon& icon) {
+        auto* timer = new QTimer(qApp);
+        connect(timer, &QTimer::timeout, qApp, [=, &text, &format, &icon] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr)
+                return;
+            text = box->text();
+            format = box->textFormat();
+            icon = box->icon();
+            if (button == QMessageBox::NoButton)
+                box->close();
+            else
+                box->button(button)->click();
+            timer->deleteLater();
+        });
+        timer->start(5);
+    }
+
+private slots:
+    void Values_Come_Back_From_The_File() {
+        const QTemporaryDir folder;
+        const QString file = folder.filePath(QStringLiteral("Tonvex.ini"));
+        const struct {
+            const char* key;
+            const char* value;
+        } rows[] = {{"Global_BASSBufferSize", "100"},
+                    {"Projects_AudioPath", "/home/käte/a, b;c=\"d\"%20\\x"},
+                    {"LRU0", ""},
+                    {"LRU1", "@at [x] "},
+                    {"LRU2", " 日本\nline"}};
+        {
+            Qt_Settings_Store store(file);
+            for (const auto& row : rows)
+                store.Set("Config", row.key, row.value);
+            QVERIFY(store.Flush());
+        }
+        Qt_Settings_Store again(file);
+        for (const auto& row : rows)
+            QCOMPARE(again.Get("Config", row.key, "missing"), std::string(row.value));
+        QCOMPARE(again.Get("Config", "Global_Notation", "0"), std::string("0"));
+        QFile text(file);
+        QVERIFY(text.open(QIODevice::ReadOnly));
+        QVERIFY(text.readAll().contains("[Config]"));
+    }
+    void A_Text_With_Commas_Written_By_Hand_Is_Read() {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("hand.ini")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Config]\nLRU0=/a, b/c.tvx\n");
+        file.close();
+        const Qt_Settings_Store store(file.fileName());
+        QCOMPARE(store.Get("Config", "LRU0", ""), std::string("/a, b/c.tvx"));
+    }
+    void A_Failed_Flush_Says_So_And_Loses_Nothing() {
+        const QTemporaryDir folder;
+        const QString inTheWay = folder.filePath(QStringLiteral("config"));
+        QFile blocker(inTheWay);
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        const QString file = inTheWay + QStringLiteral("/Tonvex.ini"); // its folder is a file
+        {
+            Qt_Settings_Store store(file);
+            store.Set("Config", "InstallationID", "77");
+            QVERIFY(!store.Flush());
+            QVERIFY(!store.Flush());
+            QVERIFY(blocker.remove());
+            QVERIFY(store.Flush());
+        }
+        const Qt_Settings_Store again(file);
+        QCOMPARE(again.Get("Config", "InstallationID", "0"), std::string("77"));
+    }
+    void Boxes_Show_Plain_Text_And_Hand_Back_The_Answer() {
+        Qt_User_Dialogs dialogs;
+        QString text;
+        Qt::TextFormat format = Qt::AutoText;
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        Answer(QMessageBox::Ok, text, format, icon);
+        dialogs.Show_Message(Box_Kind::Critical, "<b>a</b>\nb", "Tonvex");
+        QCOMPARE(text, QStringLiteral("<b>a</b>\nb"));
+        QCOMPARE(format, Qt::PlainText);
+        QCOMPARE(icon, QMessageBox::Critical);
+        const struct {
+            QMessageBox::StandardButton button;
+            bool yes;
+        } rows[] = {{QMessageBox::Yes, true}, {QMessageBox::No, false}, {QMessageBox::NoButton, false}};
+        for (const auto& row : rows) {
+            Answer(row.button, text, format, icon);
+            QCOMPARE(dialogs.Ask_YesNo("Overwrite ?", "Tonvex"), row.yes);
+        }
+    }
+};
+
+} // namespace
+
+QTEST_MAIN(Settings_And_Dialogs_Test)
+#include "qt_settings_and_dialogs_test.moc"
