@@ -93,14 +93,14 @@ struct RtAudio_Driver::Opened {
     std::string failure;
     bool ok = false;
 
-    explicit Opened(Device_Api api) : audio(Library_Api(api)) { audio.showWarnings(false); }
-    void Open_Default(Device_Api api, double updateMs);
+    explicit Opened(Device_Api wantedApi) : audio(Library_Api(wantedApi)) { audio.showWarnings(false); }
+    void Open_Default(Device_Api wantedApi, double updateMs);
     void Start() noexcept;
     void Close() noexcept;
 };
 
-void RtAudio_Driver::Opened::Open_Default(Device_Api api, double updateMs) {
-    if (audio.getCurrentApi() != Library_Api(api) || audio.getDeviceCount() == 0) {
+void RtAudio_Driver::Opened::Open_Default(Device_Api wantedApi, double updateMs) {
+    if (audio.getCurrentApi() != Library_Api(wantedApi) || audio.getDeviceCount() == 0) {
         failure = "no device";
         return;
     }
@@ -120,7 +120,7 @@ void RtAudio_Driver::Opened::Open_Default(Device_Api api, double updateMs) {
         failure = "the device could not be opened";
         return;
     }
-    stream.driver = Api_Name(api);
+    stream.driver = Api_Name(wantedApi);
     stream.deviceName = info.name;
     stream.sampleRate = static_cast<int>(audio.getStreamSampleRate());
     stream.blockFrames = static_cast<int>(frames);

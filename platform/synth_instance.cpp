@@ -40,8 +40,8 @@ std::size_t Preset_Index(int bank, int program) noexcept {
 
 } // namespace
 
-void Synth_Instance::Settings_Deleter::operator()(void* settings) const noexcept {
-    delete_fluid_settings(static_cast<fluid_settings_t*>(settings));
+void Synth_Instance::Settings_Deleter::operator()(void* owned) const noexcept {
+    delete_fluid_settings(static_cast<fluid_settings_t*>(owned));
 }
 
 std::unique_ptr<Synth_Instance> Synth_Instance::Make(int sampleRate, const std::vector<Font_Source>& fonts,
