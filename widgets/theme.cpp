@@ -107,7 +107,7 @@ QComboBox QAbstractItemView { background: {panel}; color: {text}; border: 1px so
 QAbstractItemView { background: {panel}; color: {text}; border: 1px solid {line}; border-radius: [5]px;
   outline: 0; selection-background-color: {accent}; selection-color: {onAccent}; }
 QAbstractItemView:focus { border: 2px solid {accent}; }
-QAbstractItemView::item { padding: [4]px [6]px; }
+QAbstractItemView::item { padding: [4]px [6]px; border: 0; background: transparent; }
 QAbstractItemView::item:hover { background: {hover}; color: {text}; }
 QAbstractItemView::item:selected { background: {accent}; color: {onAccent}; }
 QHeaderView::section { background: {control}; color: {dim}; border: 0; border-right: 1px solid {line};
@@ -133,6 +133,19 @@ QStatusBar { background: {window}; color: {dim}; }
 QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }
 QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
+QCheckBox { spacing: [8]px; padding: [2]px; }
+QCheckBox::indicator { width: [16]px; height: [16]px; border: 1px solid {dim}; border-radius: [4]px;
+  background: {control}; }
+QCheckBox::indicator:checked { image: url({check}); }
+QCheckBox::indicator:hover { background: {hover}; }
+QCheckBox::indicator:disabled { border-color: {line}; background: {panel}; }
+QSlider:horizontal { min-height: [24]px; }
+QSlider::groove:horizontal { height: [4]px; background: {hover}; border-radius: [2]px; }
+QSlider::sub-page:horizontal { background: {accent}; border-radius: [2]px; }
+QSlider::handle:horizontal { width: [16]px; height: [16]px; margin: -[6]px 0; border-radius: [8]px;
+  background: {text}; }
+QSlider::handle:horizontal:hover, QSlider::handle:horizontal:focus { background: {accent}; }
+QSlider::sub-page:horizontal:disabled, QSlider::handle:horizontal:disabled { background: {dim}; }
 )";
 
 } // namespace
