@@ -133,6 +133,7 @@ QStatusBar { background: {window}; color: {dim}; }
 QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }
 QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QCheckBox { spacing: [8]px; padding: [2]px; }
 QCheckBox::indicator { width: [16]px; height: [16]px; border: 1px solid {dim}; border-radius: [4]px;
   background: {control}; }

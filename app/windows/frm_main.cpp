@@ -1,7 +1,9 @@
 #include "app/windows/frm_main.h"
 
+#include "audio/windows/frm_inst_list.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_rec_piano_layout.h"
+#include "input/windows/frm_setup_midi_device.h"
 #include "widgets/banner.h"
 #include "widgets/channel_properties.h"
 #include "widgets/channels_list.h"
@@ -300,10 +302,7 @@ void frmMain::Reopen_Output() {
     recorder->Practice().Hold();
     lossShown = false;
     quietTold = false;
-    if (session.Open_Output()) {
-        session.fonts->Load_CurList_Fonts();
-        session.gcm->GCM_SendAllPatches();
-    }
+    session.Reopen_Output();
     recorder->Refresh_Options();
     recorder->Practice().Let_Go();
     Check_Devices();
@@ -472,10 +471,27 @@ void frmMain::Choose_Midi_Input(bool on) {
     if (on && !opened) {
         (void)session.Select_Input(0);
         Show_Banner(tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device "
-                       "setup."));
+                       "setup."),
+                    tr("Output Device setup..."), [this] { Set_Up_Devices(); });
     }
     recorder->Practice().Let_Go();
     Refresh_Actions();
+}
+
+void frmMain::Set_Up_Devices() {
+    // The tests of the window need the devices for themselves.
+    recorder->Practice().Hold();
+    frmSetUpMidiDevice(session, theme, this).exec();
+    recorder->Refresh_Options();
+    recorder->Practice().Let_Go();
+    Refresh_Actions();
+    Check_Devices();
+}
+
+void frmMain::Edit_Sound_Fonts() {
+    recorder->Practice().Hold();
+    frmInstList(session, theme, this).exec();
+    recorder->Practice().Let_Go();
 }
 
 void frmMain::Show_About() {

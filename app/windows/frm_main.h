@@ -97,6 +97,8 @@ private:
     void Set_Tuning(int tuning);
     void Show_About();
     void Choose_Midi_Input(bool on);
+    void Set_Up_Devices();
+    void Edit_Sound_Fonts();
     void Check_Devices();
     void Check_Sound(const Sound_Status& status);
     void Check_Midi();

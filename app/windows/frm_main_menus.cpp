@@ -194,6 +194,9 @@ void frmMain::Make_Options_Menu() {
     lockedInRun.push_back(atSpeed);
     Add_Action(menu, tr("C&lear all channels status (Solo/Muted)"), {}, [this] { Clear_All_Status(); });
     menu->addSeparator();
+    lockedInRun.push_back(Add_Action(menu, tr("Output &Device setup..."), {}, [this] { Set_Up_Devices(); }));
+    lockedInRun.push_back(Add_Action(menu, tr("Sound&Font list..."), {}, [this] { Edit_Sound_Fonts(); }));
+    menu->addSeparator();
     Make_Appearance_Menu(menu);
 }
 
