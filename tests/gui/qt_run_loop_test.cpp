@@ -5,6 +5,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace tonvex;
 
 namespace {
@@ -79,6 +81,21 @@ private slots:
         QCOMPARE(deepest, 1);
         QCOMPARE(rounds, 3);
         QCOMPARE(strayRounds, 0);
+    }
+    void Letting_Messages_Run_Makes_No_Round() {
+        Qt_Run_Loop loop;
+        int rounds = 0;
+        int roundsMeanwhile = -1;
+        QTimer::singleShot(5, this, [&] {
+            const int before = rounds;
+            QElapsedTimer wait;
+            wait.start();
+            while (wait.elapsed() < 20)
+                loop.Let_Messages_Run();
+            roundsMeanwhile = rounds - before;
+        });
+        loop.Run([&] { return ++rounds < 100000 && roundsMeanwhile < 0; });
+        QCOMPARE(roundsMeanwhile, 0);
     }
     void Quitting_Ends_The_Run_In_Order() {
         Qt_Run_Loop loop;
