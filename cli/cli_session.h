@@ -35,6 +35,11 @@ struct Cli_Options {
 /// A session on simulated time, with scripted keys, that reads nothing of the user's but the files named in
 /// the call and leaves nothing behind. One thread.
 class Cli_Session {
+    // What the session stands on comes first: it outlives the session.
+    Temporary_Folder folder;
+    Memory_Settings_Store store;
+    std::unique_ptr<Sound_Door> silence;
+
 public:
     Cli_Session() = default;
     /// withSound: the synthesizer is there to be pulled; else messages are taken and sound nothing.
@@ -50,10 +55,6 @@ public:
 
 private:
     Cli_Outcome Make_Folders(const Cli_Options& options, AppPaths_Class& paths);
-
-    Temporary_Folder folder;
-    Memory_Settings_Store store;
-    std::unique_ptr<Sound_Door> silence;
 };
 
 /// The data folder that is used when none is named: the installed one beside the executable, else the source

@@ -3,6 +3,7 @@
 #include "audio/dls_list_class.h"
 #include "cli/silent_sound_door.h"
 #include "engine/midiapi.h"
+#include "platform/rtmidi_ports.h"
 
 #include <nlohmann/json.hpp>
 
@@ -15,6 +16,23 @@ using nlohmann::ordered_json;
 std::string Document(const ordered_json& document) {
     return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
+
+ordered_json Device_Rows(const std::vector<Device_Row>& rows) {
+    ordered_json list = ordered_json::array();
+    for (const Device_Row& row : rows)
+        list.push_back({{"Name", row.Name}, {"DeviceID", row.DeviceID}, {"IsSynth", row.IsSynth}});
+    return list;
+}
+
+/// A song that nobody edits.
+class No_Host final : public Channel_Host {
+public:
+    bool Live_Changes_On() const override { return false; }
+    void Event_Fell_Out(std::int32_t, std::int32_t) override {}
+    double Clip_Length_Beats(double, std::int32_t) const override { return 0.0; }
+    void Retype_Chord(QChordData&, std::uint8_t) const override {}
+    void Rename_Chord(QChordData&, int) const override {}
+};
 
 } // namespace
 
@@ -35,6 +53,21 @@ Cli_Outcome List_Font(const std::filesystem::path& file, std::string& text) {
                                    {"PresetBank", preset.PresetBank},
                                    {"IsDrums", Is_On(preset.IsDrums)}});
     text = Document(font);
+    return {};
+}
+
+Cli_Outcome List_Devices(std::string& text) {
+    const Monotonic_Counter counter;
+    No_Host host;
+    const GlobalChannelsManager channels(host);
+    Silent_Sound_Door sound;
+    Recorded_Dialogs dialogs;
+    RtMidi_Ports ports(counter);
+    midiapi output(sound, ports, dialogs, counter, channels);
+    ordered_json devices;
+    devices["outputs"] = Device_Rows(output.Output_Devices());
+    devices["inputs"] = Device_Rows(output.Input_Devices());
+    text = Document(devices);
     return {};
 }
 

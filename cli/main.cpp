@@ -67,6 +67,7 @@ int Run(int argc, char** argv) {
     std::filesystem::path font;
     CLI::App* fonts = app.add_subcommand("fonts", "Prints title and presets of a soundfont as JSON");
     fonts->add_option("FILE.sf2", font, "The soundfont")->required();
+    CLI::App* devices = app.add_subcommand("devices", "Prints the output and input devices found as JSON");
 
     try {
         app.parse(argc, argv);
@@ -82,6 +83,10 @@ int Run(int argc, char** argv) {
     }
     if (fonts->parsed()) {
         const Cli_Outcome outcome = List_Font(font, text);
+        return Print(outcome, text);
+    }
+    if (devices->parsed()) {
+        const Cli_Outcome outcome = List_Devices(text);
         return Print(outcome, text);
     }
     return CLI_WRONG_WORDS;

@@ -1,0 +1,264 @@
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sndfile.h>
+#include <sstream>
+#include <sys/wait.h>
+
+namespace tonvex {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+struct Run_Result {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+/// The tool itself, in a folder of its own.
+class Cli_Test : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (fs::temp_directory_path() / "tonvex-cli-test-XXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+        fs::create_directory(folder / "home");
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    void Write(const std::string& name, const std::string& text) const {
+        std::ofstream(folder / name) << text;
+    }
+    std::string Read(const std::string& name) const {
+        std::ifstream file(folder / name, std::ios::binary);
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+    bool Exists(const std::string& name) const { return fs::exists(folder / name); }
+
+    Run_Result Call(const std::string& words) const {
+        const std::string command = "cd '" + folder.string() +
+                                    "' && env HOME=home XDG_CONFIG_HOME= TMPDIR='" + folder.string() +
+                                    "/home' '" TONVEX_CLI "' " + words + " >out.txt 2>err.txt";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out.txt"), Read("err.txt")};
+    }
+    /// Everything below the folder that was the user's during the calls.
+    std::size_t Left_At_Home() const {
+        return static_cast<std::size_t>(std::distance(fs::recursive_directory_iterator(folder / "home"),
+                                                      fs::recursive_directory_iterator()));
+    }
+
+    fs::path folder;
+};
+
+/// Z of the stock layout for 250 ms, then MIDI note 60. At 80 a beat is 750 ms.
+const char* const SCRIPT = R"({"channel": -2147483648, "end_ms": 1500, "edges": [
+    {"ms": 600, "key": 316, "down": true, "velocity": 90}, {"ms": 1350, "key": 316, "down": false},
+    {"ms": 150, "key": 44, "down": true}, {"ms": 450, "key": 44, "down": false}]})";
+
+TEST_F(Cli_Test, Perform_Writes_Song_Trace_And_Sound) {
+    Write("keys.json", SCRIPT);
+    const Run_Result run = Call("perform - keys.json song.json --trace trace.jsonl --wav take.wav");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, "");
+
+    const json song = json::parse(Read("song.json"));
+    EXPECT_EQ(song["globals"]["ProjectTempo"], 80);
+    ASSERT_EQ(song["channels"].size(), 1U);
+    const json& channel = song["channels"][0];
+    EXPECT_EQ(channel["row"], 0);
+    EXPECT_EQ(channel["ChannelID"], -2147483648LL);
+    EXPECT_EQ(channel["OutputChannel"], 0);
+    EXPECT_EQ(channel["Mute"], false);
+    ASSERT_EQ(channel["events"].size(), 2U);
+    EXPECT_EQ(channel["events"][0], (json{{"EventID", channel["events"][0]["EventID"]},
+                                          {"StartTime", 150.0 / 750.0},
+                                          {"Kind", 0},
+                                          {"Note", 48},
+                                          {"Vol", 127},
+                                          {"Length", 450.0 / 750.0 - 150.0 / 750.0}}));
+    EXPECT_EQ(channel["events"][1]["Note"], 60);
+    EXPECT_EQ(channel["events"][1]["Vol"], 90);
+
+    std::istringstream trace(Read("trace.jsonl"));
+    std::vector<json> notes;
+    for (std::string line; std::getline(trace, line);) {
+        const json message = json::parse(line);
+        if (message["op"] == "NoteOn" || message["op"] == "NoteOff")
+            notes.push_back(message);
+        else {
+            EXPECT_TRUE(message["ms"] == 0 || message["ms"] == 1500) << line; // set-up and end
+        }
+    }
+    ASSERT_EQ(notes.size(), 4U);
+    EXPECT_EQ(notes[0],
+              (json{{"ms", 150}, {"beat", 0.2}, {"op", "NoteOn"}, {"slot", 0}, {"a", 48}, {"b", 102}}));
+    EXPECT_EQ(notes[1],
+              (json{{"ms", 450}, {"beat", 0.6}, {"op", "NoteOff"}, {"slot", 0}, {"a", 48}, {"b", 100}}));
+    EXPECT_EQ(notes[2]["b"], 72); // 90 x 0.8
+    EXPECT_EQ(notes[3]["ms"], 1350);
+
+    SF_INFO info{};
+    SNDFILE* wave = sf_open((folder / "take.wav").c_str(), SFM_READ, &info);
+    ASSERT_NE(wave, nullptr);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.samplerate, 44100);
+    EXPECT_GE(info.frames, 1500 * 441 / 10);
+    std::vector<float> samples(static_cast<std::size_t>(info.frames) * 2);
+    sf_readf_float(wave, samples.data(), info.frames);
+    sf_close(wave);
+    const auto loudest = [&](int fromMs, int toMs) {
+        float peak = 0.0F;
+        for (std::size_t i = static_cast<std::size_t>(fromMs) * 882 / 10;
+             i < static_cast<std::size_t>(toMs) * 882 / 10; ++i)
+            peak = std::max(peak, std::abs(samples[i]));
+        return peak;
+    };
+    EXPECT_EQ(loudest(0, 148), 0.0F);     // nothing before the first key
+    EXPECT_GT(loudest(150, 250), 0.005F); // and then it is there at once
+    EXPECT_EQ(Left_At_Home(), 0U);
+}
+
+TEST_F(Cli_Test, The_Same_Files_On_Every_Run) {
+    const std::string demo = std::string("'") + TONVEX_SOURCE_DATA + "/demo/morning_walk.keys.json'";
+    for (const char* n : {"1", "2"}) {
+        const std::string name = n;
+        ASSERT_EQ(Call("perform - " + demo + " s" + name + ".json --trace t" + name + ".jsonl --wav w" +
+                       name + ".wav")
+                      .status,
+                  0);
+    }
+    EXPECT_EQ(Read("s1.json"), Read("s2.json"));
+    EXPECT_EQ(Read("t1.jsonl"), Read("t2.jsonl"));
+    EXPECT_TRUE(Read("w1.wav") == Read("w2.wav"));
+    EXPECT_GT(json::parse(Read("s1.json"))["channels"][0]["events"].size(), 100U);
+}
+
+TEST_F(Cli_Test, What_A_Script_May_Ask_For) {
+    struct Case {
+        const char* name;
+        const char* script;
+        const char* notes; ///< start, note, length in ms of 80 beats a minute
+    };
+    const Case cases[] = {
+        {"octave", R"({"end_ms": 300, "notes_octave": 5, "edges": [{"ms": 75, "key": 44, "down": true}]})",
+         "75 72 225\n"},
+        {"tuning", R"({"end_ms": 300, "tuning": 2, "edges": [{"ms": 75, "key": 44, "down": true}]})",
+         "75 50 225\n"},
+        {"position", R"({"end_ms": 300, "position": 2, "edges": [{"ms": 75, "key": 44, "down": true}]})",
+         "1575 48 225\n"},
+        {"speed", R"({"end_ms": 300, "speed": 50, "edges": [{"ms": 100, "key": 44, "down": true}]})",
+         "50 48 100\n"},
+        {"wait_for_key",
+         R"({"end_ms": 900, "wait_for_key": true, "edges": [{"ms": 600, "key": 44, "down": true}]})",
+         "0 48 300\n"},
+        {"edges out of order, two at one moment",
+         R"({"end_ms": 900, "edges": [{"ms": 450, "key": 44, "down": false}, {"ms": 150, "key": 44, "down": true},
+             {"ms": 450, "key": 44, "down": true}]})",
+         "150 48 300\n450 48 450\n"},
+    };
+    for (const Case& item : cases) {
+        SCOPED_TRACE(item.name);
+        Write("keys.json", item.script);
+        const Run_Result run = Call("perform - keys.json song.json");
+        ASSERT_EQ(run.status, 0) << run.err;
+        const json song = json::parse(Read("song.json"));
+        std::ostringstream notes;
+        for (const json& event : song["channels"][0]["events"])
+            notes << std::lround(event["StartTime"].get<double>() * 750.0) << ' ' << event["Note"] << ' '
+                  << std::lround(event["Length"].get<double>() * 750.0) << '\n';
+        EXPECT_EQ(notes.str(), item.notes);
+    }
+}
+
+TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
+    Write("keys.json", SCRIPT);
+    Write("broken.json", "{\"edges\": [");
+    Write("range.json", R"({"end_ms": 100, "edges": [{"ms": 1, "key": 384, "down": true}]})");
+    Write("channel.json", R"({"channel": 7, "end_ms": 100, "edges": []})");
+    Write("layout.json", R"({"layout": "keys.json", "end_ms": 100, "edges": []})");
+    Write("no.sf2", "RIFF....sfbk");
+    struct Case {
+        const char* words;
+        int status;
+        const char* line; ///< all of standard error; null: any
+    };
+    const Case cases[] = {
+        {"perform - none.json o.json --trace o.jsonl --wav o.wav", 1,
+         "tonvex-cli: none.json: cannot be read\n"},
+        {"perform - broken.json o.json --wav o.wav", 1, "tonvex-cli: broken.json: is not JSON\n"},
+        {"perform - range.json o.json", 1,
+         "tonvex-cli: range.json: edge 1: \"key\" must be a number from 0 to 383\n"},
+        {"perform - channel.json o.json", 1,
+         "tonvex-cli: channel.json: the song has no channel with the ID 7\n"},
+        {"perform - layout.json o.json", 1, "tonvex-cli: keys.json: Invalid file format (keyboard)\n"},
+        {"perform - keys.json nowhere/o.json --wav o.wav", 1,
+         "tonvex-cli: nowhere/o.json: its folder does not exist\n"},
+        {"--soundfont no.sf2 perform - keys.json o.json", 1, "tonvex-cli: no.sf2: is not a soundfont\n"},
+        {"--data nowhere perform - keys.json o.json", 1, "tonvex-cli: nowhere: is no folder\n"},
+        {"perform song.tvx keys.json o.json", 1, nullptr},
+        {"perform - keys.json o.txt", 2, "tonvex-cli: OUT must end in .json\n"},
+        {"perform - keys.json o.json --trace o.json", 2, nullptr},
+        {"perform - keys.json", 2, nullptr},
+        {"perform - keys.json o.json --engine steam", 2, nullptr},
+        {"dance", 2, nullptr},
+        {"", 2, nullptr},
+        {"fonts no.sf2", 1, "tonvex-cli: no.sf2: is not a soundfont\n"},
+        {"fonts none.sf2", 1, "tonvex-cli: none.sf2: there is no such file\n"},
+    };
+    for (const Case& item : cases) {
+        SCOPED_TRACE(item.words);
+        const Run_Result run = Call(item.words);
+        EXPECT_EQ(run.status, item.status);
+        EXPECT_EQ(run.out, "");
+        if (item.line != nullptr) {
+            EXPECT_EQ(run.err, item.line);
+        }
+        EXPECT_NE(run.err, "");
+        for (const char* name : {"o.json", "o.jsonl", "o.wav", "o.txt"})
+            EXPECT_FALSE(Exists(name)) << name;
+    }
+    EXPECT_EQ(Left_At_Home(), 0U);
+    EXPECT_EQ(Call("perform - keys.json o.json").status, 0); // the good call still works
+    for (const auto& entry : fs::directory_iterator(folder))
+        EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
+}
+
+TEST_F(Cli_Test, Help_Version_Fonts_And_Devices) {
+    EXPECT_EQ(Call("--version").out, "tonvex-cli " TONVEX_VERSION "\n");
+    for (const char* words : {"--help", "perform --help", "fonts --help", "devices --help"}) {
+        const Run_Result run = Call(words);
+        EXPECT_EQ(run.status, 0) << words;
+        EXPECT_NE(run.out.find("Usage"), std::string::npos) << words;
+    }
+    const Run_Result devices = Call("devices");
+    ASSERT_EQ(devices.status, 0) << devices.err;
+    const json last = json::parse(devices.out)["outputs"].back();
+    EXPECT_EQ(last, (json{{"Name", "SoundFont synthesizer"}, {"DeviceID", -1000}, {"IsSynth", 1}}));
+    const Run_Result fonts = Call("fonts /usr/share/sounds/sf2/TimGM6mb.sf2");
+    if (!fs::exists("/usr/share/sounds/sf2/TimGM6mb.sf2"))
+        GTEST_SKIP() << "the stock soundfont is not installed";
+    ASSERT_EQ(fonts.status, 0) << fonts.err;
+    const json font = json::parse(fonts.out);
+    EXPECT_NE(font["title"], "");
+    int pianos = 0;
+    int drumKits = 0;
+    for (const json& preset : font["presets"]) {
+        pianos +=
+            preset["PresetNumber"] == 0 && preset["PresetBank"] == 0 && preset["IsDrums"] == false ? 1 : 0;
+        drumKits += preset["IsDrums"] == true ? 1 : 0;
+    }
+    EXPECT_EQ(pianos, 1);
+    EXPECT_GE(drumKits, 1);
+}
+
+} // namespace
+} // namespace tonvex
