@@ -163,10 +163,10 @@ bool RtAudio_Driver::Open(const Sound_Request& request, Driver_Stream& stream, s
     };
     auto attempt = std::make_shared<Attempt>();
     const bool inTime = Run_Bounded(
-        [attempt, wanted = api, updateMs = request.updateMs] {
+        [attempt, wantedApi = api, updateMs = request.updateMs] {
             try {
-                attempt->made = std::make_shared<Opened>(wanted);
-                attempt->made->Open_Default(wanted, updateMs);
+                attempt->made = std::make_shared<Opened>(wantedApi);
+                attempt->made->Open_Default(wantedApi, updateMs);
                 attempt->failure = attempt->made->failure;
             } catch (const std::exception& problem) {
                 attempt->failure = problem.what();

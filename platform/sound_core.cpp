@@ -29,9 +29,9 @@ void Sound_Core::Raise_Generation(std::uint32_t oldestValid) noexcept {
     }
 }
 
-void Sound_Core::Begin_Stream(int rate, int blockFrames, double deviceLatencyMs) {
+void Sound_Core::Begin_Stream(int rate, int blockFrames, double behindMs) {
     sampleRate = rate;
-    deviceLatency = deviceLatencyMs;
+    deviceLatencyMs.store(behindMs, std::memory_order_relaxed);
     delayedBlock = 0;
     Set_Delay(blockFrames);
     nextFrame = 0;
@@ -39,7 +39,7 @@ void Sound_Core::Begin_Stream(int rate, int blockFrames, double deviceLatencyMs)
     pieceLeft = 0;
     timeFixed = false;
     mapping.Start(sampleRate);
-    latencyFrames.store(static_cast<float>(delayFrames), std::memory_order_relaxed);
+    latencyMs.store(static_cast<double>(delayFrames) * 1000.0 / sampleRate, std::memory_order_relaxed);
     load.store(0.0F, std::memory_order_relaxed);
 }
 
@@ -134,8 +134,9 @@ void Sound_Core::Note_Latency(std::int64_t dueNs) noexcept {
     // Orders without a moment of their own, and those after a stall, say nothing about the road.
     if (frames < 0 || static_cast<double>(frames) > sampleRate)
         return;
-    const float before = latencyFrames.load(std::memory_order_relaxed);
-    latencyFrames.store(before + (static_cast<float>(frames) - before) * 0.1F, std::memory_order_relaxed);
+    const double before = latencyMs.load(std::memory_order_relaxed);
+    const double ms = static_cast<double>(frames) * 1000.0 / sampleRate;
+    latencyMs.store(before + (ms - before) * 0.1, std::memory_order_relaxed);
 }
 
 void Sound_Core::Note_Load(std::int64_t startedNs, int frames) noexcept {
@@ -147,8 +148,7 @@ void Sound_Core::Note_Load(std::int64_t startedNs, int frames) noexcept {
 
 void Sound_Core::Fill(Sound_Status& status) noexcept {
     status.latencyMs =
-        static_cast<double>(latencyFrames.load(std::memory_order_relaxed)) * 1000.0 / sampleRate +
-        deviceLatency;
+        latencyMs.load(std::memory_order_relaxed) + deviceLatencyMs.load(std::memory_order_relaxed);
     status.cpuPercent = static_cast<double>(load.load(std::memory_order_relaxed));
     status.droppedMessages = live.Dropped_Count() + ahead.Dropped_Count();
     status.peakLeft = graph.Take_Left_Peak();

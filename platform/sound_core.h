@@ -32,8 +32,9 @@ public:
     void Raise_Generation(std::uint32_t oldestValid) noexcept;
 
     // ---- interface thread -----------------------------------------------------------------------------
-    /// A new stream from frame 0 on. No driver may be running.
-    void Begin_Stream(int sampleRate, int blockFrames, double deviceLatencyMs);
+    /// A new stream from frame 0 on; what it sounds leaves the program behindMs after its callback. No
+    /// driver may be running; any thread.
+    void Begin_Stream(int sampleRate, int blockFrames, double behindMs);
     /// Ties the stream's frame 0 to ns; for streams pulled in step with a simulated counter.
     void Fix_Time(std::int64_t ns) noexcept;
     /// Swapped in between two blocks.
@@ -74,7 +75,6 @@ private:
     Clock_Mapping mapping;
     bool timeFixed = false;
     double sampleRate = 44100.0;
-    double deviceLatency = 0.0;   ///< ms behind the callback
     int delayedBlock = 0;         ///< block for which delayFrames was worked out
     std::int64_t delayFrames = 0; ///< one block, the latency of every message
     std::int64_t nextFrame = 0;   ///< the first of the next block
@@ -87,7 +87,8 @@ private:
     std::atomic<float> gain{1.0F};
     std::atomic<Synth_Instance*> incoming{nullptr};
     std::atomic<Synth_Instance*> outgoing{nullptr};
-    std::atomic<float> latencyFrames{0.0F};
+    std::atomic<double> latencyMs{0.0};       ///< to the callback, smoothed
+    std::atomic<double> deviceLatencyMs{0.0}; ///< behind the callback
     std::atomic<float> load{0.0F};
     Synth_Instance* current = nullptr;
     std::vector<float> kept;

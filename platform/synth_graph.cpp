@@ -116,7 +116,7 @@ void Synth_Graph::Find_Silent_Slots() noexcept {
     piecesToCheck = CHECK_EVERY;
     fluid_synth_get_voicelist(instance->Synth(), voices.data(), static_cast<int>(voices.size()), -1);
     sounding = 0;
-    for (const _fluid_voice_t* voice : voices) {
+    for (const fluid_voice_t* voice : voices) {
         if (voice == nullptr)
             break;
         const int slot = fluid_voice_get_channel(voice);

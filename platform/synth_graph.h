@@ -7,8 +7,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-
-struct _fluid_voice_t;
+#include <fluidsynth/types.h>
 
 namespace tonvex {
 
@@ -63,7 +62,7 @@ private:
     Piece_Buffer fadeRight{};
     bool fading = false;
     float gainNow = -1.0F; ///< below 0: nothing rendered yet
-    std::array<_fluid_voice_t*, Synth_Instance::POLYPHONY + 1> voices{};
+    std::array<fluid_voice_t*, Synth_Instance::POLYPHONY + 1> voices{};
     std::array<std::atomic<float>, OUTPUT_SLOTS> slotPeaks{};
     std::atomic<float> leftPeak{0.0F};
     std::atomic<float> rightPeak{0.0F};

@@ -40,33 +40,33 @@ std::size_t Preset_Index(int bank, int program) noexcept {
 
 } // namespace
 
-void Synth_Instance::Settings_Deleter::operator()(void* owned) const noexcept {
-    delete_fluid_settings(static_cast<fluid_settings_t*>(owned));
+void Synth_Instance::Settings_Deleter::operator()(void* made) const noexcept {
+    delete_fluid_settings(static_cast<fluid_settings_t*>(made));
 }
 
 std::unique_ptr<Synth_Instance> Synth_Instance::Make(int sampleRate, const std::vector<Font_Source>& fonts,
                                                      std::string& error) {
     Silence_Library_Log();
     std::unique_ptr<Synth_Instance> made(new Synth_Instance);
-    fluid_settings_t* const settings = new_fluid_settings();
-    if (settings == nullptr) {
+    fluid_settings_t* const options = new_fluid_settings();
+    if (options == nullptr) {
         error = "The synthesizer could not be set up: not enough memory";
         return nullptr;
     }
-    made->settings.reset(settings);
+    made->settings.reset(options);
     made->sampleRate = std::clamp(sampleRate, 8000, 96000);
-    fluid_settings_setint(settings, "synth.threadsafe-api", 0);
-    fluid_settings_setint(settings, "synth.midi-channels", OUTPUT_SLOTS);
-    fluid_settings_setint(settings, "synth.audio-groups", OUTPUT_SLOTS);
-    fluid_settings_setint(settings, "synth.audio-channels", OUTPUT_SLOTS);
-    fluid_settings_setint(settings, "synth.effects-groups", 1);
-    fluid_settings_setint(settings, "synth.reverb.active", 0);
-    fluid_settings_setint(settings, "synth.chorus.active", 0);
-    fluid_settings_setint(settings, "synth.dynamic-sample-loading", 0);
-    fluid_settings_setint(settings, "synth.polyphony", POLYPHONY);
-    fluid_settings_setnum(settings, "synth.gain", SYNTH_GAIN);
-    fluid_settings_setnum(settings, "synth.sample-rate", made->sampleRate);
-    made->synth = new_fluid_synth(settings);
+    fluid_settings_setint(options, "synth.threadsafe-api", 0);
+    fluid_settings_setint(options, "synth.midi-channels", OUTPUT_SLOTS);
+    fluid_settings_setint(options, "synth.audio-groups", OUTPUT_SLOTS);
+    fluid_settings_setint(options, "synth.audio-channels", OUTPUT_SLOTS);
+    fluid_settings_setint(options, "synth.effects-groups", 1);
+    fluid_settings_setint(options, "synth.reverb.active", 0);
+    fluid_settings_setint(options, "synth.chorus.active", 0);
+    fluid_settings_setint(options, "synth.dynamic-sample-loading", 0);
+    fluid_settings_setint(options, "synth.polyphony", POLYPHONY);
+    fluid_settings_setnum(options, "synth.gain", SYNTH_GAIN);
+    fluid_settings_setnum(options, "synth.sample-rate", made->sampleRate);
+    made->synth = new_fluid_synth(options);
     if (made->synth == nullptr) {
         error = "The synthesizer could not be made at " + std::to_string(made->sampleRate) +
                 " frames a second: not enough memory";

@@ -5,11 +5,10 @@
 #include <bitset>
 #include <cstdint>
 #include <filesystem>
+#include <fluidsynth/types.h>
 #include <memory>
 #include <string>
 #include <vector>
-
-using fluid_synth_t = struct _fluid_synth_t;
 
 namespace tonvex {
 

@@ -62,6 +62,7 @@ Function* Real(std::atomic<void*>& known, const char* name) noexcept {
 
 } // namespace
 
+// The names below are the C library's own. NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 
 void* __libc_malloc(std::size_t size) noexcept;
@@ -193,6 +194,7 @@ int __fprintf_chk(FILE* file, int, const char* format, ...) {
 }
 
 } // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace tonvex::test {
 
