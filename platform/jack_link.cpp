@@ -27,7 +27,7 @@ Jack_Link::~Jack_Link() {
 }
 
 void Jack_Link::On_Shutdown(void* self) {
-    static_cast<Jack_Link*>(self)->alive.store(false, std::memory_order_relaxed);
+    static_cast<Jack_Link*>(self)->alive.store(false, std::memory_order_release);
 }
 
 std::uint32_t Jack_Link::Block_Start() const noexcept {

@@ -24,7 +24,7 @@ public:
     Jack_Link& operator=(const Jack_Link&) = delete;
 
     /// False for good once the server has gone. Any thread.
-    bool Alive() const noexcept { return alive.load(std::memory_order_relaxed); }
+    bool Alive() const noexcept { return alive.load(std::memory_order_acquire); }
     /// Frame at which the running block began; stands still when the server hangs. Any thread.
     std::uint32_t Block_Start() const noexcept;
     /// Full names, "client:port". inputs: the ports that we can read from. Interface thread.
