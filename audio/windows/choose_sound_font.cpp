@@ -24,7 +24,7 @@ bool Can_Be_Opened(const std::string& path) {
 
 std::string Choose_Sound_Font(User_Dialogs& dialogs) {
     const std::string title = Translated("Open File");
-    const std::string path = dialogs.Choose_File_To_Open(
+    std::string path = dialogs.Choose_File_To_Open(
         title, {Translated("Sound font files (*.sf2)"), Translated("All Files (*.*)")});
     if (path.empty())
         return {};

@@ -178,7 +178,7 @@ void frmInstList::Show_Selected() {
     {
         const QSignalBlocker noSignals(List2);
         List2->clear();
-        filePath->setText(tr("File path: "));
+        filePath->setText(rows.empty() ? tr("No sound font yet. Add one with Alt+A.") : tr("File path: "));
         if (Row() >= 0) {
             const Font_Row& row = rows[static_cast<std::size_t>(Row())];
             filePath->setText(tr("File path: ") + QString::fromStdString(row.path));

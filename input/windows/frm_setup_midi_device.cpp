@@ -168,7 +168,7 @@ QWidget* frmSetUpMidiDevice::Make_Input_Column(const Theme& theme) {
     Label2 = new QLabel(column);
     Label2->setObjectName(QStringLiteral("Label2"));
     Label2->hide();
-    inputHint = Caption(tr("Play a key on the MIDI keyboard."), theme, column);
+    inputHint = Caption(QString(), theme, column);
     inputHint->setObjectName(QStringLiteral("inputHint"));
     inputHint->hide();
     layout->addWidget(label);
@@ -278,6 +278,9 @@ void frmSetUpMidiDevice::Enable_Controls() {
     Command4->setEnabled(Selected(List1, id) && !runs);
     Command1->setEnabled(Selected(List2, id) && !runs);
     noInput->setEnabled(Selected(List2, id));
+    if (inputs.empty())
+        inputHint->setText(tr("Plug in a MIDI keyboard: it appears here."));
+    inputHint->setVisible(inputs.empty() || Timer1.isActive());
     Show_Latency();
 }
 
@@ -315,6 +318,7 @@ void frmSetUpMidiDevice::Test_Input() {
         return;
     }
     session.midiIn->Clear_Reported();
+    inputHint->setText(tr("Play a key on the MIDI keyboard."));
     inputHint->show();
     Timer1.start(EDGE_POLL_MS);
 }
