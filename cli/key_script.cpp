@@ -63,7 +63,7 @@ public:
             value = static_cast<Integer>(number);
     }
     void Require(const char* name) {
-        if (problem.empty() && !object.contains(name))
+        if (problem.empty() && Find(name) == nullptr)
             Complain(name, "is missing");
     }
     const std::string& Problem() const noexcept { return problem; }
@@ -127,7 +127,7 @@ Cli_Outcome Parse_Key_Script(const std::string& text, const std::string& name, K
         return Cli_Outcome::Failed(name, "must hold one JSON object");
     Key_Script result;
     Field_Reader reader(document, "");
-    if (document.contains("channel")) {
+    if (document.contains("channel") && !document["channel"].is_null()) {
         std::int32_t channel = 0;
         reader.Read_Whole("channel", channel, std::numeric_limits<std::int32_t>::min(),
                           std::numeric_limits<std::int32_t>::max());

@@ -76,8 +76,8 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
         parts.input.Input_Close();
         return false;
     }
-    const GlobalChannel& recChannel = parts.channels.Channels[static_cast<std::size_t>(RecChannelRow)];
-    RecVolFactor = static_cast<float>(recChannel.Volume) / 100.0F;
+    practiceChannel = channel;
+    Take_Volume();
 
     StopRequested = false;
     isRunning = true;
@@ -135,6 +135,20 @@ int RecorderClass::Find_Row(std::int32_t channel) {
     return GlobalChannelsManager::PRACTICE_ROW;
 }
 
+void RecorderClass::Take_Volume() {
+    const auto row = static_cast<std::size_t>(RecChannelRow);
+    RecVolFactor = static_cast<float>(parts.channels.Channels[row].Volume) / 100.0F;
+}
+
+/// What the user makes of the channel between two notes holds from the next one on; a note that is down
+/// has to end where it began.
+void RecorderClass::Follow_Practice_Channel() {
+    const auto isHeld = [](std::int32_t count) { return count > 0; };
+    if (std::any_of(heldNotes.begin(), heldNotes.end(), isHeld) || Find_Row(practiceChannel) < 0)
+        return;
+    Take_Volume();
+}
+
 void RecorderClass::Wait_For_Key() {
     parts.Tell(&Transport_Observer::On_Waiting_For_Key, true);
     parts.loop.Run([this] {
@@ -190,9 +204,7 @@ void RecorderClass::Follow_Song(double time, std::int64_t ms) {
     }
     parts.Tell(&Transport_Observer::On_Position, time, ms);
     if (parts.channels.Is_Live_Row(RecChannelRow))
-        RecVolFactor =
-            static_cast<float>(parts.channels.Channels[static_cast<std::size_t>(RecChannelRow)].Volume) /
-            100.0F;
+        Take_Volume();
     players.Follow_Mutes();
 }
 

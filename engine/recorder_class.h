@@ -51,6 +51,8 @@ private:
 
     // recorder_class.cpp: the run
     int Find_Row(std::int32_t channel);
+    void Take_Volume();
+    void Follow_Practice_Channel();
     bool Set_Up(double time, float speed, std::int32_t channel, bool overwrite, bool& opened);
     void Wait_For_Key();
     void Start_Clock();
@@ -84,6 +86,7 @@ private:
     std::int32_t ClickNote = 0;
     std::int32_t ClickVelocity = 0;
     int RecChannelRow = -1;
+    std::int32_t practiceChannel = PRACTICE_PLAIN;
     float RecVolFactor = 1.0F;
     double SavedPosition = 0.0;
     double startBeat = 0.0;       ///< where the run began

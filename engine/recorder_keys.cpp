@@ -62,6 +62,8 @@ void RecorderClass::NoteKeyDown(int key, const KeyMapEntry& entry, std::int64_t 
     Played_Key& played = playedKeys[static_cast<std::size_t>(key)];
     if (entry.Target < 0 || static_cast<std::size_t>(entry.Target) >= KEYS)
         return;
+    if (PracticeMode)
+        Follow_Practice_Channel();
     played.KeyNotes = parts.layout.KeyNoteTable[static_cast<std::size_t>(entry.Target)];
     const int note = parts.layout.Sounding_Note(played.KeyNotes.Note);
     if (note < 0 || note > 127)

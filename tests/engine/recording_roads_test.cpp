@@ -444,5 +444,21 @@ TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {
     }
 }
 
+TEST(Recording_Roads, Practice_Follows_Its_Channel_Between_Notes) {
+    Transport_Rig rig;
+    rig.recorder.PracticeMode = true;
+    rig.Script({{10, Z, true}, {30, Z, false}, {50, X, true}});
+    EXPECT_TRUE(rig.recorder.StartRecording(0, 1, rig.firstChannel, false, true, false));
+    while (rig.counter.Now_Ms() < 60) {
+        rig.counter.Advance_Ms(1);
+        if (rig.counter.Now_Ms() == 20) {
+            rig.channels.Set_OutputChannel(rig.firstChannel, 3);
+            rig.channels.Set_Volume(rig.firstChannel, 40);
+        }
+        rig.recorder.StartRecording(0, 0, 0, false, true, true);
+    }
+    EXPECT_EQ(rig.Trace(), "10 On 0 48 102\n30 Off 0 48 100\n50 On 3 50 51\n");
+}
+
 } // namespace
 } // namespace tonvex
