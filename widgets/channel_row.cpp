@@ -195,6 +195,15 @@ bool Channel_Row::Meter_Is_Still() const {
     return meter->Is_Still();
 }
 
+QWidget* Channel_Row::Order_Tabs() {
+    QWidget* last = this;
+    for (QWidget* control : std::initializer_list<QWidget*>{patch, mute, solo, armed, volume, pan}) {
+        setTabOrder(last, control);
+        last = control;
+    }
+    return last;
+}
+
 bool Channel_Row::Has_Focus_Within() const {
     const QWidget* focus = QApplication::focusWidget();
     return focus != nullptr && (focus == this || isAncestorOf(focus));

@@ -29,6 +29,8 @@ public:
     void Show_Level(float peak, int elapsedMs);
     bool Meter_Is_Still() const;
     bool Has_Focus_Within() const;
+    /// Puts the controls behind the row in the tab order; the last of them.
+    QWidget* Order_Tabs();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -123,8 +123,10 @@ void ChannelsList::Rebuild() {
             connect(shown, &Channel_Row::selectAsked, this, &ChannelsList::Select);
             connect(shown, &Channel_Row::stepAsked, this, &ChannelsList::Step);
         }
-        if (column->indexOf(shown) != place)
+        if (column->indexOf(shown) != place) {
             column->insertWidget(place, shown);
+            shown->show(); // now, so that it can take the focus at once
+        }
         ++place;
         shown->Refresh();
         kept.push_back(shown);
@@ -140,8 +142,7 @@ void ChannelsList::Rebuild() {
         row->deleteLater();
     }
     rows = std::move(kept);
-    for (std::size_t at = 1; at < rows.size(); ++at)
-        setTabOrder(rows[at - 1], rows[at]);
+    Order_Tabs();
     if (Row_Of(selectedId) == nullptr) {
         // The neighbour takes the selection of a row that has gone.
         selectedId = NOT_GIVEN;
@@ -153,6 +154,21 @@ void ChannelsList::Rebuild() {
             if (focusWasIn)
                 next->setFocus();
         }
+    }
+}
+
+void ChannelsList::Set_Tab_Anchor(QWidget* before) {
+    tabAnchor = before;
+    Order_Tabs();
+}
+
+void ChannelsList::Order_Tabs() {
+    // A new row stands at the end of the window's chain; its place is between its neighbours.
+    QWidget* last = tabAnchor;
+    for (Channel_Row* row : rows) {
+        if (last != nullptr)
+            setTabOrder(last, row);
+        last = row->Order_Tabs();
     }
 }
 

@@ -25,6 +25,8 @@ public:
     std::int32_t Selected() const noexcept { return selectedId; }
     void Select(std::int32_t channelId);
     void Rename(std::int32_t channelId);
+    /// The rows follow this widget of the same window in the tab order.
+    void Set_Tab_Anchor(QWidget* before);
     Channel_Row* Row_Of(std::int32_t channelId) const;
     const std::vector<Channel_Row*>& Rows() const noexcept { return rows; }
     /// Levels of the slots since the last call.
@@ -37,11 +39,13 @@ signals:
 private:
     void On_Message(int msgId, std::int32_t param);
     void Rebuild();
+    void Order_Tabs();
     void Step(int byRows);
 
     Session& session;
     Theme& theme;
     QVBoxLayout* column;
+    QWidget* tabAnchor = nullptr;
     std::vector<Channel_Row*> rows;
     std::int32_t selectedId = NOT_GIVEN;
     int subscription = 0;

@@ -138,6 +138,7 @@ void frmMain::Make_Panes() {
     tabs = new QTabWidget(middle);
     tabs->setDocumentMode(true);
     tabs->tabBar()->setExpanding(false);
+    tabs->setAccessibleName(tr("Editors"));
     tabs->tabBar()->setAccessibleName(tr("Editors"));
     overview = new Song_Overview(session, theme, tabs);
     tabs->addTab(overview, tr("Song"));
@@ -183,6 +184,7 @@ QDockWidget* frmMain::Make_Channels_Pane() {
     column->addWidget(channelsList, 1);
     column->addWidget(properties);
     dock->setWidget(body);
+    channelsList->Set_Tab_Anchor(add);
     return dock;
 }
 

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -22,6 +23,7 @@ constexpr int LEAST_SPEED = 20;
 constexpr int MOST_SPEED = 100;
 constexpr int SPEED_STEP = 10;
 constexpr int MOST_MASTER = 127;
+constexpr int RETRY_MS = 5;
 
 /// A line between two groups of the bar.
 class Group_Rule final : public QWidget {
@@ -210,6 +212,10 @@ bool frmRecorder::eventFilter(QObject* watched, QEvent* event) {
 void frmRecorder::Button_Rec() {
     if (session.transport.Song_Runs() || session.recorder->IsRunning())
         return;
+    if (practice.Is_Starting()) {
+        QTimer::singleShot(RETRY_MS, this, &frmRecorder::Button_Rec);
+        return;
+    }
     if (session.channels->ChannelI(channelId) < 0) {
         emit channelMissing();
         return;
@@ -227,6 +233,10 @@ void frmRecorder::Button_Rec() {
 void frmRecorder::Button_Play() {
     if (session.transport.Song_Runs() || session.recorder->IsRunning())
         return;
+    if (practice.Is_Starting()) {
+        QTimer::singleShot(RETRY_MS, this, &frmRecorder::Button_Play);
+        return;
+    }
     practice.Hold();
     Transport_LockUI();
     const double start = session.transport.PlayPosition;

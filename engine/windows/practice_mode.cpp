@@ -74,21 +74,31 @@ void Practice_Mode::Renew() {
 }
 
 void Practice_Mode::Start_If_Wanted() {
-    if (held > 0 || Is_Running() || session.transport.Song_Runs() || channelId == NOT_GIVEN)
+    if (held > 0 || starting || Is_Running() || session.transport.Song_Runs() || channelId == NOT_GIVEN)
         return;
     const bool midi = Midi_Ready();
     // Without its MIDI keyboard the input cannot be opened; that is told when something is to be recorded.
     if (!midi && (!keys || session.input->InputDevice != 0))
         return;
     session.practiceRecorder->PracticeMode = true;
-    session.practiceRecorder->StartRecording(0.0, 1.0F, channelId, false, true, false);
-    if (Is_Running())
-        rounds.start();
+    const std::int32_t asked = channelId;
+    starting = true;
+    session.practiceRecorder->StartRecording(0.0, 1.0F, asked, false, true, false);
+    starting = false;
+    if (!Is_Running())
+        return;
+    // What was asked for meanwhile.
+    if (held > 0 || channelId != asked) {
+        Stop();
+        Start_If_Wanted();
+        return;
+    }
+    rounds.start();
 }
 
 void Practice_Mode::Stop() {
     rounds.stop();
-    if (!Is_Running())
+    if (!Is_Running() || starting)
         return;
     session.practiceRecorder->StopRequested = true;
     session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, false, true);

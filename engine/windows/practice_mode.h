@@ -25,6 +25,8 @@ public:
     /// Takes the channel's sound, or the input device, anew, once what changes has come to rest.
     void Renew();
     bool Is_Running() const;
+    /// Its set-up lets messages run: a run that one of them asks for has to wait for its end.
+    bool Is_Starting() const noexcept { return starting; }
 
 signals:
     void keysChanged(bool on);
@@ -40,6 +42,7 @@ private:
     QTimer renewal;
     std::int32_t channelId = NOT_GIVEN;
     bool keys = false;
+    bool starting = false;
     int held = 0;
 };
 

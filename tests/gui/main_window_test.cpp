@@ -1,0 +1,432 @@
+#include "app/windows/frm_main.h"
+#include "audio/patch_tables.h"
+#include "engine/windows/frm_recorder.h"
+#include "input/windows/frm_rec_piano_layout.h"
+#include "platform/qt/native_scan_codes.h"
+#include "platform/qt/qt_key_state.h"
+#include "platform/qt/qt_run_loop.h"
+#include "support/test_session.h"
+#include "widgets/channel_row.h"
+#include "widgets/channels_list.h"
+#include "widgets/level_meter.h"
+#include "widgets/piano_view.h"
+#include "widgets/song_overview.h"
+#include "widgets/tool_button.h"
+#include "widgets/value_slider.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QAction>
+#include <QDialog>
+#include <QDockWidget>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+using namespace tonvex;
+
+namespace {
+
+// Scan codes as the layout files count them, and the key codes of the window system: 8 more.
+constexpr int SCAN_Z = 44;
+constexpr int SCAN_X = 45;
+constexpr int SCAN_ESCAPE = 1;
+
+/// A program of its own: real keys, rounds and clock, fakes for sound, MIDI, boxes and settings.
+struct Program {
+    Program() {
+        for (const char* key : {"config", "patterns", "templates", "temp", "projectsaudio"}) {
+            std::filesystem::create_directories(folder / key);
+            paths.Set_Path(key, (folder / key).string());
+        }
+        std::filesystem::copy(std::filesystem::path(TONVEX_SOURCE_DATA) / "keyboard",
+                              folder / "config/keyboard", std::filesystem::copy_options::recursive);
+        session.emplace(Session_Doors{sound, midi, keys, counter, loop, store, dialogs}, paths,
+                        std::filesystem::path(TONVEX_SOURCE_DATA));
+        if (!session->Load())
+            qFatal("the session does not load");
+        window = std::make_unique<frmMain>(*session, theme);
+        keys.accept = [this](int scanCode) { return window->Key_Plays(scanCode); };
+        window->show();
+        if (!QTest::qWaitForWindowActive(window.get()))
+            qFatal("the window is not active");
+    }
+    ~Program() { window.reset(); }
+
+    int Events(int row) const { return session->channels->Store(row).GetTotalEvents() + 1; }
+    const GlobalChannel& Channel(int row) const {
+        return session->channels->Channels[static_cast<std::size_t>(row)];
+    }
+    QWidget* Focus() const {
+        QWidget* focus = QApplication::focusWidget();
+        return focus != nullptr ? focus : window.get();
+    }
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(Focus(), key, modifiers);
+    }
+    /// A key as the window system sends it.
+    void Edge(QEvent::Type type, int scanCode, Qt::Key key) {
+        QKeyEvent event(type, key, Qt::NoModifier, static_cast<quint32>(scanCode + 8), 0, 0);
+        event.setTimestamp(++stamp);
+        QApplication::sendEvent(Focus(), &event);
+    }
+
+    Memory_Settings_Store themeStore;
+    Theme theme{*qApp, themeStore};
+    Temp_Folder folder;
+    AppPaths_Class paths;
+    Recorder_Sound_Door sound;
+    Recorder_Midi_Ports midi;
+    Monotonic_Counter counter;
+    Qt_Key_State keys{counter};
+    Qt_Run_Loop loop;
+    Memory_Settings_Store store;
+    Recorded_Dialogs dialogs;
+    std::optional<Session> session;
+    std::unique_ptr<frmMain> window;
+    quint64 stamp = 0;
+};
+
+int Notes_Posted(const Recorder_Sound_Door& sound, Sound_Op op) {
+    return static_cast<int>(std::count_if(sound.posted.begin(), sound.posted.end(),
+                                          [op](const Sound_Message& message) { return message.op == op; }));
+}
+
+} // namespace
+
+class Main_Window_Test : public QObject {
+    Q_OBJECT
+private slots:
+    void Channels_By_Keyboard_Alone();
+    void Eight_Notes_Are_Recorded_And_Played_Back();
+    void Practice_Sounds_And_Stores_Nothing();
+    void Letters_Are_Shortcuts_Only_When_They_Do_Not_Play();
+    void Every_Command_Survives_data();
+    void Every_Command_Survives();
+    void Every_Control_Has_A_Name();
+    void A_Lost_Device_Is_Told_And_Reopened();
+    void A_Quiet_Driver_Is_Told_Once();
+    void The_Slider_Steps();
+    void The_Piano_Finds_Its_Keys();
+    void Panes_Remember_Their_Place();
+    void Closing_Stops_The_Run_First();
+};
+
+void Main_Window_Test::Channels_By_Keyboard_Alone() {
+    Program p;
+    QCOMPARE(p.session->channels->Count_Channels(), 1);
+    p.Key(Qt::Key_Insert, Qt::ControlModifier);
+    p.Key(Qt::Key_Insert, Qt::ControlModifier);
+    QCOMPARE(p.session->channels->Count_Channels(), 3);
+    QCOMPARE(p.window->Selected_Channel(), p.Channel(2).ChannelID); // the new one is selected
+
+    p.Key(Qt::Key_S); // to the selected row
+    p.Key(Qt::Key_Up);
+    QCOMPARE(p.window->Selected_Channel(), p.Channel(1).ChannelID);
+    p.Key(Qt::Key_F2);
+    QLineEdit* editor = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+    QVERIFY(editor != nullptr);
+    QTest::keyClicks(editor, "Bass");
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCOMPARE(p.Channel(1).ChannelName, std::string("Bass"));
+    QVERIFY(!p.session->transport.Song_Runs()); // Enter was the editor's
+
+    // Tab walks the row: patch, mute, solo, record mark, volume, pan.
+    p.Key(Qt::Key_Tab);
+    p.Key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->accessibleName(), QStringLiteral("Mute Bass"));
+    p.Key(Qt::Key_Space);
+    QVERIFY(Is_On(p.Channel(1).Mute));
+    p.Key(Qt::Key_Space);
+    QVERIFY(!Is_On(p.Channel(1).Mute));
+    p.Key(Qt::Key_Tab);
+    p.Key(Qt::Key_Space);
+    QVERIFY(Is_On(p.Channel(1).Solo));
+    p.Key(Qt::Key_Tab);
+    p.Key(Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->accessibleName(), QStringLiteral("Volume of Bass"));
+    p.Key(Qt::Key_Right);
+    QCOMPARE(int{p.Channel(1).Volume}, 85);
+    p.Key(Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(int{p.Channel(1).Volume}, 84);
+
+    p.Key(Qt::Key_Delete, Qt::ControlModifier); // a no
+    QCOMPARE(p.session->channels->Count_Channels(), 3);
+    QCOMPARE(p.dialogs.asked.back(), std::string("Delete this channel ?"));
+    p.dialogs.answers["Delete this channel ?"] = true;
+    p.Key(Qt::Key_Delete, Qt::ControlModifier);
+    QCOMPARE(p.session->channels->Count_Channels(), 2);
+    QCOMPARE(p.window->Selected_Channel(), p.Channel(2).ChannelID); // the neighbour takes over
+}
+
+void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
+    Program p;
+    int step = 0;
+    QTimer player;
+    // The user: Z and X by turns, each held for some rounds, then Escape.
+    connect(&player, &QTimer::timeout, this, [&] {
+        if (!p.session->transport.Recording)
+            return;
+        const int note = step / 2;
+        if (note < 8)
+            p.Edge(step % 2 == 0 ? QEvent::KeyPress : QEvent::KeyRelease, note % 2 == 0 ? SCAN_Z : SCAN_X,
+                   note % 2 == 0 ? Qt::Key_Z : Qt::Key_X);
+        else
+            p.Edge(step % 2 == 0 ? QEvent::KeyPress : QEvent::KeyRelease, SCAN_ESCAPE, Qt::Key_Escape);
+        ++step;
+    });
+    player.start(20);
+    p.Key(Qt::Key_R, Qt::ControlModifier);
+    QVERIFY(!p.session->transport.Recording); // never inside the key handler
+    QTRY_VERIFY(p.session->transport.TransportStopped);
+    player.stop();
+    QCOMPARE(p.Events(0), 8);
+    // Z and X play C and D of octave 4, which begins at 12 * 3 + 12.
+    std::vector<int> notes;
+    const ChannelClass& store = p.session->channels->Store(0);
+    for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
+        notes.push_back(store.ReadEvent(i)->Note->Note);
+    QCOMPARE(notes, (std::vector<int>{48, 50, 48, 50, 48, 50, 48, 50}));
+    QCOMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 8);
+    QCOMPARE(p.window->findChild<Song_Overview*>()->Note_Count(), 8);
+    QVERIFY(p.window->isWindowModified());
+
+    p.sound.posted.clear();
+    p.window->Recorder().To_Start();
+    p.Key(Qt::Key_Return);
+    QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 8);
+    QTRY_VERIFY(!p.session->transport.PlayRequested);
+    QTRY_COMPARE(p.session->transport.PlayPosition, 0.0); // back where it was started
+}
+
+void Main_Window_Test::Practice_Sounds_And_Stores_Nothing() {
+    Program p;
+    p.Key(Qt::Key_P, Qt::ControlModifier);
+    QVERIFY(p.window->Recorder().Practice().Is_Running());
+    p.Edge(QEvent::KeyPress, SCAN_Z, Qt::Key_Z);
+    QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 1);
+    QVERIFY(p.window->Piano().Piano().Is_Lit(48));
+    p.Edge(QEvent::KeyRelease, SCAN_Z, Qt::Key_Z);
+    QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOff), 1);
+    QVERIFY(!p.window->Piano().Piano().Is_Lit(48));
+    QCOMPARE(p.Events(0), 0);
+
+    // A recording makes it stand aside and lets it come back.
+    QTimer::singleShot(50, this, [&] { p.window->Recorder().Button_Stop(); });
+    p.window->Recorder().Button_Rec();
+    QVERIFY(p.window->Recorder().Practice().Is_Running());
+    QTest::qWait(20); // some rounds: the keyboard is taken again
+    p.Edge(QEvent::KeyPress, SCAN_ESCAPE, Qt::Key_Escape);
+    QTRY_VERIFY(!p.window->Recorder().Practice().Keys());
+}
+
+void Main_Window_Test::Letters_Are_Shortcuts_Only_When_They_Do_Not_Play() {
+    Program p;
+    QVERIFY(!p.window->Key_Plays(SCAN_Z));
+    p.Key(Qt::Key_M);
+    QVERIFY(p.session->options.Metronome);
+    p.Key(Qt::Key_M);
+    QVERIFY(!p.session->options.Metronome);
+    p.Key(Qt::Key_F2);
+    QCOMPARE(p.session->layout->NotesOctave, 1);
+    p.Key(Qt::Key_F12);
+    QCOMPARE(p.session->layout->QChordsOctave, 5);
+    p.Key(Qt::Key_P, Qt::ControlModifier);
+    QVERIFY(p.window->Key_Plays(SCAN_Z));
+    QVERIFY(!p.window->Key_Plays(57)); // the space bar has no meaning in the layout
+    QVERIFY(!p.window->Key_Plays(-1) && !p.window->Key_Plays(256));
+}
+
+void Main_Window_Test::Every_Command_Survives_data() {
+    QTest::addColumn<bool>("anyChannel");
+    QTest::addColumn<bool>("inARun");
+    QTest::newRow("no channel") << false << false;
+    QTest::newRow("one channel") << true << false;
+    QTest::newRow("during a run") << true << true;
+}
+
+void Main_Window_Test::Every_Command_Survives() {
+    QFETCH(bool, anyChannel);
+    QFETCH(bool, inARun);
+    Program p;
+    if (!anyChannel)
+        p.session->hub->Message(nullptr, MSG_DELETE_CHANNEL, p.Channel(0).ChannelID);
+    const auto closeDialogs = [] {
+        for (QWidget* widget : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<QDialog*>(widget))
+                dialog->reject();
+        if (QWidget* popup = QApplication::activePopupWidget())
+            popup->close();
+    };
+    // Stands for the user who closes what opens and stops what starts.
+    int walked = 0;
+    QTimer janitor;
+    connect(&janitor, &QTimer::timeout, this, [&] {
+        closeDialogs();
+        if (walked > 0)
+            p.window->Recorder().Button_Stop();
+    });
+    janitor.start(5);
+    const auto walk = [&] {
+        for (QAction* action : p.window->findChildren<QAction*>()) {
+            // Leaving the program, and starting a run within a run's handler, have tests of their own.
+            if (action->text().contains("xit") || !action->isEnabled() || action->menu() != nullptr)
+                continue;
+            action->trigger();
+            ++walked;
+        }
+        for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
+            if (button->isEnabled() && button->isVisible())
+                button->click();
+        closeDialogs();
+    };
+    if (inARun) {
+        QTimer::singleShot(20, this, walk);
+        p.window->Recorder().Button_Rec();
+    } else {
+        walk();
+    }
+    QVERIFY(walked > 30);
+    QTest::qWait(50);
+    QTRY_VERIFY(!p.session->transport.Song_Runs() && !p.session->recorder->IsRunning());
+}
+
+void Main_Window_Test::Every_Control_Has_A_Name() {
+    Program p;
+    QStringList nameless;
+    int asked = 0;
+    for (QWidget* widget : p.window->findChildren<QWidget*>()) {
+        // The parts that Qt puts into its own controls are told with these.
+        if (widget->focusPolicy() == Qt::NoFocus || !widget->isVisible() ||
+            widget->objectName().startsWith(QLatin1String("qt_")))
+            continue;
+        QAccessibleInterface* face = QAccessible::queryAccessibleInterface(widget);
+        ++asked;
+        if (face == nullptr || face->text(QAccessible::Name).isEmpty())
+            nameless << QString::fromLatin1(widget->metaObject()->className());
+    }
+    QVERIFY(asked > 20);
+    QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(", ")));
+    // A slider tells its value and its range.
+    auto* volume = p.window->findChild<Value_Slider*>();
+    QAccessibleValueInterface* value = QAccessible::queryAccessibleInterface(volume)->valueInterface();
+    QVERIFY(value != nullptr);
+    QCOMPARE(value->maximumValue().toInt(), 127);
+}
+
+void Main_Window_Test::A_Lost_Device_Is_Told_And_Reopened() {
+    Program p;
+    const auto before = p.sound.opened.size();
+    p.sound.status.deviceLost = true;
+    const auto reopen = [&]() -> QAbstractButton* {
+        for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
+            if (button->text() == QLatin1String("Reopen"))
+                return button;
+        return nullptr;
+    };
+    QAbstractButton* button = nullptr;
+    QTRY_VERIFY((button = reopen()) != nullptr && button->isVisible());
+    p.sound.status.deviceLost = false;
+    button->click();
+    QCOMPARE(p.sound.opened.size(), before + 1);
+    QVERIFY(!button->isVisible());
+}
+
+void Main_Window_Test::A_Quiet_Driver_Is_Told_Once() {
+    Program p;
+    p.sound.status.quiet = true;
+    QAbstractButton* again = nullptr;
+    QTRY_VERIFY([&] {
+        for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
+            if (button->text() == QLatin1String("Try again") && button->isVisible())
+                again = button;
+        return again != nullptr;
+    }());
+    p.window->Hide_Banner();
+    QTest::qWait(1100); // two looks at the devices
+    QVERIFY(!again->isVisible());
+}
+
+void Main_Window_Test::The_Slider_Steps() {
+    Memory_Settings_Store store;
+    Theme theme(*qApp, store);
+    Value_Slider slider(theme, Slider_Kind::Fill, QStringLiteral("Volume"), 0, 127, 80, 5);
+    slider.resize(slider.sizeHint());
+    QList<int> told;
+    connect(&slider, &Value_Slider::userChanged, this, [&](int value) { told << value; });
+    slider.setValue(100); // from the model: nothing is told
+    const auto wheel = [&](int delta, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent event(QPointF(1, 1), QPointF(1, 1), {}, {0, delta}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&slider, &event);
+    };
+    wheel(120, Qt::NoModifier);
+    wheel(-120, Qt::ShiftModifier);
+    wheel(60, Qt::NoModifier); // half a notch waits for its other half
+    wheel(60, Qt::NoModifier);
+    QTest::keyClick(&slider, Qt::Key_End);
+    QTest::mouseDClick(&slider, Qt::LeftButton, {}, QPoint(2, 2));
+    QTest::keyClick(&slider, Qt::Key_Home);
+    QTest::keyClick(&slider, Qt::Key_Left); // at the end already
+    QCOMPARE(told.mid(0, 4), (QList<int>{105, 104, 109, 127}));
+    QCOMPARE(told.last(), 0);
+    QVERIFY(told.contains(80));
+}
+
+void Main_Window_Test::The_Piano_Finds_Its_Keys() {
+    // One octave and a C: eight white keys of 10 by 100; black ones 6.8 wide, 60 high, over the joints.
+    const Piano_Geometry keys(60, 72, QSizeF(80, 100));
+    QCOMPARE(keys.White_Count(), 8);
+    const struct {
+        const char* name;
+        QPointF point;
+        int note;
+    } rows[] = {{"C at the bottom", {1, 99}, 60},
+                {"C sharp", {10, 10}, 61},
+                {"below C sharp lies C", {9, 70}, 60},
+                {"below C sharp lies D", {11, 70}, 62},
+                {"E to F has none", {30.5, 10}, 65},
+                {"B", {69, 90}, 71},
+                {"upper C", {79, 5}, 72},
+                {"outside", {81, 5}, -1},
+                {"below", {40, 101}, -1}};
+    for (const auto& row : rows)
+        QVERIFY2(keys.Note_At(row.point) == row.note, row.name);
+    QCOMPARE(Level_Meter::Height_Of(0.0), 0.0);
+    QCOMPARE(Level_Meter::Height_Of(1.0), 1.0);
+    QVERIFY(qAbs(Level_Meter::Height_Of(0.0630957) - 0.5) < 1e-4); // -24 of 48 dB
+}
+
+void Main_Window_Test::Panes_Remember_Their_Place() {
+    Program p;
+    const auto docks = p.window->findChildren<QDockWidget*>();
+    QCOMPARE(docks.size(), 2);
+    docks[0]->hide();
+    docks[1]->setFloating(true);
+    p.window->close();
+    p.window = std::make_unique<frmMain>(*p.session, p.theme);
+    p.window->show();
+    const auto again = p.window->findChildren<QDockWidget*>();
+    QVERIFY(!again[0]->isVisible());
+    QVERIFY(again[1]->isFloating());
+}
+
+void Main_Window_Test::Closing_Stops_The_Run_First() {
+    Program p;
+    bool refused = false;
+    QTimer::singleShot(40, this, [&] { refused = !p.window->close(); });
+    p.window->Recorder().Button_Rec();
+    QVERIFY(refused);
+    QTRY_VERIFY(!p.window->isVisible());
+    QVERIFY(!p.session->recorder->IsRunning());
+}
+
+QTEST_MAIN(Main_Window_Test)
+#include "main_window_test.moc"
