@@ -108,6 +108,7 @@ public:
             return false;
         window = std::make_unique<frmMain>(*session, machine->theme);
         dialogs.parent = window.get();
+        machine->keys.accept = [this](int scanCode) { return window && window->Key_Plays(scanCode); };
         machine->loop.onQuit = [this] {
             session->transport.StopTransportRequest = true;
             session->transport.PlayRequested = false;

@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDockWidget>
 #include <QHBoxLayout>
 #include <QInputDialog>
@@ -481,19 +482,29 @@ void frmMain::Choose_Midi_Input(bool on) {
 }
 
 void frmMain::Set_Up_Devices() {
-    // The tests of the window need the devices for themselves.
-    recorder->Practice().Hold();
-    frmSetUpMidiDevice(session, theme, this).exec();
-    recorder->Refresh_Options();
-    recorder->Practice().Let_Go();
-    Refresh_Actions();
-    Check_Devices();
+    Open_Device_Window(new frmSetUpMidiDevice(session, theme, this));
 }
 
 void frmMain::Edit_Sound_Fonts() {
+    Open_Device_Window(new frmInstList(session, theme, this));
+}
+
+void frmMain::Open_Device_Window(QDialog* dialog) {
+    // The tests of the window need the devices for themselves.
     recorder->Practice().Hold();
-    frmInstList(session, theme, this).exec();
-    recorder->Practice().Let_Go();
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::finished, this, [this] {
+        lossShown = false;
+        quietTold = false;
+        Hide_Banner();
+        recorder->Refresh_Options();
+        recorder->Practice().Let_Go();
+        // The sounds of other fonts have other names.
+        session.hub->Message(this, MSG_GENERAL_UPDATE);
+        Refresh_Actions();
+        Check_Devices();
+    });
+    dialog->open();
 }
 
 void frmMain::Show_About() {

@@ -13,7 +13,7 @@
 #include <vector>
 
 class QAction;
-class QActionGroup;
+class QDialog;
 class QDockWidget;
 class QLabel;
 class QMenu;
@@ -99,6 +99,7 @@ private:
     void Choose_Midi_Input(bool on);
     void Set_Up_Devices();
     void Edit_Sound_Fonts();
+    void Open_Device_Window(QDialog* dialog);
     void Check_Devices();
     void Check_Sound(const Sound_Status& status);
     void Check_Midi();

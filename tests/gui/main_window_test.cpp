@@ -23,8 +23,10 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QTest>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <memory>
@@ -71,11 +73,18 @@ struct Program {
     void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(Focus(), key, modifiers);
     }
-    /// A key as the window system sends it.
+    /// A key on the road from the window system: first offered to the shortcuts, then to the window.
     void Edge(QEvent::Type type, int scanCode, Qt::Key key) {
-        QKeyEvent event(type, key, Qt::NoModifier, static_cast<quint32>(scanCode + 8), 0, 0);
-        event.setTimestamp(++stamp);
-        QApplication::sendEvent(Focus(), &event);
+        const auto native = static_cast<quint32>(scanCode + 8);
+        ++stamp;
+        if (type == QEvent::KeyPress) {
+            QKeyEvent offer(QEvent::ShortcutOverride, key, Qt::NoModifier, native, 0, 0);
+            offer.setTimestamp(stamp);
+            QApplication::sendEvent(window->windowHandle(), &offer);
+        }
+        QKeyEvent event(type, key, Qt::NoModifier, native, 0, 0);
+        event.setTimestamp(stamp);
+        QApplication::sendEvent(window->windowHandle(), &event);
     }
 
     Memory_Settings_Store themeStore;
@@ -282,8 +291,13 @@ void Main_Window_Test::Every_Command_Survives() {
             action->trigger();
             ++walked;
         }
+        QList<QPointer<QAbstractButton>> buttons;
         for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
-            if (button->isEnabled() && button->isVisible())
+            if (button->window() == p.window.get())
+                buttons << button;
+        // One may take another away.
+        for (const auto& button : buttons)
+            if (button != nullptr && button->isEnabled() && button->isVisible())
                 button->click();
         closeDialogs();
     };
