@@ -43,6 +43,17 @@ void Sound_Core::Begin_Stream(int rate, int blockFrames, double behindMs) {
     load.store(0.0F, std::memory_order_relaxed);
 }
 
+void Sound_Core::Silence() noexcept {
+    for (Due_Queue* const queue : {&live, &ahead}) {
+        for (queue->Collect(); queue->Next() != nullptr; queue->Pop(), queue->Collect()) {
+            const Sound_Op op = queue->Next()->op;
+            if (op == Sound_Op::Patch || op == Sound_Op::Pan || op == Sound_Op::Volume)
+                graph.Apply(*queue->Next());
+        }
+    }
+    graph.Silence();
+}
+
 void Sound_Core::Fix_Time(std::int64_t ns) noexcept {
     timeFixed = true;
     mapping.Fix(ns, 0);

@@ -32,6 +32,9 @@ public:
     void Raise_Generation(std::uint32_t oldestValid) noexcept;
 
     // ---- interface thread -----------------------------------------------------------------------------
+    /// Ends what sounds and drops the notes under way; patches, pans and volumes are taken. No driver may
+    /// be running.
+    void Silence() noexcept;
     /// A new stream from frame 0 on; what it sounds leaves the program behindMs after its callback. No
     /// driver may be running; any thread.
     void Begin_Stream(int sampleRate, int blockFrames, double behindMs);

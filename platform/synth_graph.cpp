@@ -112,6 +112,19 @@ void Synth_Graph::Apply(const Sound_Message& message) noexcept {
     }
 }
 
+void Synth_Graph::Silence() noexcept {
+    fading = false;
+    if (instance == nullptr)
+        return;
+    fluid_synth_all_sounds_off(instance->Synth(), -1);
+    for (int piece = 0; piece < CHECK_EVERY && sounding != 0; ++piece) {
+        Render_Slots(fadeLeft.data(), fadeRight.data());
+        Find_Silent_Slots();
+    }
+    for (auto& peak : slotPeaks)
+        peak.store(0.0F, std::memory_order_relaxed);
+}
+
 void Synth_Graph::Find_Silent_Slots() noexcept {
     piecesToCheck = CHECK_EVERY;
     fluid_synth_get_voicelist(instance->Synth(), voices.data(), static_cast<int>(voices.size()), -1);

@@ -27,6 +27,9 @@ public:
     /// Sounds an order; absurd values are brought into range, a slot above 31 is passed over.
     void Apply(const Sound_Message& message) noexcept;
 
+    /// Ends every voice at once, without its release.
+    void Silence() noexcept;
+
     /// Renders PIECE frames, with gain (linear) behind all slots reached at the end of the piece.
     void Render(float* left, float* right, float gain) noexcept;
 

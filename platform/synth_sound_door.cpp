@@ -53,6 +53,7 @@ std::vector<std::int32_t> Synth_Sound_Door::Set_Fonts(const std::vector<std::fil
 bool Synth_Sound_Door::Prepare_Stream(int sampleRate, int blockFrames, double deviceLatencyMs,
                                       std::string& error) {
     core.Collect_Garbage();
+    core.Silence();
     if (instanceRate != sampleRate) {
         std::unique_ptr<Synth_Instance> fresh = Synth_Instance::Make(sampleRate, fonts, error);
         if (fresh == nullptr)

@@ -251,12 +251,19 @@ TEST_F(Offline_Door, The_Tail_Ends_With_The_Last_Voice_Or_At_Its_Limit) {
 
 TEST_F(Offline_Door, While_Closed_Notes_Are_Refused_And_Settings_Kept) {
     const float full = Click_Level();
+    door.Post(Make(Sound_Op::Patch, 5, 2, 0, 0));
+    door.Post(Note(0, 5)); // is held
+    Run_Ms(50);
+    door.Post_From_Player(Note(clock.Now_Ns() + 20 * MS, 6)); // is under way
     door.Close();
     EXPECT_FALSE(door.Post(Note(0)));
     EXPECT_TRUE(door.Post(Make(Sound_Op::Patch, 0, 1, 0, 0)));
     EXPECT_FALSE(door.Status().open);
     std::string error;
     ASSERT_TRUE(door.Open({}, error)) << error;
+    Run_Ms(100);
+    EXPECT_EQ(door.Slot_Peak(5), 0.0F) << "the note before is over";
+    EXPECT_EQ(door.Slot_Peak(6), 0.0F) << "the row before is dropped";
     EXPECT_NEAR(Click_Level() / full, 1.0 / 3.0, 0.02);
 }
 

@@ -165,9 +165,15 @@ TEST_F(Synth_Fonts, Every_Cut_Is_Refused) {
 
 TEST_F(Synth_Fonts, Flipped_Bytes_Never_Crash) {
     const auto good = test::Make_Click_Font({{"A", 0, 0, 30000}});
+    const std::string text(good.begin(), good.end());
+    const std::size_t samplesBegin = text.find("smpl") + 8;
+    const std::size_t samplesEnd = text.find("LIST", samplesBegin);
+    ASSERT_LT(samplesEnd, good.size());
     for (const int flip : {0xff, 0x01}) {
         std::vector<std::vector<std::uint8_t>> variants;
         for (std::size_t at = 0; at < good.size(); ++at) {
+            if (at >= samplesBegin && at < samplesEnd)
+                continue; // another sound, the same structure
             variants.push_back(good);
             variants.back()[at] = static_cast<std::uint8_t>(good[at] ^ flip);
         }
