@@ -13,7 +13,7 @@ public:
     int Minimum_Buffer_Ms() const override { return 0; }
     bool Post(const Sound_Message&) noexcept override { return true; }
     bool Post_From_Player(const Sound_Message&) noexcept override { return true; }
-    void Raise_Generation(std::uint32_t) noexcept override {}
+    bool Take_Back_From_Player(std::int64_t) noexcept override { return true; }
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) override {
         std::vector<std::int32_t> handles;
         for (std::size_t i = 0; i < paths.size(); ++i)

@@ -13,19 +13,33 @@ bool Due_Queue::Later(const Waiting& a, const Waiting& b) noexcept {
 }
 
 bool Due_Queue::Push(const Sound_Message& message) noexcept {
-    if (ring.push(message))
+    if (ring.push({message, false}))
         return true;
     dropped.fetch_add(1, std::memory_order_relaxed);
     return false;
 }
 
+bool Due_Queue::Push_Take_Back(std::int64_t fromNs) noexcept {
+    Sound_Message from;
+    from.dueNs = fromNs;
+    return ring.push({from, true});
+}
+
 void Due_Queue::Collect() noexcept {
-    Waiting arrived{};
-    while (waiting.size() < waiting.capacity() && ring.pop(arrived.message)) {
-        arrived.order = nextOrder++;
-        waiting.push_back(arrived);
+    Arrival arrived{};
+    while (waiting.size() < waiting.capacity() && ring.pop(arrived)) {
+        if (arrived.takesBack) {
+            Take_Back(arrived.message.dueNs);
+            continue;
+        }
+        waiting.push_back({arrived.message, nextOrder++});
         std::push_heap(waiting.begin(), waiting.end(), Later);
     }
+}
+
+void Due_Queue::Take_Back(std::int64_t fromNs) noexcept {
+    std::erase_if(waiting, [fromNs](const Waiting& row) { return row.message.dueNs >= fromNs; });
+    std::make_heap(waiting.begin(), waiting.end(), Later);
 }
 
 void Due_Queue::Pop() noexcept {

@@ -23,12 +23,6 @@ Sound_Core::~Sound_Core() {
     delete current;
 }
 
-void Sound_Core::Raise_Generation(std::uint32_t oldestValid) noexcept {
-    std::uint32_t seen = generation.load(std::memory_order_relaxed);
-    while (oldestValid > seen && !generation.compare_exchange_weak(seen, oldestValid)) {
-    }
-}
-
 void Sound_Core::Begin_Stream(int rate, int blockFrames, double behindMs) {
     sampleRate = rate;
     deviceLatencyMs.store(behindMs, std::memory_order_relaxed);
@@ -123,7 +117,6 @@ void Sound_Core::Render_Piece() noexcept {
 }
 
 void Sound_Core::Deliver_Due(std::int64_t beforeFrame) noexcept {
-    const std::uint32_t oldestValid = generation.load(std::memory_order_acquire);
     for (;;) {
         const Sound_Message* const fromLive = live.Next();
         const Sound_Message* const fromAhead = ahead.Next();
@@ -132,10 +125,8 @@ void Sound_Core::Deliver_Due(std::int64_t beforeFrame) noexcept {
         const Sound_Message* const next = takeLive ? fromLive : fromAhead;
         if (next == nullptr || mapping.Frame_At(next->dueNs) + delayFrames >= beforeFrame)
             return;
-        if (next->generation == 0 || next->generation >= oldestValid) {
-            graph.Apply(*next);
-            Note_Latency(next->dueNs);
-        }
+        graph.Apply(*next);
+        Note_Latency(next->dueNs);
         (takeLive ? live : ahead).Pop();
     }
 }
@@ -161,7 +152,7 @@ void Sound_Core::Fill(Sound_Status& status) noexcept {
     status.latencyMs =
         latencyMs.load(std::memory_order_relaxed) + deviceLatencyMs.load(std::memory_order_relaxed);
     status.cpuPercent = static_cast<double>(load.load(std::memory_order_relaxed));
-    status.droppedMessages = live.Dropped_Count() + ahead.Dropped_Count();
+    status.droppedMessages = live.Dropped_Count();
     status.peakLeft = graph.Take_Left_Peak();
     status.peakRight = graph.Take_Right_Peak();
 }

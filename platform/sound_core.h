@@ -29,7 +29,7 @@ public:
     // ---- sending threads: interface thread and player thread ------------------------------------------
     bool Post(const Sound_Message& message) noexcept { return live.Push(message); }
     bool Post_From_Player(const Sound_Message& message) noexcept { return ahead.Push(message); }
-    void Raise_Generation(std::uint32_t oldestValid) noexcept;
+    bool Take_Back_From_Player(std::int64_t fromNs) noexcept { return ahead.Push_Take_Back(fromNs); }
 
     // ---- interface thread -----------------------------------------------------------------------------
     /// Ends what sounds and drops the notes under way; patches, pans and volumes are taken. No driver may
@@ -86,7 +86,6 @@ private:
     std::array<float, Synth_Graph::PIECE> right{};
     int pieceLeft = 0; ///< frames of the last piece not yet given out
 
-    std::atomic<std::uint32_t> generation{0};
     std::atomic<float> gain{1.0F};
     std::atomic<Synth_Instance*> incoming{nullptr};
     std::atomic<Synth_Instance*> outgoing{nullptr};

@@ -16,11 +16,10 @@ enum class Sound_Op : std::uint8_t { NoteOn, NoteOff, Patch, Pan, Volume, Channe
 struct Sound_Message {
     std::int64_t dueNs = 0; ///< Millisecond_Counter time at which it is due; sounds one block later
     Sound_Op op = Sound_Op::NoteOn;
-    std::uint8_t slot = 0;        ///< output slot 0 to 31
-    std::uint8_t a = 0;           ///< note, program, or value, 0 to 127
-    std::uint8_t b = 0;           ///< velocity or bank, 0 to 127
-    std::int32_t font = 0;        ///< Patch: font handle, 0 for the last font in the list that has the preset
-    std::uint32_t generation = 0; ///< rows of an older generation are dropped; 0 is never dropped
+    std::uint8_t slot = 0; ///< output slot 0 to 31
+    std::uint8_t a = 0;    ///< note, program, or value, 0 to 127
+    std::uint8_t b = 0;    ///< velocity or bank, 0 to 127
+    std::int32_t font = 0; ///< Patch: font handle, 0 for the last font in the list that has the preset
 };
 
 /// What the open device really does. Frames are frames of the running stream.
@@ -46,7 +45,8 @@ struct Sound_Request {
 };
 
 /// The road to the built-in synthesizer: 32 slots, one stereo pair each.
-/// Calls: interface thread, but Post_From_Player (the player thread). The audio thread sees only queues.
+/// Calls: interface thread, but Post_From_Player and Take_Back_From_Player (the player thread). The audio
+/// thread sees only queues.
 class Sound_Door {
 public:
     virtual ~Sound_Door() = default;
@@ -60,9 +60,13 @@ public:
 
     /// False when the queue is full: the message is dropped and counted.
     virtual bool Post(const Sound_Message& message) noexcept = 0;
+    /// False when the queue is full: the caller posts again later. Notes that meet no running stream are
+    /// let go, with true.
     virtual bool Post_From_Player(const Sound_Message& message) noexcept = 0;
-    /// Rows posted with a lower generation than this (0 excepted) no longer sound.
-    virtual void Raise_Generation(std::uint32_t generation) noexcept = 0;
+    /// What Post_From_Player was given before this call and is due at fromNs or later does not sound; what
+    /// is posted behind it does. Certain when the call comes before fromNs; what was due by the time of the
+    /// call may have sounded. False when the queue is full: nothing was taken back.
+    virtual bool Take_Back_From_Player(std::int64_t fromNs) noexcept = 0;
 
     /// Replaces the fonts in use; later ones take precedence. Loads in a scratch synthesizer on the
     /// calling thread, then swaps on the audio thread between two blocks. The result has one handle

@@ -24,7 +24,7 @@ bool Synth_Sound_Door::Post(const Sound_Message& message) noexcept {
 }
 
 bool Synth_Sound_Door::Post_From_Player(const Sound_Message& message) noexcept {
-    return Is_Welcome(message) && core.Post_From_Player(message);
+    return !Is_Welcome(message) || core.Post_From_Player(message);
 }
 
 std::vector<std::int32_t> Synth_Sound_Door::Set_Fonts(const std::vector<std::filesystem::path>& paths) {

@@ -20,7 +20,9 @@ class Synth_Sound_Door : public Sound_Door {
 public:
     bool Post(const Sound_Message& message) noexcept override;
     bool Post_From_Player(const Sound_Message& message) noexcept override;
-    void Raise_Generation(std::uint32_t generation) noexcept override { core.Raise_Generation(generation); }
+    bool Take_Back_From_Player(std::int64_t fromNs) noexcept override {
+        return core.Take_Back_From_Player(fromNs);
+    }
     /// A path keeps its handle as long as the door lives.
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) override;
     /// The square of value / 127, the curve of a channel's volume.

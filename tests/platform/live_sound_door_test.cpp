@@ -150,8 +150,9 @@ void Exercise(Live_Sound_Door& door, const Temp_Folder& folder, std::atomic<bool
         for (std::uint32_t i = 0; !stop; ++i) {
             Sound_Message row = Note(clock.Now_Ns() + 12'000'000);
             row.slot = static_cast<std::uint8_t>(i % OUTPUT_SLOTS);
-            row.generation = 1 + i / 100;
             door.Post_From_Player(row);
+            if (i % 100 == 0)
+                door.Take_Back_From_Player(row.dueNs - 5'000'000);
             std::this_thread::sleep_for(std::chrono::microseconds(300));
         }
     });
@@ -166,8 +167,6 @@ void Exercise(Live_Sound_Door& door, const Temp_Folder& folder, std::atomic<bool
         door.Set_Master_Volume(static_cast<int>(r >> 20 & 127));
         if (i % 100 == 50)
             door.Set_Fonts({folder / (i % 200 == 50 ? "b.sf2" : "a.sf2")});
-        if (i % 100 == 0)
-            door.Raise_Generation(static_cast<std::uint32_t>(i / 50));
         if (i == messages / 2)
             plugged = false;
         door.Status();

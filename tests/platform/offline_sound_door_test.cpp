@@ -116,20 +116,17 @@ TEST_F(Offline_Door, Each_Slot_Sounds_In_Its_Own_Pair) {
     EXPECT_EQ(door.Slot_Peak(32), 0.0F);
 }
 
-TEST_F(Offline_Door, Rows_Of_An_Older_Generation_Are_Dropped) {
-    const std::uint32_t generations[] = {1, 1, 2, 0, 1, 3};
-    for (int i = 0; i < 6; ++i) {
-        Sound_Message row = Note((i + 1) * 50 * MS);
-        row.generation = generations[i];
-        door.Post_From_Player(row);
-    }
-    Run_Ms(80); // the first has sounded
-    door.Raise_Generation(2);
-    door.Raise_Generation(1); // never goes back
+TEST_F(Offline_Door, Rows_Of_The_Player_Can_Be_Taken_Back) {
+    for (const int ms : {50, 100, 150, 250})
+        door.Post_From_Player(Note(ms * MS));
+    door.Post(Note(200 * MS)); // a live key is not the player's
+    Run_Ms(80);                // the first has sounded
+    EXPECT_TRUE(door.Take_Back_From_Player(150 * MS));
+    door.Post_From_Player(Note(300 * MS));
     Run_Ms(400);
     const auto onsets = test::Onsets(samples);
     ASSERT_EQ(onsets.size(), 4U);
-    const int expectedMs[] = {50, 150, 200, 300};
+    const int expectedMs[] = {50, 100, 200, 300};
     for (std::size_t i = 0; i < 4; ++i)
         EXPECT_NEAR(static_cast<double>(onsets[i]), expectedMs[i] * 44.1 + 256, 68.0) << i;
 }

@@ -20,7 +20,7 @@ public:
     std::vector<Sound_Request> opened;                        ///< one a call of Open
     std::vector<std::vector<std::filesystem::path>> fontSets; ///< one a call of Set_Fonts
     std::vector<std::filesystem::path> unloadable;            ///< Set_Fonts gives 0 for these
-    std::uint32_t generation = 0;                             ///< the highest raised
+    std::vector<std::int64_t> takenBack;                      ///< moments of Take_Back_From_Player
     std::string openError;                                    ///< not empty: Open fails with this text
     int minimumBufferMs = 6;
     Sound_Status status; ///< what Status gives; open follows Open and Close
@@ -39,8 +39,9 @@ public:
         return true;
     }
     bool Post_From_Player(const Sound_Message& message) noexcept override { return Post(message); }
-    void Raise_Generation(std::uint32_t raised) noexcept override {
-        generation = std::max(generation, raised);
+    bool Take_Back_From_Player(std::int64_t fromNs) noexcept override {
+        takenBack.push_back(fromNs);
+        return true;
     }
     /// Handles rise over all calls: the first font ever given has 1.
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) override {
