@@ -12,6 +12,20 @@ constexpr double NS_PER_MS = 1'000'000.0;
 
 } // namespace
 
+std::int64_t Moment_In(std::span<const Tempo_Segment> segments, std::int64_t startTickMs, double speed,
+                       double beats) {
+    const auto next =
+        std::partition_point(segments.begin() + 1, segments.end(),
+                             [beats](const Tempo_Segment& segment) { return segment.startBeat < beats; });
+    const Tempo_Segment& current = *(next - 1);
+    double ms =
+        (beats - current.startBeat) * Beat_Length_Ms(current.tempo) + static_cast<double>(current.startMs);
+    // Where the next segment's start was rounded down its beats must not come before these.
+    if (next != segments.end())
+        ms = std::min(ms, static_cast<double>(next->startMs));
+    return RoundHalfEven((static_cast<double>(startTickMs) + ms / speed) * NS_PER_MS);
+}
+
 VGetTickCount::VGetTickCount(const Millisecond_Counter& counterIn, const TempoChangeClass& tempoChangesIn,
                              const Project_State& projectIn)
     : counter(counterIn), tempoChanges(tempoChangesIn), project(projectIn) {}
@@ -24,13 +38,13 @@ std::int64_t VGetTickCount::Counter_Ms() const {
     return ManualClock ? ManualMS : counter.Now_Ms();
 }
 
-const std::vector<VGetTickCount::Segment>& VGetTickCount::Segments() const {
+const std::vector<Tempo_Segment>& VGetTickCount::Segments() const {
     if (!segments.empty() && segmentsRevision == tempoChanges.Revision() &&
         segmentsTempo == project.ProjectTempo)
         return segments;
     segments.assign(1, {.startBeat = 0.0, .startMs = 0, .tempo = project.ProjectTempo});
     for (const TempoChange& change : tempoChanges.In_Time_Order()) {
-        const Segment& last = segments.back();
+        const Tempo_Segment& last = segments.back();
         const double ms =
             (change.BeatN - last.startBeat) * Beat_Length_Ms(last.tempo) + static_cast<double>(last.startMs);
         segments.push_back({.startBeat = change.BeatN, .startMs = RoundHalfEven(ms), .tempo = change.Tempo});
@@ -43,9 +57,10 @@ const std::vector<VGetTickCount::Segment>& VGetTickCount::Segments() const {
 void VGetTickCount::Find_Segment(double beats) {
     const auto& all = Segments();
     // A change at exactly the asked position does not count yet.
-    const auto next = std::partition_point(
-        all.begin() + 1, all.end(), [beats](const Segment& segment) { return segment.startBeat < beats; });
-    const Segment& current = *(next - 1);
+    const auto next = std::partition_point(all.begin() + 1, all.end(), [beats](const Tempo_Segment& segment) {
+        return segment.startBeat < beats;
+    });
+    const Tempo_Segment& current = *(next - 1);
     SegmentMS = current.startMs;
     SegmentBeat = current.startBeat;
     Tempo = current.tempo;
@@ -61,8 +76,10 @@ double VGetTickCount::GetTime() {
     if (!UseTempoMap)
         return static_cast<double>(ms) / Beat_Length_Ms(Tempo) + StartBeat;
     const double beats = static_cast<double>(ms - SegmentMS) / Beat_Length_Ms(Tempo) + SegmentBeat;
-    if (beats >= NextChangeBeat)
+    if (beats >= NextChangeBeat) {
         Find_Segment(beats);
+        Set_RenderDLL_Clock();
+    }
     return beats;
 }
 
@@ -73,10 +90,10 @@ double VGetTickCount::GetTime_At(std::int64_t momentNs) const {
     if (!UseTempoMap)
         return ms / Beat_Length_Ms(Tempo) + StartBeat;
     const auto& all = Segments();
-    const auto next = std::partition_point(all.begin() + 1, all.end(), [ms](const Segment& segment) {
+    const auto next = std::partition_point(all.begin() + 1, all.end(), [ms](const Tempo_Segment& segment) {
         return static_cast<double>(segment.startMs) <= ms;
     });
-    const Segment& current = *(next - 1);
+    const Tempo_Segment& current = *(next - 1);
     const double beats =
         (ms - static_cast<double>(current.startMs)) / Beat_Length_Ms(current.tempo) + current.startBeat;
     // Where the next segment's start was rounded up the time until then belongs to its first beat.
@@ -84,22 +101,20 @@ double VGetTickCount::GetTime_At(std::int64_t momentNs) const {
 }
 
 std::int64_t VGetTickCount::Moment_Of(double beats) const {
-    double ms = 0.0;
-    if (!UseTempoMap) {
-        ms = (beats - StartBeat) * Beat_Length_Ms(Tempo);
-    } else {
-        const auto& all = Segments();
-        const auto next = std::partition_point(all.begin() + 1, all.end(), [beats](const Segment& segment) {
-            return segment.startBeat < beats;
-        });
-        const Segment& current = *(next - 1);
-        ms = (beats - current.startBeat) * Beat_Length_Ms(current.tempo) +
-             static_cast<double>(current.startMs);
-        // Where the next segment's start was rounded down its beats must not come before these.
-        if (next != all.end())
-            ms = std::min(ms, static_cast<double>(next->startMs));
-    }
-    return RoundHalfEven((static_cast<double>(StartTickMS) + ms / Usable_Speed()) * NS_PER_MS);
+    if (UseTempoMap)
+        return Moment_In(Segments(), StartTickMS, Usable_Speed(), beats);
+    const Tempo_Segment only{.startBeat = StartBeat, .startMs = 0, .tempo = Tempo};
+    return Moment_In({&only, 1}, StartTickMS, Usable_Speed(), beats);
+}
+
+void VGetTickCount::Set_RenderDLL_Clock() const {
+    if (listener == nullptr)
+        return;
+    const auto speed = static_cast<float>(Usable_Speed());
+    if (UseTempoMap)
+        listener->clock_SetPars(speed, Tempo, StartTickMS, SegmentMS, SegmentBeat, Segments());
+    else
+        listener->clock_SetPars(speed, Tempo, StartTickMS, 0, StartBeat, {});
 }
 
 void VGetTickCount::Reset() {

@@ -5,9 +5,37 @@
 #include "song/tempo_change_class.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace tonvex {
+
+/// A stretch of one tempo. startMs is in song milliseconds.
+struct Tempo_Segment {
+    double startBeat = 0.0;
+    std::int64_t startMs = 0;
+    std::int32_t tempo = 80;
+    bool operator==(const Tempo_Segment&) const = default;
+};
+
+/// The moment (Millisecond_Counter ns) at which a clock that began at startTickMs and runs at speed (above 0)
+/// through the segments, of which there is at least one, reads beats. Never falls when beats rises.
+/// Logarithmic in the number of segments.
+std::int64_t Moment_In(std::span<const Tempo_Segment> segments, std::int64_t startTickMs, double speed,
+                       double beats);
+
+/// Follows a clock, so as to compute the same position. Interface thread.
+class Clock_Listener {
+public:
+    virtual ~Clock_Listener() = default;
+    /// Position = SegmentBeat + ((counter ms - StartTick) * Speed - SegmentMs) / (60000 / Tempo) in the
+    /// segment that the clock is in. map holds all segments of the song, this one among them, so that a
+    /// listener that looks ahead need not wait for the next call; empty when the clock goes by one tempo
+    /// alone.
+    virtual void clock_SetPars(float Speed, std::int32_t Tempo, std::int64_t StartTick,
+                               std::int64_t SegmentMs, double SegmentBeat,
+                               std::span<const Tempo_Segment> map) = 0;
+};
 
 /// Turns the machine's millisecond counter into a song position through the tempo list.
 /// Formulas: position = (clock ms - SegmentMS) / (60000 / Tempo) + SegmentBeat with the tempo map on,
@@ -49,22 +77,20 @@ public:
     /// does not read it.
     void UpdateClockTempo(double beats);
 
+    /// Tells the listener how the clock stands; done by itself whenever the position passes into another
+    /// segment.
+    void Set_RenderDLL_Clock() const;
+    Clock_Listener* listener = nullptr; ///< may be null; outlives its registration
+
     double Next_Change_Beat() const noexcept { return NextChangeBeat; }
     std::int64_t Segment_MS() const noexcept { return SegmentMS; }
     double Segment_Beat() const noexcept { return SegmentBeat; }
     std::int64_t Start_Tick_MS() const noexcept { return StartTickMS; }
 
 private:
-    /// A stretch of one tempo. startMs is in song milliseconds.
-    struct Segment {
-        double startBeat;
-        std::int64_t startMs;
-        std::int32_t tempo;
-    };
-
     double Usable_Speed() const noexcept;
     std::int64_t Counter_Ms() const;
-    const std::vector<Segment>& Segments() const;
+    const std::vector<Tempo_Segment>& Segments() const;
     void Find_Segment(double beats);
 
     const Millisecond_Counter& counter;
@@ -76,7 +102,7 @@ private:
     double SegmentBeat = 0.0;
 
     // Worked out from the tempo list and the base tempo, kept until one of them changes.
-    mutable std::vector<Segment> segments;
+    mutable std::vector<Tempo_Segment> segments;
     mutable std::uint64_t segmentsRevision = 0;
     mutable std::int32_t segmentsTempo = 0;
 };
