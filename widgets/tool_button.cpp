@@ -166,8 +166,7 @@ void Tool_Button::Paint_Face(QPainter& painter, const QRectF& box) {
         return;
     }
     QColor front = t.text;
-    // The sign of the run that is on stays bright, though its button is locked.
-    if (!isEnabled() && !isChecked())
+    if (!isEnabled())
         front = t.dim;
     else if (tint == Icon_Tint::Record)
         front = t.record;

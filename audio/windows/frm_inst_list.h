@@ -62,7 +62,6 @@ private:
     void Load_For_Test();
     void Stop_Test();
     void Accept_List();
-    void Load_Song_Fonts();
 
     Session& session;
     std::vector<Font_Row> rows;

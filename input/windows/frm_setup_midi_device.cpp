@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace tonvex {
 
@@ -231,7 +230,7 @@ void frmSetUpMidiDevice::Fill_Lists() {
 }
 
 void frmSetUpMidiDevice::Refresh_Lists() {
-    Enable_Controls(); // a run may have begun or ended
+    Show_Latency();
     auto outputsNow = session.output->Output_Devices();
     auto inputsNow = session.output->Input_Devices();
     if (!Same_Rows(outputs, outputsNow)) {
@@ -281,7 +280,7 @@ void frmSetUpMidiDevice::Enable_Controls() {
     noInput->setEnabled(Selected(List2, id));
     if (inputs.empty())
         inputHint->setText(tr("Plug in a MIDI keyboard: it appears here."));
-    inputHint->setVisible(inputs.empty() || (Timer1.isActive() && Label2->isHidden()));
+    inputHint->setVisible(inputs.empty() || Timer1.isActive());
     Show_Latency();
 }
 
@@ -404,14 +403,15 @@ void frmSetUpMidiDevice::done(int result) {
     Stop_Output_Test();
     Stop_Input_Test();
     deviceTimer.stop();
-    // Whoever waits for the end of the window finds the devices as they are to be.
-    if (std::exchange(outputTested, false))
+    QDialog::done(result);
+    if (outputTested)
         session.Reopen_Output();
     session.input->MidiInDevice = session.settings.Global_MidiSetup_InDevice;
     // A run keeps the input that it has.
-    if (std::exchange(inputTested, false) && !session.transport.Song_Runs())
+    if (inputTested && !session.transport.Song_Runs())
         session.Select_Input(session.settings.Global_Current_Input);
-    QDialog::done(result);
+    outputTested = false;
+    inputTested = false;
 }
 
 } // namespace tonvex

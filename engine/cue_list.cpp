@@ -1,0 +1,83 @@
+#include "engine/cue_list.h"
+
+#include "engine/channel_player_class.h"
+#include "platform/sound_door.h"
+
+#include <algorithm>
+#include <cmath>
+#include <deque>
+#include <map>
+#include <utility>
+
+namespace tonvex {
+
+namespace {
+
+constexpr std::uint16_t HIGHEST_VALUE = 127;
+
+std::uint8_t Midi_Value(std::uint16_t value) {
+    return static_cast<std::uint8_t>(std::min(value, HIGHEST_VALUE));
+}
+
+} // namespace
+
+std::shared_ptr<const Cue_List> Cue_List::Make(std::span<const CueRow> rows) {
+    auto list = std::make_shared<Cue_List>();
+    list->items.reserve(rows.size());
+    std::map<std::pair<int, int>, std::deque<std::int32_t>> open; // by channel and note, oldest first
+    for (const CueRow& row : rows) {
+        if (row.Data1 == CueRow::LIST_MARKER) {
+            list->row = row.Data2;
+            continue;
+        }
+        if (row.Channel < 0 || row.Channel >= OUTPUT_SLOTS || !std::isfinite(row.Time))
+            continue;
+        const auto slot = static_cast<std::uint8_t>(row.Channel);
+        const std::int64_t at = CHannelPlayerClass::Moment_At(row.Time);
+        if (row.Data1 == CueRow::PATCH_CHANGE) {
+            list->items.push_back({at, -1, row.Font, Kind::Patch, slot, Midi_Value(row.Data2 & 255U),
+                                   Midi_Value(static_cast<std::uint16_t>(row.Data2 >> 8U))});
+            continue;
+        }
+        if (row.Data1 > HIGHEST_VALUE)
+            continue;
+        const auto number = static_cast<std::uint8_t>(row.Data1);
+        auto& waiting = open[{row.Channel, row.Data1}];
+        if (row.Data2 > 0) {
+            const auto index = static_cast<std::int32_t>(list->notes.size());
+            const std::uint8_t velocity = Midi_Value(row.Data2);
+            list->notes.push_back({at, NEVER, slot, number, velocity});
+            list->items.push_back({at, index, 0, Kind::On, slot, number, velocity});
+            waiting.push_back(index);
+        } else if (!waiting.empty()) {
+            Note& note = list->notes[static_cast<std::size_t>(waiting.front())];
+            note.endAt = std::max(at, note.at + 1);
+            list->items.push_back({note.endAt, waiting.front(), 0, Kind::Off, slot, number, 0});
+            waiting.pop_front();
+        }
+    }
+    std::stable_sort(list->items.begin(), list->items.end(), [](const Item& left, const Item& right) {
+        if (left.at != right.at)
+            return left.at < right.at;
+        return left.kind == Kind::Off && right.kind != Kind::Off;
+    });
+    return list;
+}
+
+std::size_t Cue_List::First_At(std::int64_t at) const noexcept {
+    const auto found =
+        std::partition_point(items.begin(), items.end(), [at](const Item& item) { return item.at < at; });
+    return static_cast<std::size_t>(found - items.begin());
+}
+
+std::int32_t Cue_List::Find_Same(const Note& note, std::span<const std::uint8_t> taken) const noexcept {
+    for (std::size_t i = First_At(note.at); i < items.size() && items[i].at == note.at; ++i) {
+        const Item& item = items[i];
+        if (item.kind == Kind::On && item.slot == note.slot && item.a == note.number &&
+            item.b == note.velocity && taken[static_cast<std::size_t>(item.note)] == 0)
+            return item.note;
+    }
+    return -1;
+}
+
+} // namespace tonvex

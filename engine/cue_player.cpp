@@ -1,0 +1,358 @@
+#include "engine/cue_player.h"
+
+#include "engine/channel_player_class.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tonvex {
+
+namespace {
+
+constexpr std::uint8_t NOTE_OFF_VELOCITY = 100;
+constexpr float HIGHEST_VELOCITY = 127.0F;
+constexpr double BEATS_A_MOMENT = 1.0e-9;
+/// How soon an output without room is tried again.
+constexpr std::int64_t RETRY_NS = 1'000'000;
+/// Rows that close together go out in one go.
+constexpr std::int64_t GRAIN_NS = 1'000'000;
+
+std::size_t Index(int value) {
+    return static_cast<std::size_t>(value);
+}
+
+} // namespace
+
+Cue_Player::Cue_Player(Cue_Output& cueOutput, const Millisecond_Counter& machineClock, std::int64_t margin)
+    : output(cueOutput), counter(machineClock), marginNs(margin) {}
+
+void Cue_Player::Set_Output(bool synth, std::int64_t lead) {
+    output.Use(synth);
+    leadNs = lead;
+}
+
+void Cue_Player::Set_List_Count(std::size_t count) {
+    lists.assign(count, {});
+    const auto empty = Cue_List::Make({});
+    for (List& list : lists)
+        list.rows = empty;
+}
+
+void Cue_Player::Set_List(std::size_t index, std::shared_ptr<const Cue_List> rows) {
+    if (index >= lists.size())
+        return;
+    lists[index].sounding.assign(rows->Notes().size(), 0);
+    lists[index].rows = std::move(rows);
+    lists[index].next = 0;
+}
+
+void Cue_Player::Set_Position(double beats) {
+    position = CHannelPlayerClass::Moment_At(beats);
+    for (List& list : lists)
+        list.next = list.rows->First_At(position);
+}
+
+void Cue_Player::Start() {
+    playing = true;
+    lastDueNs = settledNs;
+}
+
+void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>& rows, bool keepSounding) {
+    if (index >= lists.size())
+        return;
+    Take_Back();
+    List& list = lists[index];
+    std::vector<std::uint8_t> kept(rows->Notes().size(), 0);
+    for (std::size_t note = 0; note < list.sounding.size(); ++note) {
+        if (list.sounding[note] == 0)
+            continue;
+        const std::int32_t same = keepSounding ? rows->Find_Same(list.rows->Notes()[note], kept) : -1;
+        if (same >= 0 && Moment_Of(rows->Notes()[static_cast<std::size_t>(same)].endAt) >= cutNs)
+            kept[static_cast<std::size_t>(same)] = 1;
+        else
+            Close(list, static_cast<std::int32_t>(note));
+    }
+    list.rows.swap(rows);
+    list.sounding = std::move(kept);
+    list.next = list.rows->First_At(position);
+    const auto items = list.rows->Items();
+    const auto passed = std::partition_point(
+        items.begin() + static_cast<std::ptrdiff_t>(list.next), items.end(),
+        [this](const Cue_List::Item& item) { return playing && Moment_Of(item.at) < cutNs; });
+    list.next = static_cast<std::size_t>(passed - items.begin());
+}
+
+/// Rows of the channel are in flight.
+bool Cue_Player::Flies_With(int row) const {
+    return std::any_of(inFlight.begin(), inFlight.end(), [this, row](const In_Flight& flying) {
+        return flying.at != Cue_List::NEVER && lists[flying.list].rows->Row() == row;
+    });
+}
+
+void Cue_Player::Set_Mute(int row, bool mute) {
+    for (List& list : lists) {
+        if (list.rows->Row() != row || list.muted == mute)
+            continue;
+        Take_Back();
+        list.muted = mute;
+        if (mute)
+            Close_All(list);
+    }
+}
+
+void Cue_Player::Set_Vol_Factor(int row, float factor) {
+    if (Flies_With(row))
+        Take_Back();
+    for (List& list : lists) {
+        if (list.rows->Row() == row)
+            list.factor = factor;
+    }
+}
+
+void Cue_Player::Set_Performer_Slot(int slot) {
+    if (slot == performerSlot)
+        return;
+    Take_Back();
+    performerSlot = slot;
+}
+
+void Cue_Player::Set_Live_Notes(const Live_Notes& notes) {
+    const bool touchesFlying =
+        std::any_of(inFlight.begin(), inFlight.end(), [this, &notes](const In_Flight& flying) {
+            const std::size_t note = flying.message.a;
+            return flying.message.op == Sound_Op::NoteOff && flying.message.slot == performerSlot &&
+                   (liveNotes[note] > 0) != (notes[note] > 0);
+        });
+    if (touchesFlying)
+        Take_Back();
+    liveNotes = notes;
+}
+
+void Cue_Player::Set_Clock(float newSpeed, std::int64_t newStart, std::vector<Tempo_Segment> newSegments) {
+    const bool moves =
+        clockSet && std::any_of(inFlight.begin(), inFlight.end(), [&](const In_Flight& flying) {
+            return flying.at != Cue_List::NEVER &&
+                   Moment_In(newSegments, newStart, static_cast<double>(newSpeed),
+                             static_cast<double>(flying.at) * BEATS_A_MOMENT) != Moment_Of(flying.at);
+        });
+    if (moves)
+        Take_Back();
+    speed = static_cast<double>(newSpeed);
+    startTickMs = newStart;
+    segments = std::move(newSegments);
+    clockSet = !segments.empty();
+}
+
+void Cue_Player::Stop() {
+    if (!playing)
+        return;
+    Take_Back();
+    for (List& list : lists)
+        Close_All(list);
+    Settle(NEVER);
+    settledNs = std::max(settledNs, cutNs);
+    tookBack = false;
+    playing = false;
+}
+
+std::int64_t Cue_Player::Moment_Of(std::int64_t at) const {
+    if (!clockSet || at == Cue_List::NEVER)
+        return NEVER;
+    return Moment_In(segments, startTickMs, speed, static_cast<double>(at) * BEATS_A_MOMENT);
+}
+
+/// The list whose next row comes first; at equal moments offs before all else, then the order of the lists.
+std::size_t Cue_Player::Next_List() const {
+    std::size_t best = NO_LIST;
+    const Cue_List::Item* bestItem = nullptr;
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        const auto items = lists[i].rows->Items();
+        if (lists[i].next >= items.size())
+            continue;
+        const Cue_List::Item& item = items[lists[i].next];
+        const bool first =
+            bestItem == nullptr || item.at < bestItem->at ||
+            (item.at == bestItem->at && item.kind == Cue_List::Kind::Off && bestItem->kind != item.kind);
+        if (first) {
+            best = i;
+            bestItem = &item;
+        }
+    }
+    return best;
+}
+
+bool Cue_Player::Held(int slot, int note) const noexcept {
+    return slot == performerSlot && liveNotes[Index(note)] > 0;
+}
+
+/// False when the output has no room; nothing has happened then.
+bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
+    List& list = lists[index];
+    const Cue_List::Item& item = list.rows->Items()[list.next];
+    In_Flight row{{}, item.at, static_cast<std::uint32_t>(index), list.next, Effect::None, false};
+    row.message.dueNs = dueNs;
+    row.message.slot = item.slot;
+    row.message.a = item.a;
+    std::int32_t* count = item.kind == Cue_List::Kind::Patch ? nullptr : &counts[item.slot][item.a];
+    switch (item.kind) {
+    case Cue_List::Kind::On:
+        row.message.op = Sound_Op::NoteOn;
+        row.message.b = static_cast<std::uint8_t>(
+            std::clamp(static_cast<float>(item.b) * list.factor, 0.0F, HIGHEST_VELOCITY));
+        row.sent = !list.muted;
+        row.effect = row.sent ? Effect::Opened : Effect::None;
+        break;
+    case Cue_List::Kind::Off:
+        row.message.op = Sound_Op::NoteOff;
+        row.message.b = NOTE_OFF_VELOCITY;
+        if (list.sounding[static_cast<std::size_t>(item.note)] != 0) {
+            row.effect = Effect::Closed;
+            row.sent = *count == 1 && !Held(item.slot, item.a);
+        }
+        break;
+    case Cue_List::Kind::Patch:
+        row.message.op = Sound_Op::Patch;
+        row.message.b = item.b;
+        row.message.font = item.font;
+        row.sent = !list.muted;
+        break;
+    }
+    if (row.sent && !output.Send(row.message))
+        return false;
+    if (row.effect != Effect::None) {
+        const bool opened = row.effect == Effect::Opened;
+        list.sounding[static_cast<std::size_t>(item.note)] = opened ? 1 : 0;
+        *count += opened ? 1 : -1;
+    }
+    ++list.next;
+    lastDueNs = dueNs;
+    inFlight.push_back(row);
+    return true;
+}
+
+std::int64_t Cue_Player::Advance() {
+    const std::int64_t now = counter.Now_Ns();
+    settledNs = std::max(settledNs, tookBack ? std::max(cutNs, now) : now);
+    tookBack = false;
+    if (!Send_Owed_Offs())
+        return now + RETRY_NS;
+    std::int64_t wakeNs = NEVER;
+    while (playing) {
+        const std::size_t index = Next_List();
+        if (index == NO_LIST)
+            break;
+        const std::int64_t moment = Moment_Of(lists[index].rows->Items()[lists[index].next].at);
+        if (moment == NEVER)
+            break;
+        if (moment > now + leadNs + (leadNs > 0 ? GRAIN_NS : 0)) {
+            wakeNs = moment - leadNs;
+            break;
+        }
+        if (!Walk(index, std::max(moment, lastDueNs))) {
+            wakeNs = now + RETRY_NS;
+            break;
+        }
+    }
+    Settle(now);
+    if (wakeNs == NEVER && !inFlight.empty())
+        wakeNs = inFlight.back().message.dueNs;
+    return wakeNs;
+}
+
+/// False when the output still has no room for them.
+bool Cue_Player::Send_Owed_Offs() {
+    while (!owedOffs.empty()) {
+        if (!output.Send(owedOffs.back()))
+            return false;
+        output.Sounded(owedOffs.back());
+        owedOffs.pop_back();
+    }
+    return true;
+}
+
+void Cue_Player::Settle(std::int64_t untilNs) {
+    while (!inFlight.empty() && inFlight.front().message.dueNs <= untilNs) {
+        if (inFlight.front().sent)
+            output.Sounded(inFlight.front().message);
+        inFlight.pop_front();
+    }
+}
+
+bool Cue_Player::At_End() const {
+    return inFlight.empty() && Next_List() == NO_LIST;
+}
+
+/// Once between two calls of Advance: from cutNs on everything is as if it had not been walked.
+void Cue_Player::Take_Back() {
+    if (tookBack || !playing)
+        return;
+    tookBack = true;
+    cutNs = std::max(counter.Now_Ns() + marginNs, settledNs + 1);
+    if (inFlight.empty() || inFlight.back().message.dueNs < cutNs)
+        return;
+    if (!output.Take_Back(cutNs)) {
+        cutNs = inFlight.back().message.dueNs + 1; // it sounds; what changes does so behind it
+        return;
+    }
+    // A thread that was put off since it read the clock may have come too late for the first of them.
+    const std::int64_t doubtfulUntilNs = marginNs > 0 ? counter.Now_Ns() : cutNs - 1;
+    doubtful.clear();
+    while (!inFlight.empty() && inFlight.back().message.dueNs >= cutNs) {
+        const In_Flight& row = inFlight.back();
+        if (row.sent && row.message.op == Sound_Op::NoteOn && row.message.dueNs <= doubtfulUntilNs)
+            doubtful.emplace_back(row.message.slot, row.message.a);
+        Undo(row);
+        inFlight.pop_back();
+    }
+    lastDueNs = cutNs;
+    for (const auto& [slot, note] : doubtful) {
+        if (counts[Index(slot)][Index(note)] == 0)
+            Send_Off(slot, note);
+    }
+}
+
+void Cue_Player::Undo(const In_Flight& row) {
+    if (row.at == Cue_List::NEVER)
+        return;
+    List& list = lists[row.list];
+    list.next = row.item;
+    if (row.effect == Effect::None)
+        return;
+    const bool opened = row.effect == Effect::Opened;
+    const auto note = static_cast<std::size_t>(list.rows->Items()[row.item].note);
+    list.sounding[note] = opened ? 0 : 1;
+    counts[row.message.slot][row.message.a] += opened ? -1 : 1;
+}
+
+void Cue_Player::Close(List& list, std::int32_t note) {
+    const Cue_List::Note& ended = list.rows->Notes()[static_cast<std::size_t>(note)];
+    list.sounding[static_cast<std::size_t>(note)] = 0;
+    if (--counts[ended.slot][ended.number] == 0)
+        Send_Off(ended.slot, ended.number);
+}
+
+void Cue_Player::Close_All(List& list) {
+    for (std::size_t note = 0; note < list.sounding.size(); ++note) {
+        if (list.sounding[note] != 0)
+            Close(list, static_cast<std::int32_t>(note));
+    }
+}
+
+/// At the moment from which on everything was taken back.
+void Cue_Player::Send_Off(int slot, int note) {
+    In_Flight off{{}, Cue_List::NEVER, 0, 0, Effect::None, !Held(slot, note)};
+    off.message.dueNs = cutNs;
+    off.message.op = Sound_Op::NoteOff;
+    off.message.slot = static_cast<std::uint8_t>(slot);
+    off.message.a = static_cast<std::uint8_t>(note);
+    off.message.b = NOTE_OFF_VELOCITY;
+    if (!off.sent)
+        return;
+    lastDueNs = std::max(lastDueNs, cutNs);
+    if (output.Send(off.message))
+        inFlight.push_back(off);
+    else
+        owedOffs.push_back(off.message);
+}
+
+} // namespace tonvex

@@ -1,0 +1,126 @@
+#pragma once
+
+#include "engine/cue_list.h"
+#include "engine/cue_output.h"
+#include "platform/millisecond_counter.h"
+#include "song/vget_tick_count.h"
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace tonvex {
+
+/// Walks the lists of the player library against its clock: the part of it that knows no threads. Whoever
+/// owns it calls everything on one thread. Moments are Millisecond_Counter ns.
+///
+/// Rows go out ahead of their moments by up to the lead. Until a row's moment has come it is in flight: what
+/// changes the course of things first takes back all that is in flight, from a little behind now on, and the
+/// next Advance walks from there again. So a change acts at once, and what it does not touch sounds as if
+/// nothing had been.
+///
+/// Every on that went out gets its off: at its row, or when its list is muted, replaced or stopped. Of
+/// several notes of one number on one slot the last to end sends it. An off for a note that was not sent is
+/// not sent.
+class Cue_Player {
+public:
+    static constexpr std::int64_t NEVER = INT64_MAX;
+    using Live_Notes = std::array<std::int32_t, 128>;
+
+    /// marginNs: how far behind now taking back begins; long enough to reach whoever sounds the rows. Both
+    /// references outlive the player.
+    Cue_Player(Cue_Output& output, const Millisecond_Counter& counter, std::int64_t marginNs);
+
+    // ---- while idle --------------------------------------------------------------------------------------
+    void Set_Output(bool synth, std::int64_t leadNs);
+    /// Drops all lists and makes room for so many.
+    void Set_List_Count(std::size_t count);
+    void Set_List(std::size_t index, std::shared_ptr<const Cue_List> list);
+    /// Every list goes on at its first row at or behind beats.
+    void Set_Position(double beats);
+    void Start();
+
+    // ---- at any time -------------------------------------------------------------------------------------
+    /// list goes in and the one before comes out. Its sounding notes get their offs; with keepSounding those
+    /// that the new list has as well go on to their new end.
+    void Replace_List(std::size_t index, std::shared_ptr<const Cue_List>& list, bool keepSounding);
+    void Set_Mute(int row, bool mute);
+    void Set_Vol_Factor(int row, float factor);
+    /// slot: the performer's, -1 for none.
+    void Set_Performer_Slot(int slot);
+    void Set_Live_Notes(const Live_Notes& notes);
+    /// segments: at least one. speed above 0.
+    void Set_Clock(float speed, std::int64_t startTickMs, std::vector<Tempo_Segment> segments);
+    void Stop();
+
+    /// Sends what is due up to now and the lead. The moment at which to call again; NEVER when only a change
+    /// can bring anything.
+    std::int64_t Advance();
+    bool Is_Playing() const noexcept { return playing; }
+    /// Nothing is left to start, to end or in flight.
+    bool At_End() const;
+
+private:
+    struct List {
+        std::shared_ptr<const Cue_List> rows;
+        std::size_t next = 0;
+        bool muted = false;
+        float factor = 1.0F;
+        std::vector<std::uint8_t> sounding; ///< by note: its on went out and its off has not been walked
+    };
+    enum class Effect : std::uint8_t { None, Opened, Closed };
+    /// A row that was walked and whose moment has not come, or an off that a change sent.
+    struct In_Flight {
+        Sound_Message message;
+        std::int64_t at; ///< billionths of a beat; Cue_List::NEVER for an off of a change
+        std::uint32_t list;
+        std::size_t item;
+        Effect effect;
+        bool sent;
+    };
+    using Counts = std::array<std::array<std::int32_t, 128>, OUTPUT_SLOTS>;
+
+    static constexpr std::size_t NO_LIST = SIZE_MAX;
+
+    std::int64_t Moment_Of(std::int64_t at) const;
+    std::size_t Next_List() const;
+    bool Walk(std::size_t index, std::int64_t dueNs);
+    bool Held(int slot, int note) const noexcept;
+    void Take_Back();
+    void Undo(const In_Flight& row);
+    void Close(List& list, std::int32_t note);
+    void Close_All(List& list);
+    void Send_Off(int slot, int note);
+    bool Send_Owed_Offs();
+    void Settle(std::int64_t untilNs);
+    bool Flies_With(int row) const;
+
+    Cue_Output& output;
+    const Millisecond_Counter& counter;
+    std::int64_t marginNs;
+    std::int64_t leadNs = 0;
+    bool playing = false;
+    std::int64_t position = 0; ///< where playing begins, billionths of a beat
+    std::vector<List> lists;
+    Counts counts{}; ///< sounding notes by slot and number
+    Live_Notes liveNotes{};
+    int performerSlot = -1;
+
+    bool clockSet = false;
+    double speed = 1.0;
+    std::int64_t startTickMs = 0;
+    std::vector<Tempo_Segment> segments;
+
+    std::deque<In_Flight> inFlight;            ///< in order of their moments
+    std::int64_t lastDueNs = 0;                ///< of the row walked last; moments never go back
+    std::int64_t settledNs = 0;                ///< what is due until here can no longer be taken back
+    bool tookBack = false;                     ///< since the last Advance
+    std::int64_t cutNs = 0;                    ///< from where it was taken back
+    std::vector<Sound_Message> owedOffs;       ///< for which the output had no room
+    std::vector<std::pair<int, int>> doubtful; ///< slot and note of ons that may have sounded nevertheless
+};
+
+} // namespace tonvex

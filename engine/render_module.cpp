@@ -1,0 +1,130 @@
+#include "engine/render_module.h"
+
+#include <algorithm>
+#include <chrono>
+#include <span>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace tonvex {
+
+namespace {
+
+/// The thread answers within a fraction of a millisecond; messages run only when it is held up.
+constexpr int WAITS_BEFORE_MESSAGES_RUN = 100;
+constexpr std::chrono::microseconds WAIT{100};
+
+} // namespace
+
+RenderModule::RenderModule(GlobalChannelsManager& channelTable, GCM_Midi& gcmMidi, CueEngine& cueEngine,
+                           Run_Loop& runLoop)
+    : channels(channelTable), gcm(gcmMidi), engine(cueEngine), loop(runLoop) {
+    listOfRow.fill(NO_LIST);
+}
+
+bool RenderModule::Render_Start(int excludeRow) {
+    std::vector<Render_MidiEventColClass> lists;
+    std::int32_t maxRows = 0;
+    listOfRow.fill(NO_LIST);
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (!channels.Is_Live_Row(row) || Is_On(channels.Channels[static_cast<std::size_t>(row)].IsAudio))
+            continue;
+        listOfRow[static_cast<std::size_t>(row)] = static_cast<std::int32_t>(lists.size());
+        lists.push_back(row == excludeRow ? Render_EmptyChannel(row) : Render_Channel(row));
+        maxRows = std::max(maxRows, lists.back().TotalEvents());
+    }
+    if (!engine.Init_Buffers(static_cast<std::int32_t>(lists.size()) - 1, maxRows)) {
+        listOfRow.fill(NO_LIST);
+        return false;
+    }
+    for (std::size_t i = 0; i < lists.size(); ++i)
+        lists[i].CopyDataToDll(engine, static_cast<std::int32_t>(i));
+    return true;
+}
+
+Render_MidiEventColClass RenderModule::Render_EmptyChannel(int channelRow) const {
+    Render_MidiEventColClass list;
+    list.AddEvent(0, 0.0, CueRow::LIST_MARKER, static_cast<std::uint16_t>(channelRow));
+    return list;
+}
+
+Render_MidiEventColClass RenderModule::Render_Channel(int channelRow) {
+    return Render(channelRow, true);
+}
+
+Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches) {
+    Render_MidiEventColClass list = Render_EmptyChannel(channelRow);
+    if (channelRow < 0 || channelRow >= GlobalChannelsManager::CHANNEL_ROWS ||
+        !channels.Is_Live_Row(channelRow))
+        return list;
+    const GlobalChannel& channel = channels.Channels[static_cast<std::size_t>(channelRow)];
+    if (Is_On(channel.IsAudio) || channel.OutputChannel >= OUTPUT_SLOTS)
+        return list;
+    const auto slot = static_cast<std::int16_t>(channel.OutputChannel);
+    const ChannelClass& store = channels.Store(channelRow);
+    for (auto eventI = store.FirstEvent(); eventI >= 0; eventI = store.Get_NextEventI(eventI)) {
+        const auto event = store.ReadEvent(eventI);
+        if (!event)
+            continue;
+        if (event->Kind == EV_NOTE) {
+            Add_Note(list, slot, *event);
+        } else if (event->Kind == EV_PATCH) {
+            if (sendPatches)
+                gcm.GCM_SetChannelPatch(channelRow, event->DataRef);
+            Add_Patch(list, slot, *event);
+        }
+    }
+    return list;
+}
+
+void RenderModule::Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
+                            const ChannelClass::Event_View& event) const {
+    if (event.Note == nullptr || event.Note->Length <= 0.0)
+        return;
+    list.AddEvent(slot, event.StartTime, event.Note->Note, event.Note->Vol);
+    list.AddEvent(slot, event.StartTime + event.Note->Length, event.Note->Note, 0);
+}
+
+void RenderModule::Add_Patch(Render_MidiEventColClass& list, std::int16_t slot,
+                             const ChannelClass::Event_View& event) const {
+    const std::span<const PatchRow> table = slot == DRUM_SLOT
+                                                ? std::span<const PatchRow>(channels.Global_DrumPatches)
+                                                : std::span<const PatchRow>(channels.Global_Patches);
+    if (event.DataRef < 0 || static_cast<std::size_t>(event.DataRef) >= table.size())
+        return;
+    const PatchRow& patch = table[static_cast<std::size_t>(event.DataRef)];
+    const int program = std::clamp<int>(patch.Patch, 0, 127);
+    list.AddEvent(slot, event.StartTime, CueRow::PATCH_CHANGE,
+                  static_cast<std::uint16_t>(program + 256 * patch.Bank),
+                  static_cast<std::uint16_t>(patch.Font));
+}
+
+std::int32_t RenderModule::List_Of(int channelRow) const {
+    return channelRow < 0 || channelRow >= GlobalChannelsManager::CHANNEL_ROWS
+               ? NO_LIST
+               : listOfRow[static_cast<std::size_t>(channelRow)];
+}
+
+void RenderModule::Render_UpdateChannel(int channelRow, bool keepSounding) {
+    // Patches are not sent at once here: the channel sounds, and its player has set the one that holds.
+    if (const std::int32_t list = List_Of(channelRow); list != NO_LIST)
+        Render(channelRow, false).CopyDataToDll_ModdedChannel(engine, list, keepSounding);
+}
+
+void RenderModule::Render_DropChannel(int channelRow) {
+    if (const std::int32_t list = List_Of(channelRow); list != NO_LIST)
+        Render_EmptyChannel(channelRow).CopyDataToDll_ModdedChannel(engine, list);
+}
+
+void RenderModule::Render_StopPlayer() {
+    engine.Player_Stop();
+    for (int waits = 0; !engine.Player_IsPaused(); ++waits) {
+        if (waits < WAITS_BEFORE_MESSAGES_RUN)
+            std::this_thread::sleep_for(WAIT);
+        else
+            loop.Let_Messages_Run();
+    }
+}
+
+} // namespace tonvex

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "engine/cue_output.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tonvex {
+
+/// Keeps what the player library sends, as a synthesizer's queue would: what is taken back never sounds.
+/// Any thread.
+class Recording_Cue_Output final : public Cue_Output {
+public:
+    bool refuses = false; ///< there is no room; tests of one thread alone
+
+    void Use(bool useSynth) noexcept override { synth = useSynth; }
+    bool Send(const Sound_Message& message) noexcept override {
+        const std::lock_guard lock(mutex);
+        if (!refuses)
+            kept.push_back(message);
+        return !refuses;
+    }
+    bool Take_Back(std::int64_t fromNs) noexcept override {
+        const std::lock_guard lock(mutex);
+        ++takenBack;
+        if (!refuses)
+            std::erase_if(kept, [fromNs](const Sound_Message& message) { return message.dueNs >= fromNs; });
+        return !refuses;
+    }
+    void Sounded(const Sound_Message& message) noexcept override {
+        const std::lock_guard lock(mutex);
+        told.push_back(message);
+    }
+
+    /// What sounds, in the order in which it does.
+    std::vector<Sound_Message> Sounding_Order() const {
+        const std::lock_guard lock(mutex);
+        std::vector<Sound_Message> sorted = kept;
+        std::stable_sort(sorted.begin(), sorted.end(),
+                         [](const auto& left, const auto& right) { return left.dueNs < right.dueNs; });
+        return sorted;
+    }
+    /// "<ms> +<note>/<slot> v<velocity>", "<ms> -<note>/<slot>" or "<ms> patch <program>/<slot>", a line
+    /// each.
+    std::string Text() const {
+        std::string text;
+        for (const Sound_Message& message : Sounding_Order()) {
+            text += std::to_string(message.dueNs / 1'000'000);
+            const std::string what = std::to_string(message.a) + "/" + std::to_string(message.slot);
+            if (message.op == Sound_Op::NoteOn)
+                text += " +" + what + " v" + std::to_string(message.b) + "\n";
+            else
+                text += (message.op == Sound_Op::Patch ? " patch " : " -") + what + "\n";
+        }
+        return text;
+    }
+    /// Slot and note pairs that sound when everything has.
+    std::vector<std::pair<int, int>> Stuck_Notes() const {
+        std::map<std::pair<int, int>, bool> on;
+        for (const Sound_Message& message : Sounding_Order()) {
+            if (message.op == Sound_Op::NoteOn || message.op == Sound_Op::NoteOff)
+                on[{message.slot, message.a}] = message.op == Sound_Op::NoteOn;
+        }
+        std::vector<std::pair<int, int>> stuck;
+        for (const auto& [note, sounds] : on) {
+            if (sounds)
+                stuck.push_back(note);
+        }
+        return stuck;
+    }
+
+    bool synth = false;
+    int takenBack = 0;
+    std::vector<Sound_Message> told; ///< read when nobody sends any more
+
+private:
+    mutable std::mutex mutex;
+    std::vector<Sound_Message> kept;
+};
+
+} // namespace tonvex
