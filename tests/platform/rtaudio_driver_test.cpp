@@ -35,6 +35,7 @@ class Server {
 public:
     bool Start(std::vector<std::string> words) {
         std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
         for (std::string& word : words)
             arguments.push_back(word.data());
         arguments.push_back(nullptr);
