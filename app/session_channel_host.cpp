@@ -20,6 +20,10 @@ int Root_Of_Name(const NotesStuff& notes, const std::string& name) {
 
 } // namespace
 
+double Session_Channel_Host::Song_Length_Beats() const {
+    return session.project.SongLength;
+}
+
 bool Session_Channel_Host::Live_Changes_On() const {
     return session.transport.LiveChanges;
 }

@@ -15,6 +15,7 @@ public:
     /// session owns the host.
     explicit Session_Channel_Host(Session& owner) : session(owner) {}
 
+    double Song_Length_Beats() const override;
     bool Live_Changes_On() const override;
     void Event_Fell_Out(std::int32_t channelNumber, std::int32_t eventId) override;
     double Clip_Length_Beats(double startBeat, std::int32_t sampleCount) const override;

@@ -21,6 +21,7 @@ namespace {
 
 class Quiet_Host final : public Channel_Host {
 public:
+    double Song_Length_Beats() const override { return 0.0; }
     bool Live_Changes_On() const override { return false; }
     void Event_Fell_Out(std::int32_t /*channelNumber*/, std::int32_t /*eventId*/) override {}
     double Clip_Length_Beats(double /*startBeat*/, std::int32_t sampleCount) const override {

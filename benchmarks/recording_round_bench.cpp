@@ -51,6 +51,7 @@ public:
             channels.Store(row).ReSort_StartTime();
         }
     }
+    double Song_Length_Beats() const override { return 0.0; }
     bool Live_Changes_On() const override { return state.LiveChanges; }
     void Event_Fell_Out(std::int32_t, std::int32_t) override {}
     double Clip_Length_Beats(double, std::int32_t) const override { return 0.0; }

@@ -27,6 +27,7 @@ ordered_json Device_Rows(const std::vector<Device_Row>& rows) {
 /// A song that nobody edits.
 class No_Host final : public Channel_Host {
 public:
+    double Song_Length_Beats() const override { return 0.0; }
     bool Live_Changes_On() const override { return false; }
     void Event_Fell_Out(std::int32_t, std::int32_t) override {}
     double Clip_Length_Beats(double, std::int32_t) const override { return 0.0; }

@@ -3,6 +3,7 @@
 #include "song/event_data.h"
 #include "song/event_tables.h"
 #include "song/event_time_list.h"
+#include "song/song_length_source.h"
 
 #include <cstdint>
 #include <optional>
@@ -12,9 +13,8 @@
 namespace tonvex {
 
 /// What a channel's store needs to know of the world. All calls on the interface thread.
-class Channel_Host {
+class Channel_Host : public Song_Length_Source {
 public:
-    virtual ~Channel_Host() = default;
     /// True while the transport runs: changes are then logged as mods.
     virtual bool Live_Changes_On() const = 0;
     /// An edit pushed the event before the start of the song or off the notes: change message 1017, which

@@ -1,5 +1,6 @@
 #include "song/global_channels_manager.h"
 
+#include "base/rounding.h"
 #include "base/text_codec.h"
 
 #include <algorithm>
@@ -17,6 +18,7 @@ constexpr int DRUM_SLOT = 9;
 constexpr std::size_t NAME_CHARACTERS = 50;
 constexpr std::uint8_t DISTORTED_GUITAR = 2;
 constexpr int MAX_DISTORTED_GUITARS = 4;
+constexpr double MAP_UNITS_A_PERCENT = 1.27;
 
 bool Continues_Character(char byte) noexcept {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -54,7 +56,7 @@ std::string Lower_Name(std::string_view text) {
 
 } // namespace
 
-GlobalChannelsManager::GlobalChannelsManager(Channel_Host& host) {
+GlobalChannelsManager::GlobalChannelsManager(Channel_Host& host) : Maps(host) {
     for (auto& store : stores)
         store = std::make_unique<ChannelClass>(host);
     Clear();
@@ -69,6 +71,7 @@ void GlobalChannelsManager::Clear() {
                                     .InUse = FLAG_ON,
                                     .SlotDrums = FLAG_OFF,
                                     .MidiChannel = static_cast<std::uint8_t>(i)};
+    Maps.Clear();
     OutputSlots[DRUM_SLOT].SlotName += " (Drums)";
     OutputSlots[DRUM_SLOT].SlotDrums = FLAG_ON;
     nextChannelId = FIRST_ID;
@@ -209,7 +212,9 @@ int GlobalChannelsManager::Add_Channel(std::int32_t channelId, bool isAudio, std
     const std::int32_t slot = outputSlot >= 0 && outputSlot < SLOTS ? outputSlot : Next_Free_Slot();
     channel.OutputChannel = NO_SLOT;
     Channels[static_cast<std::size_t>(row)] = channel;
-    if (!isAudio)
+    if (isAudio)
+        Maps.Get_AudioMapRow(channelId);
+    else
         Take_Slot(row, static_cast<std::uint8_t>(slot));
     Store(row).Clear();
     Store(row).ChannelNumber = channelId;
@@ -224,6 +229,7 @@ void GlobalChannelsManager::Delete_Channel(std::int32_t channelId) {
         return;
     Channels[static_cast<std::size_t>(row)] = GlobalChannel{};
     Store(row).Clear();
+    Maps.Free_AudioMapRow(channelId);
 }
 
 // ---- sound ----
@@ -249,9 +255,11 @@ void GlobalChannelsManager::Take_Slot(int row, std::uint8_t slot) {
         channel.PatchI = sharer.PatchI;
         channel.PatchByte0 = sharer.PatchByte0;
         channel.PatchByte1 = sharer.PatchByte1;
-    } else if (!Give_Patch(channel, channel.PatchI)) {
-        Give_Patch(channel, 0); // a melodic row has no counterpart among the kits
+        return;
     }
+    if (!Give_Patch(channel, channel.PatchI))
+        Give_Patch(channel, 0); // a melodic row has no counterpart among the kits
+    Follow_Pan(channel);
 }
 
 void GlobalChannelsManager::Set_OutputChannel(std::int32_t channelId, std::uint8_t slot) {
@@ -274,9 +282,22 @@ void GlobalChannelsManager::Set_Patch(std::int32_t channelId, std::int16_t patch
             Give_Patch(channel, patchI);
 }
 
-void GlobalChannelsManager::Set_Volume(std::int32_t channelId, std::uint8_t value) {
-    if (GlobalChannel* const channel = Live_Channel(channelId))
-        channel->Volume = std::min(value, HIGHEST);
+void GlobalChannelsManager::Set_Volume(std::int32_t channelId, std::uint8_t value, double position) {
+    GlobalChannel* const channel = Live_Channel(channelId);
+    if (channel == nullptr)
+        return;
+    channel->Volume = std::min(value, HIGHEST);
+    if (!Is_On(channel->IsAudio))
+        return;
+    const int mapRow = Maps.Get_AudioMapRow(channelId);
+    if (mapRow == -1)
+        return;
+    PanVol_Class& map = Maps.Audio_Row(mapRow).VolMap;
+    const auto mapValue = static_cast<std::int32_t>(RoundHalfEven(channel->Volume * MAP_UNITS_A_PERCENT));
+    const auto [before, behind] = map.Points_Around(position);
+    map.Set_Point_Val(before, mapValue);
+    if (behind != before)
+        map.Set_Point_Val(behind, mapValue);
 }
 
 void GlobalChannelsManager::Set_Pan(std::int32_t channelId, std::uint8_t value) {
@@ -289,6 +310,16 @@ void GlobalChannelsManager::Set_Pan(std::int32_t channelId, std::uint8_t value) 
     for (GlobalChannel& channel : Channels)
         if (Is_On(channel.InUse) && channel.OutputChannel == asked->OutputChannel)
             channel.Pan = asked->Pan;
+    Follow_Pan(*asked);
+}
+
+/// An undrawn pan map is where the slider stands.
+void GlobalChannelsManager::Follow_Pan(const GlobalChannel& channel) {
+    if (channel.OutputChannel >= SLOTS)
+        return;
+    PanVol_Class& map = Maps.Slot_Map(Map_Kind::Pan, channel.OutputChannel);
+    if (map.Is_Undrawn())
+        map.Set_Fixed_Points(channel.Pan);
 }
 
 bool GlobalChannelsManager::Set_Mute(std::int32_t channelId, bool value, bool toggle) {

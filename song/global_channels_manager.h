@@ -2,6 +2,7 @@
 
 #include "song/channel_class.h"
 #include "song/project_state.h"
+#include "song/song_maps.h"
 
 #include <array>
 #include <cstdint>
@@ -75,6 +76,8 @@ public:
     std::array<OutputSlot, SLOTS> OutputSlots;
     std::array<PatchRow, PATCH_ROWS> Global_Patches;
     std::array<PatchRow, DRUM_PATCH_ROWS> Global_DrumPatches;
+    /// The maps of the slots, and those of audio channels from their coming to their going.
+    Song_Maps Maps;
     int PatchCount = 0;     ///< used rows of Global_Patches
     int DrumPatchCount = 0; ///< used rows of Global_DrumPatches
 
@@ -97,8 +100,11 @@ public:
     /// toggle inverts, else sets; the flag after it.
     bool Set_Mute(std::int32_t channelId, bool value, bool toggle = false);
     bool Set_Solo(std::int32_t channelId, bool value, bool toggle = false);
-    /// 0 to 127; above that is 127. The pan goes to all rows of the slot.
-    void Set_Volume(std::int32_t channelId, std::uint8_t value);
+    /// 0 to 127; above that is 127. An audio channel's volume is one of 0 to 100 and its volume map follows:
+    /// the points around the song's position take the value on the map's scale.
+    void Set_Volume(std::int32_t channelId, std::uint8_t value, double position = 0.0);
+    /// 0 to 127; above that is 127. On a slot the pan goes to all rows, and to the slot's pan map while that
+    /// is undrawn.
     void Set_Pan(std::int32_t channelId, std::uint8_t value);
     /// Row of Global_Patches, on the drum slot of Global_DrumPatches. The patch goes to all rows of the slot.
     void Set_Patch(std::int32_t channelId, std::int16_t patchI);
@@ -132,6 +138,7 @@ private:
     int Row_On_Slot(std::uint8_t slot, int exceptRow) const;
     bool Give_Patch(GlobalChannel& channel, std::int16_t patchI) const;
     void Take_Slot(int row, std::uint8_t slot);
+    void Follow_Pan(const GlobalChannel& channel);
     bool Name_Is_Free(const std::string& name, int exceptRow) const;
 
     std::array<std::unique_ptr<ChannelClass>, CHANNEL_ROWS + 1> stores;

@@ -52,13 +52,14 @@ public:
     /// Plays until the Stop button at stopMs; -1: to the end.
     bool Play(double position = 0.0, std::int64_t stopMs = -1, float speed = 1.0F);
 
-    /// What went out: "<ms> <op> <slot> <a> <b>", a line each, ms from the last start. Patches and pans of
-    /// the set-up and the end stay away unless withPatches.
+    /// What went out: "<ms> <op> <slot> <a> <b>", a line each, ms from the last start. Patches and pans
+    /// stay away unless withPatches, volumes, of which set-up and end send 32 each, unless withVolumes.
     std::string Trace() const;
     /// The events of a row in time order: "<start> <note> <vol> <length>" a line.
     std::string Events(int row = 0) const;
 
     // Channel_Host
+    double Song_Length_Beats() const override { return project.SongLength; }
     bool Live_Changes_On() const override { return state.LiveChanges; }
     void Event_Fell_Out(std::int32_t, std::int32_t) override {}
     double Clip_Length_Beats(double, std::int32_t) const override { return 0.0; }
@@ -95,6 +96,7 @@ public:
 
     std::int32_t firstChannel = 0;
     bool withPatches = false;
+    bool withVolumes = false;
     std::vector<int> hubMessages; ///< numbers, in order
 
 private:
