@@ -81,10 +81,11 @@ void Session::New_Project() {
         return;
     channels->Clear();
     tempoChanges.Clear();
+    marks.New_Project();
     gcm->Clear_Note_Counts();
     project = Project_State{};
     channels->Add_Channel(channels->New_ChannelID(), false, 0, FIRST_CHANNEL_NAME);
-    gcm->GCM_SendAllPatches();
+    Send_Idle_Sound();
     hub->Message(nullptr, MSG_SONG_POSITION, 0.0);
     hub->Message(nullptr, MSG_GENERAL_UPDATE);
     project.Modified = false;
@@ -113,8 +114,15 @@ bool Session::Try_Output(std::int32_t deviceId, int bufferMs) {
 void Session::Load_Sounds() {
     // A session that began on a port has read no list yet.
     fontsLoaded = fonts->CurList.empty() ? fonts->Load_DefaultList() : fonts->Load_CurList_Fonts();
-    gcm->GCM_SendAllPatches();
+    Send_Idle_Sound();
     hub->Message(nullptr, MSG_GENERAL_UPDATE);
+}
+
+/// What the slots stand at between two runs.
+void Session::Send_Idle_Sound() {
+    gcm->GCM_SendAllPatches();
+    gcm->GCM_SendAllVolumes();
+    gcm->GCM_ResetMaps();
 }
 
 bool Session::Select_Input(int source) {

@@ -20,6 +20,7 @@
 #include "platform/sound_door.h"
 #include "platform/user_dialogs.h"
 #include "song/global_channels_manager.h"
+#include "song/marks.h"
 #include "song/notes_stuff.h"
 #include "song/project_state.h"
 #include "song/tempo_change_class.h"
@@ -84,6 +85,7 @@ public:
     EventRaiserClass events;
     Project_State project;
     TempoChangeClass tempoChanges;
+    Song_Marks marks;
     NotesStuff notes;
     Transport_State transport;
     Transport_Options options;
@@ -111,6 +113,7 @@ private:
     void Load_Tables();
     bool Load_Settings();
     void Load_Sounds();
+    void Send_Idle_Sound();
     void Keep_Settings();
     void Load_Layout();
     void Take_Velocity(int note, int velocity);

@@ -1,5 +1,6 @@
 #include "engine/gcm_midi.h"
 
+#include <algorithm>
 #include <span>
 
 namespace tonvex {
@@ -21,7 +22,8 @@ std::size_t Index(int value) {
 
 GCM_Midi::GCM_Midi(midiapi& outputApi, GlobalChannelsManager& channelTable, Transport_State& state)
     : output(outputApi), channels(channelTable), transport(state) {
-    lastPan.fill(PAN_UNKNOWN);
+    lastPan.fill(UNKNOWN);
+    lastVolume.fill(UNKNOWN);
 }
 
 int GCM_Midi::Slot_Of(int channelRow) const {
@@ -100,6 +102,38 @@ void GCM_Midi::Send_Pan(int slot, int value) {
     output.Midi_SetPan(slot, value);
 }
 
+void GCM_Midi::Send_Volume(int slot, int value) {
+    lastVolume[Index(slot)] = value;
+    output.Midi_SetVolume(slot, value);
+}
+
+void GCM_Midi::Send_What_Differs(int slot, int pan, int volume) {
+    const int panNow = lastPan[Index(slot)];
+    if (panNow != UNKNOWN && panNow != pan)
+        Send_Pan(slot, pan);
+    if (lastVolume[Index(slot)] != volume)
+        Send_Volume(slot, volume);
+}
+
+void GCM_Midi::GCM_SendAllVolumes() {
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        Send_Volume(slot, channels.Maps.Slot_Map(Map_Kind::Volume, slot).Play_GetValue_At_TimePos(0.0));
+}
+
+void GCM_Midi::GCM_ResetMaps() {
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot) {
+        const int volume = channels.Maps.Slot_Map(Map_Kind::Volume, slot).Play_GetValue_At_TimePos(0.0);
+        Send_What_Differs(slot, channels.Maps.Slot_Map(Map_Kind::Pan, slot).Play_GetValue_At_TimePos(0.0),
+                          std::max(volume, RESET_VOLUME_FLOOR));
+    }
+}
+
+void GCM_Midi::GCM_UpdateMaps(double time) {
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        Send_What_Differs(slot, channels.Maps.Slot_Map(Map_Kind::Pan, slot).Play_GetValue_At_TimePos(time),
+                          channels.Maps.Slot_Map(Map_Kind::Volume, slot).Play_GetValue_At_TimePos(time));
+}
+
 void GCM_Midi::GCM_SetChannelPatch(int channelRow, int patchRow) {
     const int slot = Slot_Of(channelRow);
     if (slot >= 0)
@@ -116,6 +150,7 @@ void GCM_Midi::GCM_SetChannelPan(int channelRow) {
 }
 
 void GCM_Midi::GCM_SendAllPatches() {
+    lastPan.fill(UNKNOWN);
     std::array<int, OUTPUT_SLOTS> lastRow{};
     lastRow.fill(-1);
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {

@@ -34,6 +34,16 @@ public:
     /// For each output channel the patch and pan of the last live row on it, whatever was sent before: the
     /// state that a device just opened, or fonts just loaded, must be given.
     void GCM_SendAllPatches();
+    /// The volume map of each output channel at position 0, whatever was sent before.
+    void GCM_SendAllVolumes();
+    /// What stands between two runs: of each output channel the pan and the volume map at position 0, but
+    /// never a volume below RESET_VOLUME_FLOOR, so that the keys can be heard. Sends only what differs from
+    /// the last value sent.
+    void GCM_ResetMaps();
+    /// The pan and the volume map of each output channel at a position in beats. Sends only what differs from
+    /// the last value sent. An output channel that was never given a pan has no channel, and gets none here.
+    void GCM_UpdateMaps(double time);
+    static constexpr int RESET_VOLUME_FLOOR = 64;
     /// Forgets what the player path holds; sends nothing.
     void Clear_Note_Counts();
     int Note_Count(int channelRow, int note) const;
@@ -49,12 +59,14 @@ public:
 private:
     static constexpr std::size_t NOTES = 128;
     static constexpr std::size_t ROWS = GlobalChannelsManager::CHANNEL_ROWS + 1; ///< the practice row too
-    static constexpr int PAN_UNKNOWN = -1;
+    static constexpr int UNKNOWN = -1;                                           ///< nothing was sent yet
 
     /// The output slot of a row that notes may go to; -1 for any other.
     int Slot_Of(int channelRow) const;
     void Send_Patch(int slot, int patchRow);
     void Send_Pan(int slot, int value);
+    void Send_Volume(int slot, int value);
+    void Send_What_Differs(int slot, int pan, int volume);
     bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
     bool Viewed(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
 
@@ -65,6 +77,7 @@ private:
     std::array<std::array<std::uint8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
     std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};
     std::array<int, OUTPUT_SLOTS> lastPan{};
+    std::array<int, OUTPUT_SLOTS> lastVolume{};
 };
 
 } // namespace tonvex

@@ -39,6 +39,7 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
     state.LiveChanges = true;
     parts.loop.Let_Messages_Run();
     parts.gcm.GCM_SendAllPatches();
+    parts.gcm.GCM_SendAllVolumes();
     players.Start_At(start);
     clock.SetTime(start);
     if (state.PlayRequested)
@@ -52,6 +53,8 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
     state.PlayPosition = clock.GetTime();
     state.TransportStopped = true;
     parts.gcm.GCM_SendAllPatches();
+    parts.gcm.GCM_SendAllVolumes();
+    parts.gcm.GCM_ResetMaps();
     parts.Tell(&Transport_Observer::On_Position, state.PlayPosition, clock.GetTimeMS());
     parts.Tell(&Transport_Observer::On_Run_Ended);
     return endedByItself;
@@ -87,6 +90,7 @@ void Player_Recorder::Follow_Song(double& time, std::int64_t ms) {
         lastShownMs = ms;
     }
     players.Follow_Mutes();
+    parts.gcm.GCM_UpdateMaps(time);
     parts.Tell(&Transport_Observer::On_Position, time, ms);
 }
 

@@ -98,6 +98,7 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
     }
     parts.loop.Let_Messages_Run();
     parts.gcm.GCM_SendAllPatches();
+    parts.gcm.GCM_SendAllVolumes();
     if (PracticeMode && (channel == PRACTICE_PLAIN || channel == PRACTICE_TEST)) {
         parts.gcm.GCM_SetChannelPatch(RecChannelRow, 0);
         parts.output.Midi_SetVolume(0, FULL_SLOT_VOLUME);
@@ -202,6 +203,7 @@ void RecorderClass::Follow_Song(double time, std::int64_t ms) {
         parts.state.TempoChangedRequest = false;
         Keep_Position_After_Tempo_Edit(clock, time);
     }
+    parts.gcm.GCM_UpdateMaps(time);
     parts.Tell(&Transport_Observer::On_Position, time, ms);
     if (parts.channels.Is_Live_Row(RecChannelRow))
         Take_Volume();
@@ -232,6 +234,8 @@ void RecorderClass::End_Run(bool overwrite) {
     }
     parts.input.Input_Close();
     parts.gcm.GCM_SendAllPatches();
+    parts.gcm.GCM_SendAllVolumes();
+    parts.gcm.GCM_ResetMaps();
     parts.state.Recording = parts.state.Recording && PracticeMode;
     parts.state.Practising = parts.state.Practising && !PracticeMode;
     isRunning = false;

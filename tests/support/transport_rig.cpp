@@ -124,6 +124,8 @@ std::string Transport_Rig::Trace() const {
     for (const Sent& message : sent) {
         if (!withPatches && (message.op == Sound_Op::Patch || message.op == Sound_Op::Pan))
             continue;
+        if (!withVolumes && message.op == Sound_Op::Volume)
+            continue;
         text << message.ms << ' ' << Op_Text(message.op);
         if (message.op != Sound_Op::AllNotesOff)
             text << ' ' << message.slot << ' ' << message.a << ' ' << message.b;
