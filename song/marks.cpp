@@ -47,21 +47,20 @@ bool Song_Marks::Change_Mark(int row, const std::string& name) {
     return true;
 }
 
-bool Song_Marks::Move_Mark(int row, double beats) {
-    if (!Is_Live(row) || !Is_Position(beats))
+bool Song_Marks::Move_Mark(int row, double markStart, double markEnd) {
+    const bool starts = markStart != NOT_GIVEN_TIME;
+    const bool ends = markEnd != NOT_GIVEN_TIME;
+    if (!Is_Live(row) || (!starts && !ends) || (starts && !Is_Position(markStart)) ||
+        (ends && !Is_Position(markEnd)))
         return false;
     Mark& mark = marks[static_cast<std::size_t>(row)];
-    if (mark.MarkEnd != Mark::NO_END)
-        mark.MarkEnd = std::min(beats + std::max(mark.MarkEnd - mark.MarkStart, 0.0), MAX_EVENT_BEATS);
-    mark.MarkStart = beats;
-    return true;
-}
-
-bool Song_Marks::Set_Mark_End(int row, double beats) {
-    if (!Is_Live(row) || !Is_Position(beats))
-        return false;
-    Mark& mark = marks[static_cast<std::size_t>(row)];
-    mark.MarkEnd = std::max(beats, mark.MarkStart);
+    const double length = std::max(mark.MarkEnd - mark.MarkStart, 0.0);
+    if (starts)
+        mark.MarkStart = markStart;
+    if (ends)
+        mark.MarkEnd = std::max(markEnd, mark.MarkStart);
+    else if (mark.MarkEnd != Mark::NO_END)
+        mark.MarkEnd = std::min(mark.MarkStart + length, MAX_EVENT_BEATS);
     return true;
 }
 

@@ -35,10 +35,9 @@ public:
     bool Add_Mark(double markStart, double markEnd, const std::string& name);
     bool Delete_Mark(int row);
     bool Change_Mark(int row, const std::string& name);
-    /// The end goes along, by the same distance.
-    bool Move_Mark(int row, double beats);
-    /// Makes the mark a span up to beats. An end before the start is the start.
-    bool Set_Mark_End(int row, double beats);
+    /// The end goes along by the same distance, unless one is given, which makes the mark a span up to there;
+    /// an end before the start is the start. markStart NOT_GIVEN_TIME: the end alone. False with neither.
+    bool Move_Mark(int row, double markStart, double markEnd = NOT_GIVEN_TIME);
 
     bool Is_Live(int row) const noexcept;
     /// row 0 to 99, free ones with what they held.
