@@ -166,7 +166,8 @@ void Tool_Button::Paint_Face(QPainter& painter, const QRectF& box) {
         return;
     }
     QColor front = t.text;
-    if (!isEnabled())
+    // The sign of the run that is on stays bright, though its button is locked.
+    if (!isEnabled() && !isChecked())
         front = t.dim;
     else if (tint == Icon_Tint::Record)
         front = t.record;

@@ -318,9 +318,12 @@ void frmInstList::Accept_List() {
 
 void frmInstList::done(int result) {
     Stop_Test();
+    if (std::exchange(fontsReplaced, false))
+        Load_Song_Fonts();
     QDialog::done(result);
-    if (!std::exchange(fontsReplaced, false))
-        return;
+}
+
+void frmInstList::Load_Song_Fonts() {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     session.fontsLoaded = session.fonts->Load_CurList_Fonts();
     session.gcm->GCM_SendAllPatches();

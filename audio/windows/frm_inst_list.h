@@ -62,6 +62,7 @@ private:
     void Load_For_Test();
     void Stop_Test();
     void Accept_List();
+    void Load_Song_Fonts();
 
     Session& session;
     std::vector<Font_Row> rows;

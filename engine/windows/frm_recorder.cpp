@@ -65,11 +65,6 @@ frmRecorder::frmRecorder(Session& owner, Theme& look, QWidget* parent)
         case MSG_GENERAL_UPDATE:
             UpdateTimeDisplay();
             break;
-        case MSG_SET_VOLUME:
-        case MSG_SET_PATCH:
-        case MSG_SET_OUTPUT:
-            practice.Renew();
-            break;
         default:
             break;
         }
@@ -183,12 +178,37 @@ void frmRecorder::Lay_Out() {
     row->addWidget(caption);
     row->addWidget(master);
     row->addWidget(cpu);
+    dispensable = {cpu, caption, master};
     cpu->setMinimumWidth(cpu->fontMetrics().horizontalAdvance(tr("CPU %1 %").arg(100)));
     connect(&theme, &Theme::Changed, this, [this, row] {
         row->setContentsMargins(theme.Px(12), theme.Px(4), theme.Px(16), theme.Px(4));
         row->setSpacing(theme.Px(8));
         update();
     });
+}
+
+QSize frmRecorder::minimumSizeHint() const {
+    QSize least = QWidget::minimumSizeHint();
+    for (const QWidget* widget : dispensable)
+        if (!widget->isHidden())
+            least.rwidth() -= widget->minimumSizeHint().width() + layout()->spacing();
+    return least;
+}
+
+void frmRecorder::resizeEvent(QResizeEvent*) {
+    Fit_Into(width());
+}
+
+void frmRecorder::Fit_Into(int barWidth) {
+    int needed = minimumSizeHint().width();
+    // The last to go is the first to come back.
+    bool room = true;
+    for (auto widget = dispensable.rbegin(); widget != dispensable.rend(); ++widget) {
+        needed += (*widget)->minimumSizeHint().width() + layout()->spacing();
+        room = room && needed <= barWidth;
+        if ((*widget)->isHidden() == room)
+            (*widget)->setVisible(room);
+    }
 }
 
 void frmRecorder::paintEvent(QPaintEvent*) {

@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+#include <vector>
+
 class QLabel;
 class QMenu;
 
@@ -53,6 +55,8 @@ public:
     void On_Waiting_For_Key(bool waiting) override;
     void On_Run_Ended() override;
 
+    QSize minimumSizeHint() const override;
+
 signals:
     void uiLocked(bool locked); ///< a run begins or is over
     void optionsChanged();
@@ -61,8 +65,10 @@ signals:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void Fit_Into(int width);
     void Transport_LockUI();
     void Transport_UnlockUI();
     void Make_Buttons();
@@ -94,6 +100,7 @@ private:
     QLabel* waiting = nullptr;
     Value_Slider* master = nullptr;
     QLabel* cpu = nullptr;
+    std::vector<QWidget*> dispensable; ///< what a narrow bar leaves out, first to last
     QMenu* speedMenu = nullptr;
     int subscription = 0;
 };

@@ -6,7 +6,7 @@ namespace tonvex {
 
 namespace {
 
-constexpr int RENEWAL_MS = 120; ///< a slider that moves renews once it stands
+constexpr int RENEWAL_MS = 120; ///< ports come and go in bursts
 
 } // namespace
 

@@ -22,7 +22,7 @@ public:
     bool Keys() const noexcept { return keys; }
     void Hold();
     void Let_Go();
-    /// Takes the channel's sound, or the input device, anew, once what changes has come to rest.
+    /// Takes the input device anew, once what comes and goes has come to rest.
     void Renew();
     bool Is_Running() const;
     /// Its set-up lets messages run: a run that one of them asks for has to wait for its end.

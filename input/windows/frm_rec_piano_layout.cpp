@@ -82,6 +82,25 @@ void frmREC_PianoLayout::Lay_Out() {
     row->addWidget(meters, 0, Qt::AlignVCenter);
 }
 
+QSize frmREC_PianoLayout::minimumSizeHint() const {
+    QSize least = QWidget::minimumSizeHint();
+    if (!chips->isHidden())
+        least.rwidth() -= chips->minimumSizeHint().width() + layout()->spacing();
+    return least;
+}
+
+void frmREC_PianoLayout::resizeEvent(QResizeEvent*) {
+    Fit_Chips();
+}
+
+void frmREC_PianoLayout::Fit_Chips() {
+    // A narrow pane keeps its piano and leaves the chords out.
+    const int needed = minimumSizeHint().width() + layout()->spacing() + chips->minimumSizeHint().width();
+    const bool shown = !chips->Chips().empty() && needed <= width();
+    if (chips->isHidden() == shown)
+        chips->setVisible(shown);
+}
+
 void frmREC_PianoLayout::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), theme.Tokens().panel);
@@ -130,7 +149,7 @@ void frmREC_PianoLayout::UpdateLayout() {
     piano->Set_Labels(letters);
     piano->Set_Octave_Names(names);
     chips->Set_Chips(std::move(chords));
-    chips->setVisible(!chips->Chips().empty());
+    Fit_Chips();
     notesOctave->Show_Choice(layout.NotesOctave);
     chordsOctave->Show_Choice(layout.QChordsOctave);
     layoutName->setText(

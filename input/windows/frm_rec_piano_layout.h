@@ -50,10 +50,14 @@ public:
     void On_Run_Started(bool recording) override;
     void On_Run_Ended() override;
 
+    /// Without the chords, which a narrow pane leaves out.
+    QSize minimumSizeHint() const override;
+
 signals:
     void soundBegan(); ///< something sounds: the meters have work
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     bool event(QEvent* event) override;
@@ -65,6 +69,7 @@ private:
     void Mouse_Note_On(int note, int velocity);
     void Mouse_Note_Off(int note);
     void Lay_Out();
+    void Fit_Chips();
 
     Session& session;
     Theme& theme;

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace tonvex {
 
@@ -230,7 +231,7 @@ void frmSetUpMidiDevice::Fill_Lists() {
 }
 
 void frmSetUpMidiDevice::Refresh_Lists() {
-    Show_Latency();
+    Enable_Controls(); // a run may have begun or ended
     auto outputsNow = session.output->Output_Devices();
     auto inputsNow = session.output->Input_Devices();
     if (!Same_Rows(outputs, outputsNow)) {
@@ -280,7 +281,7 @@ void frmSetUpMidiDevice::Enable_Controls() {
     noInput->setEnabled(Selected(List2, id));
     if (inputs.empty())
         inputHint->setText(tr("Plug in a MIDI keyboard: it appears here."));
-    inputHint->setVisible(inputs.empty() || Timer1.isActive());
+    inputHint->setVisible(inputs.empty() || (Timer1.isActive() && Label2->isHidden()));
     Show_Latency();
 }
 
@@ -403,15 +404,14 @@ void frmSetUpMidiDevice::done(int result) {
     Stop_Output_Test();
     Stop_Input_Test();
     deviceTimer.stop();
-    QDialog::done(result);
-    if (outputTested)
+    // Whoever waits for the end of the window finds the devices as they are to be.
+    if (std::exchange(outputTested, false))
         session.Reopen_Output();
     session.input->MidiInDevice = session.settings.Global_MidiSetup_InDevice;
     // A run keeps the input that it has.
-    if (inputTested && !session.transport.Song_Runs())
+    if (std::exchange(inputTested, false) && !session.transport.Song_Runs())
         session.Select_Input(session.settings.Global_Current_Input);
-    outputTested = false;
-    inputTested = false;
+    QDialog::done(result);
 }
 
 } // namespace tonvex

@@ -209,8 +209,15 @@ void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
 
     p.sound.posted.clear();
     p.window->Recorder().To_Start();
+    bool lit = false;
+    QTimer watcher;
+    connect(&watcher, &QTimer::timeout, this, [&] {
+        lit = lit || (p.session->transport.PlayRequested && p.window->Piano().Piano().Is_Lit(50));
+    });
+    watcher.start(2);
     p.Key(Qt::Key_Return);
     QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 8);
+    QVERIFY(lit); // what comes from the song shows on the piano too
     QTRY_VERIFY(!p.session->transport.PlayRequested);
     QTRY_COMPARE(p.session->transport.PlayPosition, 0.0); // back where it was started
 }

@@ -148,6 +148,8 @@ void Setup_Dialogs_Test::Setup_Keeps_The_Choice_On_OK() {
 void Setup_Dialogs_Test::Setup_Leaves_All_On_Cancel() {
     World world;
     frmSetUpMidiDevice dialog(world.S(), world.theme);
+    bool synthAtTheEnd = false;
+    connect(&dialog, &QDialog::finished, this, [&] { synthAtTheEnd = world.S().output->UsingSynth(); });
     Find<QListWidget>(dialog, "List1")->setCurrentRow(0);
     Click(dialog, "Command4");
     QCOMPARE(world.test.midi.openOutput, 3);
@@ -156,7 +158,7 @@ void Setup_Dialogs_Test::Setup_Leaves_All_On_Cancel() {
     QCOMPARE(dialog.result(), int(QDialog::Rejected));
     QCOMPARE(world.S().settings.Global_MidiSetup_OutDevice, -1000);
     QCOMPARE(world.S().settings.Global_BASSBufferSize, 100);
-    QVERIFY2(world.S().output->UsingSynth(), "what the test had opened is closed again");
+    QVERIFY2(synthAtTheEnd, "what the test had opened is closed again before the end is told");
     QCOMPARE(world.test.sound.opened.back().bufferMs, 100);
 }
 
