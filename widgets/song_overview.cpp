@@ -161,6 +161,16 @@ void Song_Overview::Draw_Picture() {
     const int ruler = theme.Px(28);
     const double bottom = height();
 
+    const double room = bottom - ruler - theme.Px(8);
+    const double each =
+        strips.empty() ? room
+                       : std::clamp(room / static_cast<double>(strips.size()),
+                                    static_cast<double>(theme.Px(12)), static_cast<double>(theme.Px(96)));
+    const double top = ruler + theme.Px(4);
+    for (std::size_t at = 0; at < strips.size(); ++at)
+        if (strips[at].channelId == selectedId)
+            painter.fillRect(QRectF(0, top + static_cast<double>(at) * each, width(), each), t.window);
+
     painter.setFont(theme.Font(Text_Size::Caption));
     const int step = scale.Bars_Per_Line(theme.Px(48));
     const int bars = static_cast<int>(shownBeats / Overview_Scale::BEATS_PER_BAR);
@@ -175,12 +185,7 @@ void Song_Overview::Draw_Picture() {
     painter.setPen(t.line);
     painter.drawLine(QPointF(0, ruler - 0.5), QPointF(width(), ruler - 0.5));
 
-    const double room = bottom - ruler - theme.Px(8);
-    const double each =
-        strips.empty() ? room
-                       : std::clamp(room / static_cast<double>(strips.size()),
-                                    static_cast<double>(theme.Px(12)), static_cast<double>(theme.Px(96)));
-    double y = ruler + theme.Px(4);
+    double y = top;
     for (const Strip& strip : strips) {
         Draw_Strip(painter, strip, QRectF(0, y, width(), each), scale);
         y += each;
@@ -197,8 +202,6 @@ void Song_Overview::Draw_Picture() {
 void Song_Overview::Draw_Strip(QPainter& painter, const Strip& strip, const QRectF& box,
                                const Overview_Scale& scale) {
     const Theme_Tokens& t = theme.Tokens();
-    if (strip.channelId == selectedId)
-        painter.fillRect(box.adjusted(0, 0, 0, -1), t.window);
     painter.setPen(t.gridBeat);
     painter.drawLine(QPointF(0, box.bottom() - 0.5), QPointF(width(), box.bottom() - 0.5));
     painter.fillRect(QRectF(0, box.top(), theme.Px(4), box.height() - 1), t.Channel(strip.tableRow));

@@ -25,6 +25,7 @@ constexpr int USUAL_FIRST = 36; ///< five octaves from C2
 constexpr int SHOWN_SEMITONES = 60;
 constexpr int OCTAVES = 6;
 constexpr int NOTE_OFF_VELOCITY = 100;
+constexpr int COMFORT = 160; ///< what the piano gets above its least width before chords take room
 
 /// Virtual key code of a key event, for the keys that the fallback knows; 0 for any other.
 int Virtual_Key(const QKeyEvent& event) {
@@ -95,7 +96,8 @@ void frmREC_PianoLayout::resizeEvent(QResizeEvent*) {
 
 void frmREC_PianoLayout::Fit_Chips() {
     // A narrow pane keeps its piano and leaves the chords out.
-    const int needed = minimumSizeHint().width() + layout()->spacing() + chips->minimumSizeHint().width();
+    const int needed = minimumSizeHint().width() + layout()->spacing() + chips->minimumSizeHint().width() +
+                       theme.Px(COMFORT);
     const bool shown = !chips->Chips().empty() && needed <= width();
     if (chips->isHidden() == shown)
         chips->setVisible(shown);

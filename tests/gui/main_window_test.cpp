@@ -116,6 +116,7 @@ private slots:
     void Channels_By_Keyboard_Alone();
     void Eight_Notes_Are_Recorded_And_Played_Back();
     void Practice_Sounds_And_Stores_Nothing();
+    void An_Idle_Midi_Keyboard_Sounds();
     void Letters_Are_Shortcuts_Only_When_They_Do_Not_Play();
     void Every_Command_Survives_data();
     void Every_Command_Survives();
@@ -209,15 +210,16 @@ void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
 
     p.sound.posted.clear();
     p.window->Recorder().To_Start();
-    bool lit = false;
-    QTimer watcher;
-    connect(&watcher, &QTimer::timeout, this, [&] {
-        lit = lit || (p.session->transport.PlayRequested && p.window->Piano().Piano().Is_Lit(50));
+    // What comes from the song shows on the piano too.
+    std::vector<int> shown;
+    connect(&p.window->Piano(), &frmREC_PianoLayout::soundBegan, this, [&] {
+        for (const int note : {48, 50})
+            if (p.window->Piano().Piano().Is_Lit(note))
+                shown.push_back(note);
     });
-    watcher.start(2);
     p.Key(Qt::Key_Return);
     QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 8);
-    QVERIFY(lit); // what comes from the song shows on the piano too
+    QCOMPARE(shown, (std::vector<int>{48, 50, 48, 50, 48, 50, 48, 50}));
     QTRY_VERIFY(!p.session->transport.PlayRequested);
     QTRY_COMPARE(p.session->transport.PlayPosition, 0.0); // back where it was started
 }
@@ -241,6 +243,33 @@ void Main_Window_Test::Practice_Sounds_And_Stores_Nothing() {
     QTest::qWait(20); // some rounds: the keyboard is taken again
     p.Edge(QEvent::KeyPress, SCAN_ESCAPE, Qt::Key_Escape);
     QTRY_VERIFY(!p.window->Recorder().Practice().Keys());
+}
+
+void Main_Window_Test::An_Idle_Midi_Keyboard_Sounds() {
+    Program p;
+    p.Key(Qt::Key_I, Qt::ControlModifier); // no device is chosen: told, and the keyboard alone goes on
+    QCOMPARE(p.session->input->InputDevice, 0);
+    QVERIFY(p.dialogs.shown.empty());
+
+    p.midi.inputs = {{"Keys", 4}};
+    p.session->settings.Global_MidiSetup_InDevice = 4;
+    p.Key(Qt::Key_I, Qt::ControlModifier);
+    QCOMPARE(p.session->input->InputDevice, 1);
+    QVERIFY(p.window->Recorder().Practice().Is_Running());
+    p.midi.incoming.push_back({p.counter.Now_Ns(), 0x90, 65, 99});
+    QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 1);
+    QCOMPARE(int{p.sound.posted.back().a}, 65);
+    QVERIFY(!p.window->Key_Plays(SCAN_Z)); // the computer keys stay shortcuts
+    p.midi.incoming.push_back({p.counter.Now_Ns(), 0x80, 65, 0});
+    QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOff), 1);
+
+    p.midi.inputs.clear(); // unplugged
+    p.midi.portsChanged = true;
+    QTRY_VERIFY(!p.window->Recorder().Practice().Is_Running());
+    QVERIFY(p.dialogs.shown.empty()); // no box interrupts
+    p.midi.inputs = {{"Keys", 4}};
+    p.midi.portsChanged = true;
+    QTRY_VERIFY(p.window->Recorder().Practice().Is_Running());
 }
 
 void Main_Window_Test::Letters_Are_Shortcuts_Only_When_They_Do_Not_Play() {
