@@ -207,16 +207,21 @@ void PanVol_Class::tmp_Play_SetStartTime(double beats) const noexcept {
     Row_At(std::max(beats, 0.0));
 }
 
+/// The last point's value holds, before being Row_At(time). A song of no length has a beginning all the same.
+bool PanVol_Class::Is_Behind_All(std::int32_t before, double time) const noexcept {
+    return Row(before).NextI == LAST_ROW && time > 0.0 && song.Song_Length_Beats() <= time;
+}
+
 int PanVol_Class::Play_GetValue_At_TimePos(double beats) const noexcept {
     const double time = beats > 0.0 ? beats : 0.0;
     const std::int32_t before = Row_At(time);
     const std::int32_t behind = Row(before).NextI;
+    if (Is_Behind_All(before, time))
+        return Row(LAST_ROW).Value;
     const double start = Time_Of(before);
     const double end = Time_Of(behind);
-    if (behind == LAST_ROW && end <= time)
-        return Row(LAST_ROW).Value;
     const auto slope = static_cast<float>((Row(behind).Value - Row(before).Value) / (end - start));
-    if (!std::isfinite(slope)) // points closer than the slope can tell
+    if (!std::isfinite(slope)) // a song of no length, or points closer than the slope can tell
         return Row(before).Value;
     return Map_Value(RoundHalfEven(Row(before).Value + static_cast<double>(slope) * (time - start)));
 }
@@ -225,7 +230,7 @@ std::pair<std::int32_t, std::int32_t> PanVol_Class::Points_Around(double beats) 
     const double time = beats > 0.0 ? beats : 0.0;
     const std::int32_t before = Row_At(time);
     const std::int32_t behind = Row(before).NextI;
-    if (behind == LAST_ROW && Time_Of(LAST_ROW) <= time)
+    if (Is_Behind_All(before, time))
         return {Row(LAST_ROW).ID, Row(LAST_ROW).ID};
     return {Row(before).ID, Row(behind).ID};
 }

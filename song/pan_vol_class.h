@@ -95,6 +95,7 @@ private:
     std::int32_t New_ID();
     double Time_Of(std::int32_t i) const noexcept;
     std::int32_t Row_At(double beats) const noexcept;
+    bool Is_Behind_All(std::int32_t before, double time) const noexcept;
     void Remove_Row(std::int32_t i);
     void Remove_Between(double fromBeat, double endBeat);
 

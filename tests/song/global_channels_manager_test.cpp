@@ -147,6 +147,29 @@ TEST_F(Channel_Table, Names_Are_Unique_Letter_Case_Aside) {
     EXPECT_EQ(Row(FIRST_ID + 2).ChannelName, "channel 1");
 }
 
+TEST_F(Channel_Table, Maps_Come_And_Go_With_Channels) {
+    const auto pan_at = [&](int slot) {
+        return table.Maps.Slot_Map(Map_Kind::Pan, slot).Play_GetValue_At_TimePos(0.0);
+    };
+    const std::int32_t midi = Add(3);
+    const std::int32_t audio = Add(NOT_GIVEN, "", true);
+    EXPECT_EQ(table.Maps.Find_AudioMapRow(audio), 0);
+    EXPECT_EQ(table.Maps.Find_AudioMapRow(midi), -1);
+    table.Set_Pan(midi, 30);
+    EXPECT_EQ(pan_at(3), 30);
+    const std::int32_t second = Add(3);
+    EXPECT_EQ(pan_at(3), 30) << "the slot keeps what its first channel set";
+    table.Set_OutputChannel(midi, 4);
+    EXPECT_EQ(pan_at(4), 30);
+    table.Delete_Channel(second);
+    Add(3);
+    EXPECT_EQ(pan_at(3), 64) << "a new channel alone on the slot";
+    table.Delete_Channel(audio);
+    EXPECT_EQ(table.Maps.Find_AudioMapRow(audio), -1);
+    table.Clear();
+    EXPECT_EQ(pan_at(4), 64);
+}
+
 TEST_F(Channel_Table, Mute_Wins_Over_Solo) {
     struct Case {
         bool muteA, soloA, muteB, soloB, silentA, silentB;

@@ -176,6 +176,7 @@ TEST_F(Map_Test, Values_Between_Beside_And_Behind_Points) {
     song.songLength = 6.0; // the drawn points now lie behind the song
     EXPECT_EQ(map.Play_GetValue_At_TimePos(7.9999), 127);
     EXPECT_EQ(map.Play_GetValue_At_TimePos(8), 90);
+    EXPECT_EQ(map.Points_Around(8.0).first, map.Get_LastPoint_ID());
     const auto around = map.Points_Around(5.0);
     EXPECT_EQ(around,
               std::make_pair(Id_At(4), map.Get_Point(map.Get_Point_NextI(map.GetPoint_I(Id_At(4)))).ID));
@@ -211,6 +212,15 @@ TEST_F(Map_Test, Ten_Thousand_Times_Lie_On_The_Lines) {
         const double time = static_cast<double>(random() % 2'100'000) / 10'000.0;
         ASSERT_NEAR(map.Play_GetValue_At_TimePos(time), Straight_Lines(points, time), 0.5001) << time;
     }
+}
+
+TEST_F(Map_Test, An_Empty_Song_Begins_With_The_First_Point) {
+    song.songLength = 0.0;
+    map.Set_Point_Val(map.Get_FirstPoint_ID(), 20);
+    EXPECT_EQ(map.Play_GetValue_At_TimePos(0.0), 20);
+    EXPECT_EQ(map.Play_GetValue_At_TimePos(0.001), 64);
+    Add(0, 30);
+    EXPECT_EQ(map.Play_GetValue_At_TimePos(0.0), 30) << "the later of two at one time";
 }
 
 TEST_F(Map_Test, Ids_Outlive_The_Moves_Of_Rows) {
