@@ -30,7 +30,7 @@ std::uint8_t To_Midi_Value(std::int32_t value) {
 void Send_Patch_And_Pan(const Hub_Call& call, int row) {
     const GlobalChannel& channel = Channel_At(call, row);
     call.session.gcm->GCM_SetChannelPatch(row, channel.PatchI);
-    call.session.output->Midi_SetPan(channel.OutputChannel, channel.Pan);
+    call.session.gcm->GCM_SetChannelPan(row);
 }
 
 bool Set_Patch(Hub_Call& call) {
@@ -51,7 +51,8 @@ bool Set_Volume(Hub_Call& call) {
     const auto volume = call.Long(2);
     if (Row_Of(call) < 0 || !volume)
         return false;
-    call.session.channels->Set_Volume(*call.Long(1), To_Midi_Value(*volume));
+    call.session.channels->Set_Volume(*call.Long(1), To_Midi_Value(*volume),
+                                      call.session.transport.PlayPosition);
     return true;
 }
 
@@ -85,11 +86,8 @@ bool Set_Pan(Hub_Call& call) {
     const auto value = call.Long(2);
     if (row < 0 || !value)
         return false;
-    const GlobalChannel before = Channel_At(call, row);
-    const std::uint8_t pan = To_Midi_Value(*value);
-    call.session.channels->Set_Pan(*call.Long(1), pan);
-    if (Is_Midi(before) && before.Pan != pan)
-        call.session.output->Midi_SetPan(before.OutputChannel, pan);
+    call.session.channels->Set_Pan(*call.Long(1), To_Midi_Value(*value));
+    call.session.gcm->GCM_SetChannelPan(row);
     return true;
 }
 

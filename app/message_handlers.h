@@ -47,5 +47,7 @@ struct Message_Handler {
 std::span<const Message_Handler> Channel_Messages();
 std::span<const Message_Handler> Event_Messages();
 std::span<const Message_Handler> Song_Messages();
+std::span<const Message_Handler> Mark_Messages();
+std::span<const Message_Handler> Map_Messages();
 
 } // namespace tonvex

@@ -4,8 +4,9 @@
 
 namespace tonvex {
 
-/// Numbers of the change messages. P1 is the ChannelID unless said otherwise; the parameters listed are those
-/// behind it. Times and lengths in beats. Where a new value and a delta are listed, one of them is given.
+/// Numbers of the change messages. P1 is the ChannelID unless said otherwise, and the parameters listed are
+/// those behind it; a message that is not about a channel has no ChannelID. Times and lengths in beats. Where
+/// a new value and a delta are listed, one of them is given.
 enum Change_Message : int {
     MSG_SET_PATCH = 1001,  ///< patch row
     MSG_SET_VOLUME = 1002, ///< volume 0 to 127
@@ -40,7 +41,52 @@ enum Change_Message : int {
     MSG_POSITION_VALUE = 1101,             ///< P1 position
     MSG_SONG_POSITION = HUB_SONG_POSITION, ///< P1 position
     MSG_GENERAL_UPDATE = HUB_GENERAL_UPDATE,
-    MSG_SHOW_POSITION = 1201,  ///< P1 position
+    MSG_SHOW_POSITION = 1201, ///< P1 position
+
+    // Marks. The notice tells the mark's row and, as text, its name; the mark's going is told before, too.
+    MSG_ADD_MARK = 1202,    ///< P1 start, P2 end or not given for a plain mark, P3 name or not given
+    MSG_DELETE_MARK = 1203, ///< P1 row
+    MSG_CHANGE_MARK = 1204, ///< P1 row, P2 name
+    MSG_MOVE_MARK = 1225,   ///< P1 row, P2 start, P3 end; one of both may stay away: as Song_Marks::Move_Mark
+
+    // Map windows. Nothing changes: the window layer hears the notice, whose text is the window's title.
+    MSG_OPEN_PAN_MAP = 1205,          ///< P1 slot
+    MSG_OPEN_VOLUME_MAP = 1206,       ///< P1 slot
+    MSG_OPEN_AUDIO_PAN_MAP = 1207,    ///< of an audio channel
+    MSG_OPEN_AUDIO_VOLUME_MAP = 1208, ///< of an audio channel
+    MSG_OPEN_AUDIO_MAPS = 1238,       ///< of an audio channel: 1208 and 1207
+
+    // Points of the maps of a slot; P1 slot. One message a point, then the closing message of the gesture,
+    // which has the slot alone. The text of a notice is the point's ID: of an added and of a moved point the
+    // new one. A point's going is told before, too.
+    MSG_PAN_ADD_POINT = 1209, ///< P2 time, P3 value or not given for the value that the map has there
+    MSG_PAN_ADD_END = 1210,
+    MSG_PAN_DELETE_POINT = 1211, ///< P2 point ID
+    MSG_PAN_DELETE_END = 1212,
+    MSG_PAN_MOVE_POINT = 1213, ///< P2 point ID, P3 new time, P4 delta, P5 new value or not given
+    MSG_PAN_MOVE_END = 1214,
+    MSG_PAN_SET_POINT = 1215, ///< P2 point ID, P3 new value, P4 delta
+    MSG_PAN_SET_END = 1216,
+    // The same for the volume map.
+    MSG_VOLUME_ADD_POINT = 1217,
+    MSG_VOLUME_ADD_END = 1218,
+    MSG_VOLUME_DELETE_POINT = 1219,
+    MSG_VOLUME_DELETE_END = 1220,
+    MSG_VOLUME_MOVE_POINT = 1221,
+    MSG_VOLUME_MOVE_END = 1222,
+    MSG_VOLUME_SET_POINT = 1223,
+    MSG_VOLUME_SET_END = 1224,
+    // The same for the maps of an audio channel, with the ChannelID for the slot and without closing
+    // messages.
+    MSG_AUDIO_PAN_ADD_POINT = 1230,
+    MSG_AUDIO_PAN_DELETE_POINT = 1231,
+    MSG_AUDIO_PAN_MOVE_POINT = 1232,
+    MSG_AUDIO_PAN_SET_POINT = 1233,
+    MSG_AUDIO_VOLUME_ADD_POINT = 1234,
+    MSG_AUDIO_VOLUME_DELETE_POINT = 1235,
+    MSG_AUDIO_VOLUME_MOVE_POINT = 1236,
+    MSG_AUDIO_VOLUME_SET_POINT = 1237,
+
     MSG_TRANSPOSE_SONG = 1300, ///< P1 semitones
     MSG_CHANGE_SPEED = 1301,   ///< P1 factor
     MSG_SET_TEMPO = 1302,      ///< P1 tempo

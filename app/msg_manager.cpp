@@ -61,7 +61,8 @@ const EventData* Hub_Call::Event(int n) const {
 }
 
 MsgManager::MsgManager(Session& owner) : session(owner) {
-    for (const auto family : {Channel_Messages(), Event_Messages(), Song_Messages()})
+    for (const auto family :
+         {Channel_Messages(), Event_Messages(), Song_Messages(), Mark_Messages(), Map_Messages()})
         for (const Message_Handler& handler : family)
             handlers.emplace(handler.msg, &handler);
 }

@@ -2,6 +2,7 @@
 #include "app/msg_manager.h"
 #include "app/session.h"
 
+#include <algorithm>
 #include <limits>
 #include <vector>
 
@@ -11,6 +12,8 @@ namespace {
 
 /// Two changes of the record mode closer than this are one key press.
 constexpr std::int64_t RECORD_MODE_PAUSE_MS = 50;
+/// Lengths closer than this differ by rounding alone.
+constexpr double SAME_LENGTH_BEATS = 1e-3;
 
 bool Tell_Only(Hub_Call&) {
     return true;
@@ -32,8 +35,17 @@ bool Song_Position(Hub_Call& call) {
     return true;
 }
 
+/// A song that an edit made shorter takes the map points behind its new end along. A take does not: it may
+/// wipe the end before it brings a new one. Whoever puts another song or an earlier state in place tells its
+/// length in SongLength first.
 bool General_Update(Hub_Call& call) {
-    call.session.project.SongLength = call.session.channels->Longest_Channel_Beats();
+    Session& session = call.session;
+    const double before = session.project.SongLength;
+    session.project.SongLength =
+        std::max(session.channels->Longest_Channel_Beats(), session.marks.Last_Beat());
+    const bool shorter = session.project.SongLength < before - SAME_LENGTH_BEATS;
+    if (shorter && !session.transport.Recording)
+        session.channels->Maps.SongLength_Changed(session.project.SongLength);
     return true;
 }
 
@@ -69,6 +81,9 @@ bool Change_Speed(Hub_Call& call) {
         if (channels.Is_Live_Row(row))
             channels.Store(row).Project_ChangeSpeed(static_cast<float>(*factor));
     }
+    channels.Maps.Project_ChangeSpeed(static_cast<float>(*factor));
+    // The same song at another pace: its points are still inside.
+    call.session.project.SongLength = 0.0;
     return true;
 }
 
