@@ -130,6 +130,47 @@ ordered_json Channel_Json(const GlobalChannelsManager& channels, int row) {
     return fields;
 }
 
+ordered_json Marks_Json(const Song_Marks& marks) {
+    ordered_json rows = ordered_json::array();
+    for (int row = 0; row < Song_Marks::ROWS; ++row) {
+        if (!marks.Is_Live(row))
+            continue;
+        const Mark& mark = marks.Row(row);
+        rows.push_back({{"row", row},
+                        {"MarkStart", mark.MarkStart},
+                        {"MarkEnd", mark.MarkEnd},
+                        {"MarkName", mark.MarkName},
+                        {"MarkColor", mark.MarkColor}});
+    }
+    return rows;
+}
+
+ordered_json Map_Json(const PanVol_Class& map) {
+    ordered_json points = ordered_json::array();
+    for (const MapPoint& point : map.In_Time_Order())
+        points.push_back(ordered_json::array({point.TimePos, point.Value}));
+    return points;
+}
+
+ordered_json Maps_Json(const Song_Maps& maps) {
+    ordered_json both;
+    both["slots"] = ordered_json::array();
+    both["audio"] = ordered_json::array();
+    for (int slot = 0; slot < Song_Maps::SLOTS; ++slot)
+        both["slots"].push_back({{"slot", slot},
+                                 {"volume", Map_Json(maps.Slot_Map(Map_Kind::Volume, slot))},
+                                 {"pan", Map_Json(maps.Slot_Map(Map_Kind::Pan, slot))}});
+    for (int row = 0; row < Song_Maps::AUDIO_ROWS; ++row) {
+        const AudioMapRow& audio = maps.Audio_Row(row);
+        if (Is_On(audio.InUse))
+            both["audio"].push_back({{"row", row},
+                                     {"ChannelID", audio.ChannelID},
+                                     {"volume", Map_Json(audio.VolMap)},
+                                     {"pan", Map_Json(audio.PanMap)}});
+    }
+    return both;
+}
+
 } // namespace
 
 std::string Dump_Song(const Session& session) {
@@ -146,6 +187,8 @@ std::string Dump_Song(const Session& session) {
     song["tempo"] = ordered_json::array();
     for (const TempoChange& change : session.tempoChanges.In_Time_Order())
         song["tempo"].push_back({{"ID", change.ID}, {"BeatN", change.BeatN}, {"Tempo", change.Tempo}});
+    song["marks"] = Marks_Json(session.marks);
+    song["maps"] = Maps_Json(session.channels->Maps);
     song["soundfonts"] = session.fonts->Get_CurList();
     // Names that are not UTF-8 must not stop a dump.
     return song.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";

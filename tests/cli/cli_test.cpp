@@ -87,6 +87,15 @@ TEST_F(Cli_Test, Perform_Writes_Song_Trace_And_Sound) {
                                           {"Length", 450.0 / 750.0 - 150.0 / 750.0}}));
     EXPECT_EQ(channel["events"][1]["Note"], 60);
     EXPECT_EQ(channel["events"][1]["Vol"], 90);
+    EXPECT_EQ(
+        song["marks"],
+        json::parse(
+            R"([{"row": 0, "MarkStart": 0.0, "MarkEnd": 0.0, "MarkName": "Start", "MarkColor": 16777215}])"));
+    ASSERT_EQ(song["maps"]["slots"].size(), 32U);
+    EXPECT_EQ(
+        song["maps"]["slots"][31],
+        json::parse(R"({"slot": 31, "volume": [[0.0, 64], [-1.0, 64]], "pan": [[0.0, 64], [-1.0, 64]]})"));
+    EXPECT_EQ(song["maps"]["audio"], json::array());
 
     std::istringstream trace(Read("trace.jsonl"));
     std::vector<json> notes;
