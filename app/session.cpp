@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* FIRST_CHANNEL_NAME = "Channel 1";
 constexpr const char* OWN_DEFAULT_LAYOUT = "default";
+constexpr const char* FINGERPICK_FOLDER = "fingerpick";
 constexpr const char* STOCK_LAYOUT = "Tonvex default";
 
 } // namespace
@@ -30,9 +31,14 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     layout = std::make_unique<KeyboardLayout>(notes, doors.dialogs);
     midiIn->onVelocity = [this](int note, int velocity) { Take_Velocity(note, velocity); };
     hub = std::make_unique<MsgManager>(*this);
+    // Who brings no patterns of his own plays those that ship.
+    fingerpicks =
+        std::make_unique<Fingerpick_Patterns>(std::vector{paths.Get_Folder("patterns") / FINGERPICK_FOLDER,
+                                                          dataFolder / "patterns" / FINGERPICK_FOLDER},
+                                              notes);
     const Transport_Parts parts{*channels,  tempoChanges,  project,       *output,   *gcm,
                                 *input,     *layout,       *hub,          transport, options,
-                                doors.loop, doors.counter, doors.dialogs, observers};
+                                doors.loop, doors.counter, doors.dialogs, observers, *fingerpicks};
     recorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder->PracticeMode = true;

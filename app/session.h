@@ -100,6 +100,7 @@ public:
     std::unique_ptr<KeyboardLayout> layout;
     std::vector<Transport_Observer*> observers; ///< windows that follow runs
     std::unique_ptr<MsgManager> hub;
+    std::unique_ptr<Fingerpick_Patterns> fingerpicks;
     std::unique_ptr<RecorderClass> recorder;
     std::unique_ptr<RecorderClass> practiceRecorder;
     std::unique_ptr<Player_Recorder> player;

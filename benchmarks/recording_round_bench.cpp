@@ -95,8 +95,9 @@ private:
     InputHandler input{keyboard, midiIn};
     KeyboardLayout layout{notes, dialogs};
     std::vector<Transport_Observer*> observers;
-    Transport_Parts parts{channels, tempoChanges, project, output, gcm,     input,   layout,
-                          *this,    state,        options, loop,   counter, dialogs, observers};
+    Fingerpick_Patterns fingerpicks{{}, notes};
+    Transport_Parts parts{channels, tempoChanges, project, output,  gcm,     input,     layout,     *this,
+                          state,    options,      loop,    counter, dialogs, observers, fingerpicks};
     RecorderClass recorder{parts};
     std::chrono::steady_clock::duration took{};
 };

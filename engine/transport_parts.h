@@ -2,6 +2,7 @@
 
 #include "engine/gcm_midi.h"
 #include "engine/midiapi.h"
+#include "engine/qchord_class.h"
 #include "engine/transport_state.h"
 #include "input/input_handler.h"
 #include "input/keyboard_layout.h"
@@ -34,6 +35,9 @@ struct Transport_Parts {
     const Millisecond_Counter& counter;
     User_Dialogs& dialogs;
     std::vector<Transport_Observer*>& observers;
+    Fingerpick_Patterns& fingerpicks;
+
+    QChord_Parts Chord_Parts() const { return {tempoChanges, project, fingerpicks}; }
 
     /// Calls one operation of every observer, by index, since an observer may leave the list meanwhile.
     template <typename Operation, typename... Arg>

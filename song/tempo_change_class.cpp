@@ -1,6 +1,7 @@
 #include "song/tempo_change_class.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace tonvex {
 
@@ -121,6 +122,14 @@ void TempoChangeClass::Clear() {
     NextID = FIRST_ID;
     freeHint = 0;
     Changed();
+}
+
+std::int32_t Tempo_At(double beats, const TempoChangeClass& tempoChanges, std::int32_t baseTempo) {
+    const std::vector<TempoChange>& changes = tempoChanges.In_Time_Order();
+    const auto behind =
+        std::partition_point(changes.begin(), changes.end(),
+                             [beats](const TempoChange& change) { return change.BeatN <= beats; });
+    return behind == changes.begin() ? baseTempo : std::prev(behind)->Tempo;
 }
 
 } // namespace tonvex

@@ -66,4 +66,7 @@ private:
     std::uint64_t revision = 0;
 };
 
+/// The tempo that holds from beats on: of the last change at or before it, else baseTempo.
+std::int32_t Tempo_At(double beats, const TempoChangeClass& tempoChanges, std::int32_t baseTempo);
+
 } // namespace tonvex

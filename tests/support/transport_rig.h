@@ -89,8 +89,9 @@ public:
     InputHandler input{keyboard, midiIn};
     KeyboardLayout layout{notes, dialogs};
     std::vector<Transport_Observer*> observers;
-    Transport_Parts parts{channels, tempoChanges, project, output, gcm,     input,   layout,
-                          *this,    state,        options, loop,   counter, dialogs, observers};
+    Fingerpick_Patterns fingerpicks{{}, notes};
+    Transport_Parts parts{channels, tempoChanges, project, output,  gcm,     input,     layout,     *this,
+                          state,    options,      loop,    counter, dialogs, observers, fingerpicks};
     RecorderClass recorder{parts};
     Player_Recorder player{parts};
 
