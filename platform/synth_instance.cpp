@@ -13,9 +13,10 @@ namespace tonvex {
 
 namespace {
 
-/// Output for each slot at velocity 127 stays about 10 dB below full scale, so that a full arrangement
-/// fits; the user's amplification lies behind it.
-constexpr double SYNTH_GAIN = 0.5;
+/// Output for a slot at velocity 127 and volume 64, where an undrawn volume map stands, stays about 10 dB
+/// below full scale, so that a full arrangement fits; the user's amplification lies behind it. A map drawn up
+/// to 127 is 12 dB louder.
+constexpr double SYNTH_GAIN = 1.2;
 
 void Silence_Library_Log() {
     static std::once_flag done;
