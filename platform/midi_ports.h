@@ -49,7 +49,8 @@ public:
 
     virtual Midi_Result Open_Output(std::int32_t portId) = 0;
     virtual void Close_Output() = 0;
-    /// A short message of 1 to 3 bytes. Silent when no output is open or the port has gone.
+    /// A short message of 1 to 3 bytes. Silent when no output is open or the port has gone. The player thread
+    /// may call it as well.
     virtual void Send(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) = 0;
 
     /// True once after ports came or went since the last call; called about twice a second by the owner.

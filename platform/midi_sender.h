@@ -2,7 +2,7 @@
 
 #include "platform/jack_link.h"
 
-#include <boost/lockfree/spsc_queue.hpp>
+#include <boost/lockfree/queue.hpp>
 
 #include <array>
 #include <atomic>
@@ -16,7 +16,7 @@ class RtMidiOut;
 namespace tonvex {
 
 /// Hands short messages to one open output port on a thread of its own: a port whose server hangs or has
-/// died would hold up whoever sends to it. Send belongs to the interface thread, the port to the sender.
+/// died would hold up whoever sends to it. Send belongs to any thread, the port to the sender.
 class Midi_Sender {
 public:
     /// link: the JACK server that the port belongs to, null with another API.
@@ -40,7 +40,7 @@ private:
 
     std::unique_ptr<RtMidiOut> port;
     std::shared_ptr<Jack_Link> jack;
-    boost::lockfree::spsc_queue<Short_Message> queue;
+    boost::lockfree::queue<Short_Message, boost::lockfree::fixed_sized<true>> queue;
     std::counting_semaphore<> waiting{0};
     std::atomic<bool> ending{false};
     std::uint32_t blockAtMark = 0; ///< sender's thread

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 namespace tonvex {
@@ -125,6 +126,8 @@ struct RtMidi_Ports::Parts {
     std::optional<Midi_Port_Table::Found> openInput;
     std::shared_ptr<Jack_Link> inputJack; ///< the server that the open input belongs to
     std::unique_ptr<Midi_Sender> output;
+    std::atomic<Midi_Sender*> outputInUse{nullptr}; ///< output, for the threads that send
+    std::atomic<int> sending{0};                    ///< of them that may be looking at it
     std::optional<Midi_Port_Table::Found> openOutput;
     std::shared_ptr<Jack_Link> outputJack;
 };
@@ -282,6 +285,7 @@ Midi_Result RtMidi_Ports::Open_Output(std::int32_t portId) {
         if (result != Midi_Result::Ok)
             return result;
         parts->output = std::make_unique<Midi_Sender>(std::move(output), parts->outputJack);
+        parts->outputInUse.store(parts->output.get());
     } catch (const RtMidiError& error) {
         return Result_Of(error.getType());
     } catch (const std::system_error&) { // no thread left
@@ -292,14 +296,19 @@ Midi_Result RtMidi_Ports::Open_Output(std::int32_t portId) {
 }
 
 void RtMidi_Ports::Close_Output() {
+    parts->outputInUse.store(nullptr);
+    while (parts->sending.load() != 0)
+        std::this_thread::yield(); // a push into a queue
     parts->output.reset();
     parts->outputJack.reset();
     parts->openOutput.reset();
 }
 
 void RtMidi_Ports::Send(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
-    if (parts->output)
-        parts->output->Send(status, data1, data2);
+    parts->sending.fetch_add(1);
+    if (Midi_Sender* const sender = parts->outputInUse.load())
+        sender->Send(status, data1, data2);
+    parts->sending.fetch_sub(1);
 }
 
 bool RtMidi_Ports::Ports_Changed() {
