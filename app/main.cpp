@@ -97,10 +97,10 @@ public:
     void Let_Messages_Run() override { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
     bool Load_Main_Window(const AppPaths_Class& paths, const std::filesystem::path& dataFolder) override {
-        session =
-            std::make_unique<Session>(Session_Doors{*machine->sound, machine->midi, machine->keys,
-                                                    machine->counter, machine->loop, machine->store, dialogs},
-                                      paths, dataFolder);
+        session = std::make_unique<Session>(Session_Doors{*machine->sound, machine->midi, machine->keys,
+                                                          machine->counter, machine->loop, machine->store,
+                                                          dialogs, Cue_Drive::Threaded},
+                                            paths, dataFolder);
         if (!session->Load())
             return false;
         Draw_Installation_ID(session->settings);

@@ -24,6 +24,18 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     channels->Play_Is_Active = [this] { return transport.Song_Runs(); };
     output = std::make_unique<midiapi>(doors.sound, doors.midi, doors.dialogs, doors.counter, *channels);
     gcm = std::make_unique<GCM_Midi>(*output, *channels, transport);
+    cueOutput = std::make_unique<Midi_Cue_Output>(doors.sound, doors.midi);
+    if (doors.cueDrive == Cue_Drive::Stepped)
+        cueOutput->onSounded = [this](const Sound_Message& message) { output->Tell_Played(message); };
+    cue = std::make_unique<CueEngine>(doors.counter, *cueOutput, doors.cueDrive);
+    gcm->onLiveNotes = [this](const CueEngine::Live_Notes& held) { cue->Player_CopyRecActiveNotes(held); };
+    // Who brings no patterns of his own plays those that ship.
+    fingerpicks =
+        std::make_unique<Fingerpick_Patterns>(std::vector{paths.Get_Folder("patterns") / FINGERPICK_FOLDER,
+                                                          dataFolder / "patterns" / FINGERPICK_FOLDER},
+                                              notes);
+    render = std::make_unique<RenderModule>(*channels, *gcm, *cue, doors.loop,
+                                            QChord_Parts{tempoChanges, project, *fingerpicks});
     fonts = std::make_unique<DLSListClass>(doors.sound, *output, *channels);
     keyboard = std::make_unique<KeyboardClass>(doors.keys, doors.dialogs);
     midiIn = std::make_unique<MidiIn_Module>(doors.midi);
@@ -31,14 +43,9 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     layout = std::make_unique<KeyboardLayout>(notes, doors.dialogs);
     midiIn->onVelocity = [this](int note, int velocity) { Take_Velocity(note, velocity); };
     hub = std::make_unique<MsgManager>(*this);
-    // Who brings no patterns of his own plays those that ship.
-    fingerpicks =
-        std::make_unique<Fingerpick_Patterns>(std::vector{paths.Get_Folder("patterns") / FINGERPICK_FOLDER,
-                                                          dataFolder / "patterns" / FINGERPICK_FOLDER},
-                                              notes);
-    const Transport_Parts parts{*channels,  tempoChanges,  project,       *output,   *gcm,
-                                *input,     *layout,       *hub,          transport, options,
-                                doors.loop, doors.counter, doors.dialogs, observers, *fingerpicks};
+    const Transport_Parts parts{*channels,     tempoChanges, project,      *output, *gcm,       *input,
+                                *layout,       *hub,         transport,    options, doors.loop, doors.counter,
+                                doors.dialogs, observers,    *fingerpicks, *cue,    *render};
     recorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder->PracticeMode = true;
@@ -51,6 +58,8 @@ Session::~Session() {
 
 bool Session::Load() {
     loaded = true;
+    // Without a thread the library takes nothing, and the polling engine plays.
+    (void)cue->InitDLL();
     const fs::path patterns = paths.Get_Folder("patterns");
     if (!Make_Folder(patterns) || !Make_Folder(patterns / "Drums"))
         return false;
@@ -77,6 +86,7 @@ void Session::Shutdown() {
     if (settingsRead)
         Keep_Settings();
     output->Close();
+    cue->FreeDLL();
     if (tempFolder)
         tempFolder->Remove();
     tempFolder.reset();
@@ -118,6 +128,8 @@ bool Session::Try_Output(std::int32_t deviceId, int bufferMs) {
 }
 
 void Session::Load_Sounds() {
+    if (transport.EngineRunning)
+        output->Midi_PlayerOutput(*cue);
     // A session that began on a port has read no list yet.
     fontsLoaded = fonts->CurList.empty() ? fonts->Load_DefaultList() : fonts->Load_CurList_Fonts();
     Send_Idle_Sound();

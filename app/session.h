@@ -6,9 +6,12 @@
 #include "app/session_temp_folder.h"
 #include "app/settings.h"
 #include "audio/dls_list_class.h"
+#include "engine/cue_engine.h"
 #include "engine/gcm_midi.h"
+#include "engine/midi_cue_output.h"
 #include "engine/midiapi.h"
 #include "engine/recorder_class.h"
+#include "engine/render_module.h"
 #include "engine/transport_state.h"
 #include "input/input_handler.h"
 #include "input/keyboard_layout.h"
@@ -42,6 +45,9 @@ struct Session_Doors {
     Run_Loop& loop;
     Settings_Store& store;
     User_Dialogs& dialogs;
+    /// Threaded needs the monotonic counter. Stepped, the player library moves in the rounds of a run, and
+    /// what it plays is told to the output's observer.
+    Cue_Drive cueDrive = Cue_Drive::Stepped;
 };
 
 /// All objects of one running program, in the order in which they come to life. Interface thread.
@@ -93,6 +99,9 @@ public:
     std::unique_ptr<GlobalChannelsManager> channels;
     std::unique_ptr<midiapi> output;
     std::unique_ptr<GCM_Midi> gcm;
+    std::unique_ptr<Midi_Cue_Output> cueOutput;
+    std::unique_ptr<CueEngine> cue;
+    std::unique_ptr<RenderModule> render;
     std::unique_ptr<DLSListClass> fonts;
     std::unique_ptr<KeyboardClass> keyboard;
     std::unique_ptr<MidiIn_Module> midiIn;

@@ -51,7 +51,7 @@ int Run(int argc, char** argv) {
     app.fallthrough();
 
     Perform_Call call;
-    std::string engine = "polling";
+    std::string engine = "thread";
     CLI::App* perform = app.add_subcommand(
         "perform", "Records the key edges of a script on a simulated clock and writes the song");
     perform->add_option("SONG", call.song, "- for a new project with one MIDI channel")->required();
@@ -77,8 +77,6 @@ int Run(int argc, char** argv) {
     std::string text;
     if (perform->parsed()) {
         call.threadEngine = engine == "thread";
-        if (call.threadEngine)
-            std::cerr << "tonvex-cli: there is no thread engine yet, the polling engine plays\n";
         return Report(Perform(options, call));
     }
     if (fonts->parsed()) {

@@ -14,7 +14,7 @@ struct Perform_Call {
     std::filesystem::path out;
     std::filesystem::path trace; ///< empty: none
     std::filesystem::path wav;   ///< empty: none
-    bool threadEngine = false;   ///< what the user asked for
+    bool threadEngine = true;    ///< else the polling engine
 };
 
 /// Runs the record transport on simulated time with the edges of a script and writes the song, and on

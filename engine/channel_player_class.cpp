@@ -1,6 +1,7 @@
 #include "engine/channel_player_class.h"
 
 #include "base/rounding.h"
+#include "engine/render_module.h"
 
 #include <algorithm>
 #include <iterator>
@@ -98,6 +99,8 @@ void CHannelPlayerClass::Drop_If_Gone() {
     ActiveEventsStep(0.0);
     store = nullptr;
     Set_Next(-1);
+    if (renderer != nullptr)
+        renderer->Render_DropChannel(channelRow);
 }
 
 void CHannelPlayerClass::Take_Changes(double time) {
@@ -112,6 +115,9 @@ void CHannelPlayerClass::Take_Changes(double time) {
         Restore_Heap();
         if (seek)
             SetTimePos(time);
+        // As here: only what asks for the place anew ends all that sounds.
+        if (renderer != nullptr && Sounding)
+            renderer->Render_UpdateChannel(channelRow, !seek);
         store->Clear_Mods();
     }
     // A sort of the store moves events between rows without logging anything.
@@ -181,6 +187,8 @@ void CHannelPlayerClass::Restore_Heap() {
 }
 
 CHannelPlayerClass::Moment CHannelPlayerClass::Next_Moment() const noexcept {
+    if (renderer != nullptr)
+        return {NEVER, true};
     const Moment start{NextEventI < 0 ? NEVER : Moment_At(nextStart + TimeOffset), true};
     const Moment end{activeEvents.empty() ? NEVER : Moment_At(activeEvents.front().EndTime + TimeOffset),
                      false};
@@ -200,7 +208,9 @@ void CHannelPlayerClass::Play_Next_Moment() {
 void CHannelPlayerClass::Start_Next_Event() {
     const auto event = store->ReadEvent(NextEventI);
     if (event && Sounding && !muted) {
-        if (event->Kind == EV_NOTE && event->Note != nullptr) {
+        // What has no length or no volume is not there to hear.
+        if (event->Kind == EV_NOTE && event->Note != nullptr && event->Note->Length > 0.0 &&
+            event->Note->Vol > 0) {
             const auto volume = channels.Channels[static_cast<std::size_t>(channelRow)].Volume;
             const float factor = static_cast<float>(volume) / 100.0F;
             const auto velocity =

@@ -9,6 +9,8 @@
 
 namespace tonvex {
 
+class RenderModule;
+
 /// Walks one channel's events against the song position and sounds them. One object a MIDI channel for
 /// one transport run. Interface thread. Times in beats.
 ///
@@ -36,6 +38,9 @@ public:
     CHannelPlayerClass(GlobalChannelsManager& channels, GCM_Midi& output, const VGetTickCount& clock,
                        const Millisecond_Counter& counter);
 
+    /// Not null: the player library sounds the stored events. The player then starts and ends nothing, and
+    /// has the channel's list replaced when it changes.
+    RenderModule* renderer = nullptr;
     bool Sounding = true;    ///< off: the player tracks the song and sounds nothing
     double TimeOffset = 0.0; ///< subtracted from every position on entry
 

@@ -16,6 +16,7 @@ void Channel_Players::Make(int leaveOutRow) {
         players.push_back(std::make_unique<Channel_Player>(
             Channel_Player{CHannelPlayerClass(parts.channels, parts.gcm, clock, parts.counter), false}));
         players.back()->player.SetChannel(channel.ChannelID, row);
+        players.back()->player.renderer = parts.state.EngineRunning ? &parts.render : nullptr;
     }
 }
 
@@ -63,6 +64,8 @@ void Channel_Players::Follow_Mutes() {
         if (mute == entry->tableMute)
             continue;
         entry->tableMute = mute;
+        if (parts.state.EngineRunning)
+            parts.cue.Channel_SetMute(entry->player.Row(), mute);
         if (mute)
             entry->player.MuteChannel();
         else
@@ -76,6 +79,8 @@ void Channel_Players::Mute_All() {
 }
 
 bool Channel_Players::At_End() const {
+    if (parts.state.EngineRunning)
+        return parts.cue.At_End();
     return std::all_of(players.begin(), players.end(),
                        [](const auto& entry) { return entry->player.At_End(); });
 }

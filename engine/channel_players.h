@@ -15,7 +15,8 @@ public:
     /// Both outlive the players.
     Channel_Players(const Transport_Parts& parts, const VGetTickCount& clock);
 
-    /// A player for every live MIDI row; leaveOutRow gets none (-1: all get one).
+    /// A player for every live MIDI row; leaveOutRow gets none (-1: all get one). While the thread engine
+    /// runs they follow the changes alone.
     void Make(int leaveOutRow);
     /// Lets go of all players.
     void Make_None() noexcept { players.clear(); }

@@ -49,6 +49,8 @@ public:
     bool InitDLL();
     /// The thread ends, the lists go.
     void FreeDLL();
+    /// Between InitDLL and FreeDLL.
+    bool Is_Running() const noexcept { return running; }
     /// UseSynth: rows go to the synthesizer, ahead by LEAD_NS or, if that is more, twice blockNs; else to the
     /// MIDI port at their moments.
     void Init_SetOutput(bool UseSynth, std::int64_t blockNs);

@@ -37,7 +37,7 @@ void GCM_Midi::GCM_NoteOn(int channelRow, int note, int velocity, bool live, std
     if (!Is_Note(note) || Dropped(live))
         return;
     if (live)
-        ++transport.LiveNotes[Index(note)];
+        Count_Live(note, 1);
     const int slot = Slot_Of(channelRow);
     if (slot >= 0)
         output.Midi_NoteOn(slot, note, velocity, dueNs);
@@ -46,11 +46,23 @@ void GCM_Midi::GCM_NoteOn(int channelRow, int note, int velocity, bool live, std
 void GCM_Midi::GCM_NoteOff(int channelRow, int note, int velocity, bool live, std::int64_t dueNs) {
     if (!Is_Note(note) || Dropped(live))
         return;
-    if (live && transport.LiveNotes[Index(note)] > 0)
-        --transport.LiveNotes[Index(note)];
+    if (live)
+        Count_Live(note, -1);
     const int slot = Slot_Of(channelRow);
     if (slot >= 0)
         output.Midi_NoteOff(slot, note, velocity, dueNs);
+}
+
+void GCM_Midi::GCM_LiveRelease(int note) {
+    if (Is_Note(note))
+        Count_Live(note, -1);
+}
+
+void GCM_Midi::Count_Live(int note, int change) {
+    std::int32_t& presses = transport.LiveNotes[Index(note)];
+    presses = std::max(presses + change, 0);
+    if (transport.EngineRunning && onLiveNotes)
+        onLiveNotes(transport.LiveNotes);
 }
 
 void GCM_Midi::GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live, std::int64_t dueNs) {
@@ -81,7 +93,8 @@ void GCM_Midi::GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live
         return;
     --ChannelNoteCount[Index(channelRow)][Index(note)];
     const int slot = noteSlot[Index(channelRow)][Index(note)];
-    if (--slotNoteCount[Index(slot)][Index(note)] == 0)
+    const bool held = slot == transport.LiveSlot && transport.LiveNotes[Index(note)] > 0;
+    if (--slotNoteCount[Index(slot)][Index(note)] == 0 && !held)
         output.Midi_NoteOff(slot, note, velocity, dueNs);
     if (Viewed(channelRow))
         viewer->On_Note_Hidden(note);

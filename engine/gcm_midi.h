@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 
 namespace tonvex {
 
@@ -20,9 +21,13 @@ public:
     void GCM_NoteOn(int channelRow, int note, int velocity, bool live, std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_NoteOff(int channelRow, int note, int velocity, bool live,
                      std::int64_t dueNs = midiapi::DUE_NOW);
+    /// One of several live presses of a note lets go: the note sounds on.
+    void GCM_LiveRelease(int note);
+    /// Hears the counters of live presses after each change while the thread engine runs.
+    std::function<void(const std::array<std::int32_t, 128>&)> onLiveNotes;
     /// The player path: counted by row and note. Every on goes out; an off goes out only when no row on the
-    /// same output slot holds the note any more, and an off that no on went before goes nowhere.
-    /// A note ends on the slot that it began on, whatever the row's OutputChannel has become.
+    /// same output slot holds the note any more, the performer included, and an off that no on went before
+    /// goes nowhere. A note ends on the slot that it began on, whatever the row's OutputChannel has become.
     void GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
                         std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live,
@@ -67,6 +72,7 @@ private:
     void Send_Pan(int slot, int value);
     void Send_Volume(int slot, int value);
     void Send_What_Differs(int slot, int pan, int volume);
+    void Count_Live(int note, int change);
     bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
     bool Viewed(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
 

@@ -2,6 +2,8 @@
 
 #include "base/rounding.h"
 #include "base/text_codec.h"
+#include "engine/cue_engine.h"
+#include "engine/short_messages.h"
 
 #include <algorithm>
 #include <span>
@@ -10,17 +12,7 @@ namespace tonvex {
 
 namespace {
 
-constexpr int PORT_CHANNELS = 16;
-
-// Status bytes of the MIDI channel messages and the controllers in use.
-constexpr int STATUS_NOTE_OFF = 128;
-constexpr int STATUS_NOTE_ON = 144;
-constexpr int STATUS_CONTROLLER = 176;
-constexpr int STATUS_PROGRAM = 192;
-constexpr int CONTROLLER_BANK = 0;
-constexpr int CONTROLLER_VOLUME = 7;
-constexpr int CONTROLLER_PAN = 10;
-constexpr int CONTROLLER_SOUND_OFF = 120;
+constexpr std::int64_t NS_PER_S = 1'000'000'000;
 
 constexpr std::array<int, 10> CYMBALS = {42, 44, 46, 49, 51, 52, 53, 55, 57, 59};
 
@@ -118,33 +110,8 @@ void midiapi::Tell(Sound_Op op, int slot, int a, int b) {
 }
 
 void midiapi::Send(Sound_Op op, int channel, int a, int b, std::int32_t font, std::int64_t dueNs) {
-    const int midiChannel = channel % PORT_CHANNELS;
-    switch (op) {
-    case Sound_Op::NoteOn:
-        Short_Message(STATUS_NOTE_ON + midiChannel, a, b);
-        break;
-    case Sound_Op::NoteOff:
-        Short_Message(STATUS_NOTE_OFF + midiChannel, a, b);
-        break;
-    case Sound_Op::Patch:
-        Short_Message(STATUS_CONTROLLER + midiChannel, CONTROLLER_BANK, b);
-        Short_Message(STATUS_PROGRAM + midiChannel, a, 0);
-        break;
-    case Sound_Op::Pan:
-        Short_Message(STATUS_CONTROLLER + midiChannel, CONTROLLER_PAN, a);
-        break;
-    case Sound_Op::Volume:
-        Short_Message(STATUS_CONTROLLER + midiChannel, CONTROLLER_VOLUME, a);
-        break;
-    case Sound_Op::ChannelNotesOff:
-        Short_Message(STATUS_CONTROLLER + midiChannel, CONTROLLER_SOUND_OFF, 0);
-        break;
-    case Sound_Op::AllNotesOff:
-        // A port has no message for all channels at once, so each slot sends its own.
-        for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
-            Short_Message(STATUS_CONTROLLER + slot % PORT_CHANNELS, CONTROLLER_SOUND_OFF, 0);
-        break;
-    }
+    Each_Short_Message(op, channel, a, b,
+                       [this](int status, int data1, int data2) { Short_Message(status, data1, data2); });
     if (usingSynth) {
         Sound_Message message;
         message.dueNs = dueNs == DUE_NOW ? counter.Now_Ns() : dueNs;
@@ -196,6 +163,21 @@ void midiapi::Midi_AllNotesOff() {
 void midiapi::Midi_ChannelNotesOff(int channel) {
     if (Is_Open() && Is_Slot(channel))
         Send(Sound_Op::ChannelNotesOff, channel, 0, 0, 0, DUE_NOW);
+}
+
+void midiapi::Midi_PlayerOutput(CueEngine& engine) {
+    std::int64_t blockNs = 0;
+    if (usingSynth) {
+        const Sound_Status status = sound.Status();
+        if (status.sampleRate > 0)
+            blockNs = NS_PER_S * status.blockFrames / status.sampleRate;
+    }
+    engine.Init_SetOutput(usingSynth, blockNs);
+}
+
+void midiapi::Tell_Played(const Sound_Message& message) {
+    if (message.op == Sound_Op::Patch ? Reaches(message.slot) : Is_Open())
+        Tell(message.op, message.slot, message.a, message.b);
 }
 
 std::int32_t midiapi::Midi_FindFont(bool isDrum, int patch, int bank) const {

@@ -13,6 +13,8 @@
 
 namespace tonvex {
 
+class CueEngine;
+
 /// A row of the output or input device list.
 struct Device_Row {
     std::string Name;
@@ -75,6 +77,11 @@ public:
     void Midi_SetMasterVolume(int value);
     /// Drum notes that ring: the hi-hats, crashes, rides, splash and china of the General MIDI kit.
     static bool Midi_IsCymbal(int note);
+
+    /// Gives the player library the output that is open now.
+    void Midi_PlayerOutput(CueEngine& engine);
+    /// The player library's message has sounded: the observer hears it as any other.
+    void Tell_Played(const Sound_Message& message);
 
     /// Null to end; the observer outlives its registration.
     void Set_Observer(Output_Observer* newObserver) noexcept { observer = newObserver; }

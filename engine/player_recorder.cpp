@@ -11,7 +11,8 @@ constexpr std::int64_t NEVER_SHOWN = std::numeric_limits<std::int64_t>::min() / 
 } // namespace
 
 Player_Recorder::Player_Recorder(const Transport_Parts& transportParts)
-    : parts(transportParts), clock(parts.counter, parts.tempoChanges, parts.project), players(parts, clock) {}
+    : parts(transportParts), clock(parts.counter, parts.tempoChanges, parts.project), players(parts, clock),
+      engineRun(parts, clock) {}
 
 bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float speed) {
     Transport_State& state = parts.state;
@@ -35,19 +36,23 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
         if (parts.channels.Is_Live_Row(row))
             parts.channels.Store(row).Defrag_Data();
     }
+    engineRun.Prepare(RenderModule::NO_CHANNEL);
     players.Make(-1);
     state.LiveChanges = true;
     parts.loop.Let_Messages_Run();
     parts.gcm.GCM_SendAllPatches();
     parts.gcm.GCM_SendAllVolumes();
     players.Start_At(start);
+    engineRun.Set_Channels(start, RenderModule::NO_CHANNEL);
     clock.SetTime(start);
-    if (state.PlayRequested)
+    if (engineRun.Start(start) && state.PlayRequested)
         parts.loop.Run([this] { return parts.state.PlayRequested && Round(); });
 
+    engineRun.Stop();
     parts.output.Midi_AllNotesOff();
     players.Mute_All();
     players.Make_None();
+    engineRun.End();
     state.LiveChanges = false;
     state.PlayRequested = false;
     state.PlayPosition = clock.GetTime();
@@ -96,12 +101,17 @@ void Player_Recorder::Follow_Song(double& time, std::int64_t ms) {
 
 void Player_Recorder::Seek(double beats) {
     parts.output.Midi_AllNotesOff();
+    engineRun.Stop();
+    engineRun.Set_Position(beats);
     clock.SetTime(beats);
     players.Seek(beats);
+    if (!engineRun.Start(beats))
+        parts.state.PlayRequested = false;
 }
 
 bool Player_Recorder::Transport_Step(double time) {
     players.Step(time);
+    engineRun.Step();
     return players.At_End();
 }
 

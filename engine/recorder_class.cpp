@@ -21,7 +21,8 @@ constexpr std::int64_t NEVER_SHOWN = std::numeric_limits<std::int64_t>::min() / 
 } // namespace
 
 RecorderClass::RecorderClass(const Transport_Parts& transportParts)
-    : parts(transportParts), clock(parts.counter, parts.tempoChanges, parts.project), players(parts, clock) {}
+    : parts(transportParts), clock(parts.counter, parts.tempoChanges, parts.project), players(parts, clock),
+      engineRun(parts, clock) {}
 
 bool RecorderClass::StartRecording(double time, float speed, std::int32_t channel, bool overwrite,
                                    bool metronome, bool oneRound) {
@@ -41,10 +42,10 @@ bool RecorderClass::StartRecording(double time, float speed, std::int32_t channe
         return opened;
     if (!PracticeMode && parts.options.Global_Rec_WaitForKey)
         Wait_For_Key();
-    Start_Clock();
+    const bool clockStarted = Start_Clock();
     if (PracticeMode)
         return true;
-    if (!Stop_Asked())
+    if (clockStarted && !Stop_Asked())
         parts.loop.Run([this, metronome] { return !Stop_Asked() && Round(metronome); });
     End_Run(overwrite);
     return true;
@@ -93,7 +94,9 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
         parts.gcm.ViewChannelRow = RecChannelRow;
         parts.Tell(&Transport_Observer::On_Run_Started, true);
         // In a blend the old take goes on sounding; what is to be overwritten stays silent.
-        players.Make(overwrite ? RecChannelRow : -1);
+        const int silentRow = overwrite ? RecChannelRow : RenderModule::NO_CHANNEL;
+        engineRun.Prepare(silentRow);
+        players.Make(silentRow);
         parts.state.LiveChanges = true;
     }
     parts.loop.Let_Messages_Run();
@@ -104,9 +107,20 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
         parts.output.Midi_SetVolume(0, FULL_SLOT_VOLUME);
     }
     // Behind the channels' own patches, so that a change just before the start has the last word.
-    if (!PracticeMode)
+    if (!PracticeMode) {
         players.Start_At(startBeat);
+        engineRun.Set_Channels(startBeat, RecChannelRow);
+        Follow_Slot();
+    }
     return true;
+}
+
+/// The recorded channel may have been given another slot.
+void RecorderClass::Follow_Slot() {
+    if (!parts.channels.Is_Live_Row(RecChannelRow))
+        return;
+    parts.state.LiveSlot = parts.channels.Channels[static_cast<std::size_t>(RecChannelRow)].OutputChannel;
+    engineRun.Follow_Performer(RecChannelRow);
 }
 
 /// -1 for a channel that cannot be played on.
@@ -161,13 +175,14 @@ void RecorderClass::Wait_For_Key() {
     parts.Tell(&Transport_Observer::On_Waiting_For_Key, false);
 }
 
-void RecorderClass::Start_Clock() {
+bool RecorderClass::Start_Clock() {
     ClickNote = parts.project.MetronomeNote;
     ClickVelocity =
         static_cast<std::int32_t>(RoundHalfEven(parts.project.MetronomeVolume * CLICK_VELOCITY_FACTOR));
     LastClickBeat = -1;
     clock.Reset();
     startNs = parts.counter.Now_Ns();
+    return PracticeMode || engineRun.Start(startBeat);
 }
 
 /// False when the run is over.
@@ -184,6 +199,7 @@ bool RecorderClass::Round(bool metronome) {
             Follow_Song(time, ms);
         }
         players.Step(time);
+        engineRun.Step();
     }
     Take_Key();
     return !Stop_Asked();
@@ -207,6 +223,7 @@ void RecorderClass::Follow_Song(double time, std::int64_t ms) {
     parts.Tell(&Transport_Observer::On_Position, time, ms);
     if (parts.channels.Is_Live_Row(RecChannelRow))
         Take_Volume();
+    Follow_Slot();
     players.Follow_Mutes();
 }
 
@@ -216,6 +233,8 @@ double RecorderClass::Position_Now() const {
 
 void RecorderClass::End_Run(bool overwrite) {
     const double end = std::max(startBeat, endBeat >= 0.0 ? endBeat : Position_Now());
+    if (!PracticeMode)
+        engineRun.Stop();
     parts.output.Midi_AllNotesOff();
     Release_All_Keys(end);
     if (!PracticeMode) {
@@ -231,6 +250,8 @@ void RecorderClass::End_Run(bool overwrite) {
         parts.state.TransportStopped = true;
         parts.hub.Message(this, HUB_GENERAL_UPDATE);
         parts.hub.Message(this, HUB_SONG_POSITION, SavedPosition);
+        engineRun.End();
+        parts.state.LiveSlot = -1;
     }
     parts.input.Input_Close();
     parts.gcm.GCM_SendAllPatches();

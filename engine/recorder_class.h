@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/channel_players.h"
+#include "engine/engine_run.h"
 #include "engine/transport_parts.h"
 
 #include <array>
@@ -55,10 +56,12 @@ private:
     void Follow_Practice_Channel();
     bool Set_Up(double time, float speed, std::int32_t channel, bool overwrite, bool& opened);
     void Wait_For_Key();
-    void Start_Clock();
+    /// False when the library's clock cannot be set.
+    bool Start_Clock();
     bool Round(bool metronome);
     void Click(double time);
     void Follow_Song(double time, std::int64_t ms);
+    void Follow_Slot();
     void End_Run(bool overwrite);
     void Wipe_Span(double endBeat);
     bool Stop_Asked() const noexcept { return StopRequested || parts.state.StopTransportRequest; }
@@ -78,6 +81,7 @@ private:
     Transport_Parts parts;
     VGetTickCount clock;
     Channel_Players players;
+    Engine_Run engineRun;
     bool isRunning = false;
 
     std::array<Played_Key, KEYS> playedKeys{};
@@ -117,6 +121,7 @@ private:
     Transport_Parts parts;
     VGetTickCount clock;
     Channel_Players players;
+    Engine_Run engineRun;
     bool endedByItself = false;
     std::int64_t lastShownMs = 0;
 };

@@ -99,6 +99,8 @@ void RecorderClass::NoteKeyUp(int key, double releaseBeat, std::int64_t dueNs) {
     std::int32_t& held = heldNotes[static_cast<std::size_t>(note)];
     if (--held == 0)
         parts.gcm.GCM_NoteOff(RecChannelRow, note, NOTE_OFF_VELOCITY, true, dueNs);
+    else
+        parts.gcm.GCM_LiveRelease(note);
     parts.Tell(&Transport_Observer::On_Note_Hidden, note);
 }
 

@@ -18,8 +18,8 @@ constexpr std::chrono::microseconds WAIT{100};
 } // namespace
 
 RenderModule::RenderModule(GlobalChannelsManager& channelTable, GCM_Midi& gcmMidi, CueEngine& cueEngine,
-                           Run_Loop& runLoop)
-    : channels(channelTable), gcm(gcmMidi), engine(cueEngine), loop(runLoop) {
+                           Run_Loop& runLoop, const QChord_Parts& partsOfChords)
+    : channels(channelTable), gcm(gcmMidi), engine(cueEngine), loop(runLoop), chordParts(partsOfChords) {
     listOfRow.fill(NO_LIST);
 }
 
@@ -69,6 +69,8 @@ Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches) 
             continue;
         if (event->Kind == EV_NOTE) {
             Add_Note(list, slot, *event);
+        } else if (event->Kind == EV_QCHORD) {
+            Add_Chord(list, slot, *event);
         } else if (event->Kind == EV_PATCH) {
             if (sendPatches)
                 gcm.GCM_SetChannelPatch(channelRow, event->DataRef);
@@ -84,6 +86,16 @@ void RenderModule::Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
         return;
     list.AddEvent(slot, event.StartTime, event.Note->Note, event.Note->Vol);
     list.AddEvent(slot, event.StartTime + event.Note->Length, event.Note->Note, 0);
+}
+
+void RenderModule::Add_Chord(Render_MidiEventColClass& list, std::int16_t slot,
+                             const ChannelClass::Event_View& event) const {
+    if (event.QChord == nullptr)
+        return;
+    QChordClass chord(chordParts);
+    chord.Set_Stored_Chord(*event.QChord, event.StartTime);
+    std::int32_t count = 0;
+    chord.Render_GetEvents(list, slot, event.QChord->ChordVol, true, QChordClass::STOP, count);
 }
 
 void RenderModule::Add_Patch(Render_MidiEventColClass& list, std::int16_t slot,

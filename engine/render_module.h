@@ -2,6 +2,7 @@
 
 #include "engine/cue_engine.h"
 #include "engine/gcm_midi.h"
+#include "engine/qchord_class.h"
 #include "engine/render_midi_event_col_class.h"
 #include "platform/run_loop.h"
 #include "song/global_channels_manager.h"
@@ -17,7 +18,8 @@ public:
     static constexpr int NO_CHANNEL = -1;
 
     /// All outlive the module.
-    RenderModule(GlobalChannelsManager& channels, GCM_Midi& gcm, CueEngine& engine, Run_Loop& loop);
+    RenderModule(GlobalChannelsManager& channels, GCM_Midi& gcm, CueEngine& engine, Run_Loop& loop,
+                 const QChord_Parts& chordParts);
 
     /// Hands over a list for every live MIDI row; that of excludeRow (NO_CHANNEL: none) holds its marker
     /// alone. The library must be paused. False when the library takes no lists: nothing was handed over.
@@ -40,6 +42,8 @@ private:
     Render_MidiEventColClass Render(int channelRow, bool sendPatches);
     void Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
                   const ChannelClass::Event_View& event) const;
+    void Add_Chord(Render_MidiEventColClass& list, std::int16_t slot,
+                   const ChannelClass::Event_View& event) const;
     void Add_Patch(Render_MidiEventColClass& list, std::int16_t slot,
                    const ChannelClass::Event_View& event) const;
     std::int32_t List_Of(int channelRow) const;
@@ -48,6 +52,7 @@ private:
     GCM_Midi& gcm;
     CueEngine& engine;
     Run_Loop& loop;
+    QChord_Parts chordParts;
     std::array<std::int32_t, GlobalChannelsManager::CHANNEL_ROWS> listOfRow{};
 };
 

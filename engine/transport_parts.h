@@ -1,8 +1,10 @@
 #pragma once
 
+#include "engine/cue_engine.h"
 #include "engine/gcm_midi.h"
 #include "engine/midiapi.h"
 #include "engine/qchord_class.h"
+#include "engine/render_module.h"
 #include "engine/transport_state.h"
 #include "input/input_handler.h"
 #include "input/keyboard_layout.h"
@@ -36,6 +38,8 @@ struct Transport_Parts {
     User_Dialogs& dialogs;
     std::vector<Transport_Observer*>& observers;
     Fingerpick_Patterns& fingerpicks;
+    CueEngine& cue;
+    RenderModule& render;
 
     QChord_Parts Chord_Parts() const { return {tempoChanges, project, fingerpicks}; }
 
@@ -53,6 +57,11 @@ inline constexpr std::int64_t RUN_DISPLAY_MS = 10;
 /// Re-anchors a running clock at beats after the tempo list changed: whatever its formula makes of the
 /// new tempo, the song goes on from where it was.
 void Keep_Position_After_Tempo_Edit(VGetTickCount& clock, double beats);
+
+/// What a channel's volume makes of a velocity.
+inline float Vol_Factor(const GlobalChannel& channel) noexcept {
+    return static_cast<float>(channel.Volume) / 100.0F;
+}
 
 /// start as a run can use it: a number, 0 or above.
 double Usable_Position(double beats) noexcept;

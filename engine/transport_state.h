@@ -12,12 +12,13 @@ struct Transport_State {
     bool PlayRequested = false;        ///< true while the play loop runs
     double SeekRequest = -1.0;         ///< beats, -1 when none
     bool TempoChangedRequest = false;
-    bool EngineRunning = false; ///< the thread engine owns the stored events
-    std::array<std::int32_t, 128> LiveNotes{};
-    bool TransportStopped = false; ///< set at the end of each run
-    bool Recording = false;        ///< a recording (not practice) runs
-    bool Practising = false;       ///< practice mode is open
-    bool LiveChanges = false;      ///< a song runs: channel stores log their changes
+    bool EngineRunning = false;                ///< the thread engine owns the stored events
+    std::array<std::int32_t, 128> LiveNotes{}; ///< live presses that hold a note
+    int LiveSlot = -1;                         ///< output slot of the channel being recorded, -1 when none is
+    bool TransportStopped = false;             ///< set at the end of each run
+    bool Recording = false;                    ///< a recording (not practice) runs
+    bool Practising = false;                   ///< practice mode is open
+    bool LiveChanges = false;                  ///< a song runs: channel stores log their changes
     /// A song is being recorded or played.
     bool Song_Runs() const noexcept { return Recording || PlayRequested; }
 };

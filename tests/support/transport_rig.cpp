@@ -45,6 +45,10 @@ Transport_Rig::Transport_Rig() {
     project.MetronomeVolume = 80;
     output.Midi_OpenDevice(midiapi::SYNTH_DEVICE);
     output.Set_Observer(this);
+    options.Global_UseThreadEngine = false;
+    cue.InitDLL();
+    cueOutput.onSounded = [this](const Sound_Message& message) { output.Tell_Played(message); };
+    gcm.onLiveNotes = [this](const CueEngine::Live_Notes& held) { cue.Player_CopyRecActiveNotes(held); };
     channels.PatchCount = 128;
     for (std::size_t i = 0; i < 128; ++i)
         channels.Global_Patches[i].Patch = static_cast<std::int16_t>(i);

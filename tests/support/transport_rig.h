@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/midi_cue_output.h"
 #include "engine/recorder_class.h"
 #include "platform/scripted_midi_ports.h"
 #include "support/recorder_doors.h"
@@ -84,14 +85,18 @@ public:
     GlobalChannelsManager channels{*this};
     midiapi output{sound, midi, dialogs, counter, channels};
     GCM_Midi gcm{output, channels, state};
+    Fingerpick_Patterns fingerpicks{{}, notes};
+    Midi_Cue_Output cueOutput{sound, midi};
+    CueEngine cue{counter, cueOutput, Cue_Drive::Stepped};
+    RenderModule render{channels, gcm, cue, loop, {tempoChanges, project, fingerpicks}};
     KeyboardClass keyboard{keys, dialogs};
     MidiIn_Module midiIn{midi};
     InputHandler input{keyboard, midiIn};
     KeyboardLayout layout{notes, dialogs};
     std::vector<Transport_Observer*> observers;
-    Fingerpick_Patterns fingerpicks{{}, notes};
-    Transport_Parts parts{channels, tempoChanges, project, output,  gcm,     input,     layout,     *this,
-                          state,    options,      loop,    counter, dialogs, observers, fingerpicks};
+    Transport_Parts parts{channels, tempoChanges, project,     output,  gcm,   input,
+                          layout,   *this,        state,       options, loop,  counter,
+                          dialogs,  observers,    fingerpicks, cue,     render};
     RecorderClass recorder{parts};
     Player_Recorder player{parts};
 
