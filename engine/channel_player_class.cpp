@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace tonvex {
 
@@ -15,8 +16,18 @@ constexpr double LAST_BEAT = 9.0e9; ///< beyond any song, and still a moment
 } // namespace
 
 CHannelPlayerClass::CHannelPlayerClass(GlobalChannelsManager& manager, GCM_Midi& gcm,
-                                       const VGetTickCount& runClock, const Millisecond_Counter& machineClock)
-    : channels(manager), output(gcm), clock(runClock), counter(machineClock) {}
+                                       const VGetTickCount& runClock, const Millisecond_Counter& machineClock,
+                                       const QChord_Parts& chords)
+    : channels(manager), output(gcm), clock(runClock), counter(machineClock), chordParts(chords) {}
+
+void CHannelPlayerClass::ActiveEventRow::Find_Next() noexcept {
+    nextTime = EndTime;
+    next = {Moment_At(EndTime), false};
+    if (chord == nullptr || !QChordClass::Step_Sounds(chord->QChord.Next_Step_Time(), EndTime))
+        return;
+    nextTime = chord->QChord.Next_Step_Time();
+    next = {Moment_At(nextTime), true};
+}
 
 std::int64_t CHannelPlayerClass::Moment_At(double beats) noexcept {
     return RoundHalfEven(std::clamp(beats, -LAST_BEAT, LAST_BEAT) * MOMENTS_A_BEAT);
@@ -183,6 +194,8 @@ void CHannelPlayerClass::Change_Length(std::int32_t eventId) {
 }
 
 void CHannelPlayerClass::Restore_Heap() {
+    for (ActiveEventRow& row : activeEvents)
+        row.Find_Next();
     std::make_heap(activeEvents.begin(), activeEvents.end());
 }
 
@@ -190,52 +203,113 @@ CHannelPlayerClass::Moment CHannelPlayerClass::Next_Moment() const noexcept {
     if (renderer != nullptr)
         return {NEVER, true};
     const Moment start{NextEventI < 0 ? NEVER : Moment_At(nextStart + TimeOffset), true};
-    const Moment end{activeEvents.empty() ? NEVER : Moment_At(activeEvents.front().EndTime + TimeOffset),
-                     false};
-    return end.at != NEVER && end < start ? end : start;
+    if (activeEvents.empty())
+        return start;
+    const ActiveEventRow& first = activeEvents.front();
+    const Moment active{Moment_At(first.nextTime + TimeOffset), first.next.isStart};
+    return start < active ? start : active;
 }
 
 void CHannelPlayerClass::Play_Next_Moment() {
     const Moment moment = Next_Moment();
     if (moment.at == NEVER)
         return;
-    if (moment.isStart)
-        Start_Next_Event();
-    else
+    const bool isActive =
+        !activeEvents.empty() && Moment_At(activeEvents.front().nextTime + TimeOffset) == moment.at;
+    if (!moment.isStart)
         End_First_Row();
+    else if (isActive)
+        Step_First_Chord();
+    else
+        Start_Next_Event();
 }
 
 void CHannelPlayerClass::Start_Next_Event() {
     const auto event = store->ReadEvent(NextEventI);
     if (event && Sounding && !muted) {
-        // What has no length or no volume is not there to hear.
-        if (event->Kind == EV_NOTE && event->Note != nullptr && event->Note->Length > 0.0 &&
-            event->Note->Vol > 0) {
-            const auto volume = channels.Channels[static_cast<std::size_t>(channelRow)].Volume;
-            const float factor = static_cast<float>(volume) / 100.0F;
-            const auto velocity =
-                static_cast<int>(RoundHalfEven(static_cast<float>(event->Note->Vol) * factor));
-            output.GCM_PlayNoteOn(channelRow, event->Note->Note, velocity, false, Due(event->StartTime));
-            activeEvents.push_back({event->StartTime + event->Note->Length, nextOrder++, event->Note->Length,
-                                    event->EventID, event->Note->Note});
-            std::push_heap(activeEvents.begin(), activeEvents.end());
-        } else if (event->Kind == EV_PATCH) {
+        if (event->Kind == EV_NOTE && event->Note != nullptr)
+            Start_Note(*event);
+        else if (event->Kind == EV_QCHORD && event->QChord != nullptr)
+            Start_Chord(*event);
+        else if (event->Kind == EV_PATCH)
             output.GCM_SetChannelPatch(channelRow, event->DataRef);
-        }
     }
     Set_Next(store->Get_NextEventI(NextEventI));
 }
 
-void CHannelPlayerClass::End_First_Row() {
+int CHannelPlayerClass::Velocity(std::uint8_t volume) const {
+    const auto channelVolume = channels.Channels[static_cast<std::size_t>(channelRow)].Volume;
+    const float factor = static_cast<float>(channelVolume) / 100.0F;
+    return static_cast<int>(RoundHalfEven(static_cast<float>(volume) * factor));
+}
+
+void CHannelPlayerClass::Add_Active(ActiveEventRow row) {
+    row.Find_Next();
+    activeEvents.push_back(std::move(row));
+    std::push_heap(activeEvents.begin(), activeEvents.end());
+}
+
+void CHannelPlayerClass::Start_Note(const ChannelClass::Event_View& event) {
+    const NoteData& note = *event.Note;
+    // What has no length or no volume is not there to hear.
+    if (note.Length <= 0.0 || note.Vol == 0)
+        return;
+    output.GCM_PlayNoteOn(channelRow, note.Note, Velocity(note.Vol), false, Due(event.StartTime));
+    Add_Active({event.StartTime + note.Length, nextOrder++, note.Length, event.EventID, note.Note, nullptr});
+}
+
+/// Its first notes are a step like the others, and due at once.
+void CHannelPlayerClass::Start_Chord(const ChannelClass::Event_View& event) {
+    const QChordData& data = *event.QChord;
+    if (data.Length <= 0.0 || data.ChordVol == 0)
+        return;
+    auto chord = std::make_unique<Active_Chord>(Active_Chord{QChordClass(chordParts), data.ChordVol, {}});
+    chord->QChord.Set_Stored_Chord(data, event.StartTime);
+    Add_Active({event.StartTime + data.Length, nextOrder++, data.Length, event.EventID, 0, std::move(chord)});
+}
+
+void CHannelPlayerClass::Step_First_Chord() {
+    ActiveEventRow row = Take_First_Row();
+    QChord_Messages messages;
+    row.chord->QChord.GetMsg_On_Time(row.nextTime, messages);
+    Play_Messages(*row.chord, messages, Due(messages.Time));
+    Add_Active(std::move(row));
+}
+
+void CHannelPlayerClass::Play_Messages(Active_Chord& chord, const QChord_Messages& messages,
+                                       std::int64_t due) {
+    const int velocity = Velocity(chord.volume);
+    for (std::size_t i = 0; i < messages.Rows(); ++i) {
+        const int note = messages.Notes[i];
+        const bool isOn = messages.Actions[i] == QChord_Messages::NOTE_ON;
+        const bool wasLeftOut = chord.leftOut.test(messages.Notes[i]);
+        chord.leftOut.set(messages.Notes[i], isOn && output.Performer_Holds(channelRow, note));
+        if (isOn && !chord.leftOut.test(messages.Notes[i]))
+            output.GCM_PlayNoteOn(channelRow, note, velocity, false, due);
+        else if (!isOn && !wasLeftOut)
+            output.GCM_PlayNoteOff(channelRow, note, NOTE_OFF_VELOCITY, false, due);
+    }
+}
+
+CHannelPlayerClass::ActiveEventRow CHannelPlayerClass::Take_First_Row() {
     std::pop_heap(activeEvents.begin(), activeEvents.end());
-    const ActiveEventRow row = activeEvents.back();
+    ActiveEventRow row = std::move(activeEvents.back());
     activeEvents.pop_back();
+    return row;
+}
+
+void CHannelPlayerClass::End_First_Row() {
+    const ActiveEventRow row = Take_First_Row();
     const std::int64_t due = row.EndTime == END_NOW ? midiapi::DUE_NOW : Due(row.EndTime);
-    output.GCM_PlayNoteOff(channelRow, row.Note, NOTE_OFF_VELOCITY, false, due);
+    if (row.chord == nullptr)
+        return output.GCM_PlayNoteOff(channelRow, row.Note, NOTE_OFF_VELOCITY, false, due);
+    QChord_Messages messages;
+    row.chord->QChord.GetMsg_On_Time(QChordClass::STOP, messages);
+    Play_Messages(*row.chord, messages, due);
 }
 
 void CHannelPlayerClass::ActiveEventsStep(double time) {
-    while (!activeEvents.empty() && activeEvents.front().EndTime <= time)
+    while (!activeEvents.empty() && activeEvents.front().nextTime <= time)
         End_First_Row();
 }
 

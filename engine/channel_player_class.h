@@ -1,10 +1,13 @@
 #pragma once
 
 #include "engine/gcm_midi.h"
+#include "engine/qchord_class.h"
 #include "platform/millisecond_counter.h"
 #include "song/vget_tick_count.h"
 
+#include <bitset>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace tonvex {
@@ -15,14 +18,14 @@ class RenderModule;
 /// one transport run. Interface thread. Times in beats.
 ///
 /// What begins or ends goes out in order of time, at equal times ends first, each due at its own moment
-/// and never later than now. Chords and style events are passed over.
+/// and never later than now. Style events are passed over.
 /// A step costs what begins and ends in it, whatever the length of the channel.
 class CHannelPlayerClass {
 public:
     /// The next thing to happen in the channel.
     struct Moment {
         std::int64_t at; ///< position as Moment_At gives it; NEVER when nothing is left
-        bool isStart;    ///< an event begins; else one ends
+        bool isStart;    ///< an event begins or a chord goes a step on; else one ends
         bool operator<(const Moment& other) const noexcept {
             return at < other.at || (at == other.at && !isStart && other.isStart);
         }
@@ -36,7 +39,7 @@ public:
 
     /// clock gives the due moment of stored rows; all outlive the player.
     CHannelPlayerClass(GlobalChannelsManager& channels, GCM_Midi& output, const VGetTickCount& clock,
-                       const Millisecond_Counter& counter);
+                       const Millisecond_Counter& counter, const QChord_Parts& chords);
 
     /// Not null: the player library sounds the stored events. The player then starts and ends nothing, and
     /// has the channel's list replaced when it changes.
@@ -70,15 +73,24 @@ public:
     bool Channel_Is_There() const;
 
 private:
+    struct Active_Chord {
+        QChordClass QChord;
+        std::uint8_t volume;
+        std::bitset<128> leftOut; ///< notes of it that were not begun, since the performer held them
+    };
     struct ActiveEventRow {
         double EndTime;
         std::uint64_t order; ///< of arrival: equal ends go out in the order in which they began
         double length;       ///< as it was when the event began or was last changed
         std::int32_t ID;
-        std::uint8_t Note;
-        /// For a heap with the earliest end on top.
+        std::uint8_t Note;                   ///< of a note event
+        std::unique_ptr<Active_Chord> chord; ///< null for a note event
+        double nextTime = 0.0;               ///< EndTime, or the chord's next step where that comes first
+        Moment next{};
+        void Find_Next() noexcept;
+        /// For a heap with the row on top that has something to do first.
         bool operator<(const ActiveEventRow& other) const noexcept {
-            return EndTime > other.EndTime || (EndTime == other.EndTime && order > other.order);
+            return other.next < next || (!(next < other.next) && order > other.order);
         }
     };
 
@@ -86,7 +98,14 @@ private:
     void Drop_If_Gone();
     void Set_Next(std::int32_t eventI);
     void Start_Next_Event();
+    void Start_Note(const ChannelClass::Event_View& event);
+    void Start_Chord(const ChannelClass::Event_View& event);
+    void Add_Active(ActiveEventRow row);
+    void Step_First_Chord();
+    void Play_Messages(Active_Chord& chord, const QChord_Messages& messages, std::int64_t due);
+    int Velocity(std::uint8_t volume) const;
     void ActiveEventsStep(double time);
+    ActiveEventRow Take_First_Row();
     void End_First_Row();
     void Mark_Ended(std::int32_t eventId);
     void Mark_All_Ended();
@@ -101,6 +120,7 @@ private:
     GCM_Midi& output;
     const VGetTickCount& clock;
     const Millisecond_Counter& counter;
+    const QChord_Parts chordParts;
     ChannelClass* store = nullptr;
     int channelRow = -1;
     std::int32_t channelId = 0;
@@ -108,7 +128,7 @@ private:
     std::int32_t NextEventI = -1; ///< event to start next, -1 at the end
     std::int32_t nextEventId = 0; ///< tells when a sort has moved the rows
     double nextStart = 0.0;
-    std::vector<ActiveEventRow> activeEvents; ///< a heap, the earliest end first
+    std::vector<ActiveEventRow> activeEvents; ///< a heap, what happens first on top
     std::uint64_t nextOrder = 0;
     struct Patch_Change {
         double startTime;

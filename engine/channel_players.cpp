@@ -13,8 +13,9 @@ void Channel_Players::Make(int leaveOutRow) {
         const GlobalChannel& channel = parts.channels.Channels[static_cast<std::size_t>(row)];
         if (row == leaveOutRow || !parts.channels.Is_Live_Row(row) || Is_On(channel.IsAudio))
             continue;
-        players.push_back(std::make_unique<Channel_Player>(
-            Channel_Player{CHannelPlayerClass(parts.channels, parts.gcm, clock, parts.counter), false}));
+        players.push_back(std::make_unique<Channel_Player>(Channel_Player{
+            CHannelPlayerClass(parts.channels, parts.gcm, clock, parts.counter, parts.Chord_Parts()),
+            false}));
         players.back()->player.SetChannel(channel.ChannelID, row);
         players.back()->player.renderer = parts.state.EngineRunning ? &parts.render : nullptr;
     }

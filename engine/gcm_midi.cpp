@@ -22,6 +22,7 @@ std::size_t Index(int value) {
 
 GCM_Midi::GCM_Midi(midiapi& outputApi, GlobalChannelsManager& channelTable, Transport_State& state)
     : output(outputApi), channels(channelTable), transport(state) {
+    lastPatch.fill(UNKNOWN);
     lastPan.fill(UNKNOWN);
     lastVolume.fill(UNKNOWN);
 }
@@ -107,6 +108,7 @@ void GCM_Midi::Send_Patch(int slot, int patchRow) {
     if (patchRow < 0 || Index(patchRow) >= table.size())
         return;
     const PatchRow& patch = table[Index(patchRow)];
+    lastPatch[Index(slot)] = patchRow;
     output.Midi_SetPatch(slot, patch.Patch, patch.Bank, patch.Font);
 }
 
@@ -191,6 +193,16 @@ int GCM_Midi::Note_Count(int channelRow, int note) const {
     if (channelRow < 0 || Index(channelRow) >= ROWS || !Is_Note(note))
         return 0;
     return ChannelNoteCount[Index(channelRow)][Index(note)];
+}
+
+bool GCM_Midi::Performer_Holds(int channelRow, int note) const {
+    return Is_Note(note) && transport.LiveNotes[Index(note)] > 0 && transport.LiveSlot >= 0 &&
+           Slot_Of(channelRow) == transport.LiveSlot;
+}
+
+int GCM_Midi::Slot_Patch(int channelRow) const {
+    const int slot = Slot_Of(channelRow);
+    return slot < 0 ? UNKNOWN : lastPatch[Index(slot)];
 }
 
 std::uint32_t GCM_Midi::GCM_PackPatch(std::int16_t patch, std::uint8_t bank, std::uint8_t flag) noexcept {

@@ -52,6 +52,10 @@ public:
     /// Forgets what the player path holds; sends nothing.
     void Clear_Note_Counts();
     int Note_Count(int channelRow, int note) const;
+    /// A key of the channel being recorded holds the note, on the row's output slot.
+    bool Performer_Holds(int channelRow, int note) const;
+    /// patchRow last sent to the row's output slot; -1 before the first, and for a row without one.
+    int Slot_Patch(int channelRow) const;
 
     int ViewChannelRow = -1;              ///< the channel shown on the record piano
     Transport_Observer* viewer = nullptr; ///< hears the notes of ViewChannelRow; may be null
@@ -82,6 +86,7 @@ private:
     std::array<std::array<std::int32_t, NOTES>, ROWS> ChannelNoteCount{};
     std::array<std::array<std::uint8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
     std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};
+    std::array<int, OUTPUT_SLOTS> lastPatch{};
     std::array<int, OUTPUT_SLOTS> lastPan{};
     std::array<int, OUTPUT_SLOTS> lastVolume{};
 };

@@ -89,6 +89,7 @@ public:
     QChordData Stored_Copy(double length) const;
     /// The chord's notes for a piano view, each in 0 to 127.
     const std::vector<int>& Shown_Notes() const noexcept { return shownNotes; }
+    std::uint8_t Volume() const noexcept { return data.ChordVol; }
     int Octave_In_Force() const noexcept { return Octave; }
     /// False when the chord's finger-picking pattern cannot be read or is for another type of chord.
     bool Pattern_Is_There() const noexcept { return !Is_On(data.ArpeggioOn) || PickLoaded(); }

@@ -83,6 +83,7 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
     StopRequested = false;
     isRunning = true;
     playedKeys.fill({});
+    QChords.clear();
     heldNotes.fill(0);
     endBeat = -1.0;
     lastShownMs = NEVER_SHOWN;
@@ -142,10 +143,12 @@ int RecorderClass::Find_Row(std::int32_t channel) {
         practice.OutputChannel = source.OutputChannel;
         practice.Volume = source.Volume;
         practice.PatchI = source.PatchI;
+        practice.Style = source.Style;
     } else {
         practice.OutputChannel = 0;
         practice.Volume = PLAIN_PRACTICE_VOLUME;
         practice.PatchI = 0;
+        practice.Style = 0;
     }
     return GlobalChannelsManager::PRACTICE_ROW;
 }
@@ -201,7 +204,9 @@ bool RecorderClass::Round(bool metronome) {
         players.Step(time);
         engineRun.Step();
     }
+    // An edge that is here already came before what the chords do now.
     Take_Key();
+    QChordsStep(time);
     return !Stop_Asked();
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace tonvex {
 
@@ -46,8 +47,15 @@ private:
         bool KeyDown = false;
         std::uint8_t kind = KEY_NOTE;
         bool sounds = false;
+        std::int32_t KeyQChord = -1; ///< place in QChords, -1 for none
         NoteData KeyNotes;
         double KeyDownTime = 0.0; ///< beats
+    };
+
+    /// A chord in progress.
+    struct Live_Chord {
+        int key;
+        QChordClass QChord;
     };
 
     // recorder_class.cpp: the run
@@ -75,8 +83,21 @@ private:
     void NoteKeyUp(int key, double releaseBeat, std::int64_t dueNs);
     void Function_Key(int key, std::int64_t atNs);
     void Release_All_Keys(double endBeat);
+    /// Counts a key's hold of a note; two keys may hold one.
+    void Live_Note_On(int note, std::uint8_t volume, std::int64_t dueNs);
+    void Live_Note_Off(int note, std::int64_t dueNs);
     /// Position at which an edge is stored: its arrival, kept within the run.
     double Stamp(std::int64_t atNs) const;
+
+    // recorder_chords.cpp: the chords
+    void QChordKeyDown(int key, const KeyMapEntry& entry, std::int64_t atNs);
+    void QChordKeyUp(int key, double releaseBeat, std::int64_t dueNs);
+    /// All chords in progress go on to time.
+    void QChordsStep(double time);
+    void Step_Chord(Live_Chord& chord, double time);
+    void Sound_Messages(const Live_Chord& chord, const QChord_Messages& messages, std::int64_t dueNs);
+    void Remove_Chord(std::int32_t place);
+    void Send_Own_Patch();
 
     Transport_Parts parts;
     VGetTickCount clock;
@@ -85,7 +106,8 @@ private:
     bool isRunning = false;
 
     std::array<Played_Key, KEYS> playedKeys{};
-    std::array<std::int32_t, 128> heldNotes{}; ///< keys down by MIDI note
+    std::vector<Live_Chord> QChords;           ///< in no order
+    std::array<std::int32_t, 128> heldNotes{}; ///< keys and chords that hold it, by MIDI note
     std::int32_t LastClickBeat = -1;
     std::int32_t ClickNote = 0;
     std::int32_t ClickVelocity = 0;

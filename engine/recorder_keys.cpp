@@ -54,6 +54,8 @@ void RecorderClass::Key_Pressed(int key, std::int64_t atNs) {
     parts.Tell(&Transport_Observer::On_Key_Pressed, key);
     if (entry.Kind == KEY_NOTE)
         NoteKeyDown(key, entry, atNs);
+    else if (entry.Kind == KEY_QCHORD)
+        QChordKeyDown(key, entry, atNs);
     else if (entry.Kind == KEY_RESERVED)
         Function_Key(key, atNs);
 }
@@ -71,10 +73,7 @@ void RecorderClass::NoteKeyDown(int key, const KeyMapEntry& entry, std::int64_t 
     played.KeyNotes.Note = static_cast<std::uint8_t>(note);
     played.sounds = true;
     played.KeyDownTime = Stamp(atNs);
-    ++heldNotes[played.KeyNotes.Note];
-    const auto velocity =
-        static_cast<int>(RoundHalfEven(static_cast<float>(played.KeyNotes.Vol) * RecVolFactor));
-    parts.gcm.GCM_NoteOn(RecChannelRow, note, velocity, true, atNs);
+    Live_Note_On(note, played.KeyNotes.Vol, atNs);
     parts.Tell(&Transport_Observer::On_Note_Shown, note);
 }
 
@@ -86,6 +85,22 @@ void RecorderClass::Key_Released(int key, std::int64_t atNs) {
     parts.Tell(&Transport_Observer::On_Key_Released, key);
     if (played.sounds)
         NoteKeyUp(key, Stamp(atNs), atNs);
+    else if (played.KeyQChord >= 0)
+        QChordKeyUp(key, Stamp(atNs), atNs);
+}
+
+void RecorderClass::Live_Note_On(int note, std::uint8_t volume, std::int64_t dueNs) {
+    ++heldNotes[static_cast<std::size_t>(note)];
+    const auto velocity = static_cast<int>(RoundHalfEven(static_cast<float>(volume) * RecVolFactor));
+    parts.gcm.GCM_NoteOn(RecChannelRow, note, velocity, true, dueNs);
+}
+
+void RecorderClass::Live_Note_Off(int note, std::int64_t dueNs) {
+    std::int32_t& held = heldNotes[static_cast<std::size_t>(note)];
+    if (--held == 0)
+        parts.gcm.GCM_NoteOff(RecChannelRow, note, NOTE_OFF_VELOCITY, true, dueNs);
+    else
+        parts.gcm.GCM_LiveRelease(note);
 }
 
 void RecorderClass::NoteKeyUp(int key, double releaseBeat, std::int64_t dueNs) {
@@ -96,11 +111,7 @@ void RecorderClass::NoteKeyUp(int key, double releaseBeat, std::int64_t dueNs) {
     if (!PracticeMode)
         parts.hub.Message(this, HUB_REC_EVENT, std::int32_t{RecChannelRow}, std::int32_t{EV_NOTE},
                           played.KeyDownTime, EventData(played.KeyNotes));
-    std::int32_t& held = heldNotes[static_cast<std::size_t>(note)];
-    if (--held == 0)
-        parts.gcm.GCM_NoteOff(RecChannelRow, note, NOTE_OFF_VELOCITY, true, dueNs);
-    else
-        parts.gcm.GCM_LiveRelease(note);
+    Live_Note_Off(note, dueNs);
     parts.Tell(&Transport_Observer::On_Note_Hidden, note);
 }
 
@@ -131,6 +142,8 @@ void RecorderClass::Release_All_Keys(double end) {
         parts.Tell(&Transport_Observer::On_Key_Released, static_cast<int>(key));
         if (played.sounds)
             NoteKeyUp(static_cast<int>(key), end, midiapi::DUE_NOW);
+        else if (played.KeyQChord >= 0)
+            QChordKeyUp(static_cast<int>(key), end, midiapi::DUE_NOW);
     }
 }
 

@@ -31,7 +31,7 @@ struct Rig_Edge {
 /// Everything a transport stands on, on a simulated clock: one millisecond a round. 60 beats a minute, so
 /// a beat is 1000 ms; one channel of volume 80 on slot 0. Keys: Z (44) and X (45) the first and third
 /// note of the active octave (48 and 50 in octave 3), A (30) always note 48; all of volume 127.
-class Transport_Rig final : public Channel_Host, public Change_Hub, public Output_Observer {
+class Transport_Rig : public Channel_Host, public Change_Hub, public Output_Observer {
 public:
     Transport_Rig();
 
