@@ -158,7 +158,7 @@ TEST(ChordRoads, Practice_Sounds_And_Shows_A_Chord_And_Keeps_Nothing) {
 }
 
 TEST(ChordRoads, A_Style_With_Its_Own_Patch_Gets_It_Back) {
-    for (const std::uint8_t style : {0, 2}) {
+    for (const std::uint8_t style : {std::uint8_t{0}, std::uint8_t{2}}) {
         Chord_Rig rig;
         rig.channels.Channels[0].PatchI = 30;
         rig.channels.Channels[0].Style = style;
