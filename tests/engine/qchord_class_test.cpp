@@ -270,12 +270,12 @@ TEST(FingerpickPattern, Those_That_Ship_Come_In_Pairs_And_Play_Chord_Tones) {
     const NotesStuff notes;
     Fingerpick_Patterns patterns({TONVEX_SOURCE_DATA "/patterns/fingerpick"}, notes);
     for (int number = 1; number <= 16; number += 2) {
-        const auto major = patterns.Pattern(number);
-        const auto minor = patterns.Pattern(number + 1);
-        ASSERT_TRUE(major != nullptr && minor != nullptr) << number;
-        EXPECT_EQ(major->Name, minor->Name);
-        EXPECT_FALSE(major->Name.empty());
-        for (const auto& [pattern, type] : {std::pair{major, 0}, std::pair{minor, 1}}) {
+        const auto ofMajor = patterns.Pattern(number);
+        const auto ofMinor = patterns.Pattern(number + 1);
+        ASSERT_TRUE(ofMajor != nullptr && ofMinor != nullptr) << number;
+        EXPECT_EQ(ofMajor->Name, ofMinor->Name);
+        EXPECT_FALSE(ofMajor->Name.empty());
+        for (const auto& [pattern, type] : {std::pair{ofMajor, 0}, std::pair{ofMinor, 1}}) {
             EXPECT_EQ(pattern->ChordType, type) << number;
             EXPECT_GE(pattern->PickRows.size(), 5U) << number;
             const int third = type == 0 ? 4 : 3;
