@@ -30,6 +30,7 @@ public:
     bool Post_From_Player(const Sound_Message&) noexcept override { return true; }
     void Raise_Generation(std::uint32_t) noexcept override {}
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>&) override { return {}; }
+    void Set_Effects(int, const Effect_Settings&) noexcept override {}
     void Set_Master_Volume(int) noexcept override {}
     int Master_Volume() const noexcept override { return 127; }
     void Set_Amplification(float) noexcept override {}

@@ -20,6 +20,7 @@ public:
             handles.push_back(static_cast<std::int32_t>(i) + 1);
         return handles;
     }
+    void Set_Effects(int, const Effect_Settings&) noexcept override {}
     void Set_Master_Volume(int value) noexcept override { masterVolume = value; }
     int Master_Volume() const noexcept override { return masterVolume; }
     void Set_Amplification(float) noexcept override {}

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <new>
 
 namespace tonvex {
 
@@ -73,6 +74,42 @@ void Sound_Core::Take_Instance() noexcept {
     outgoing.store(graph.Swap_Instance(fresh), std::memory_order_release);
 }
 
+void Sound_Core::Set_Effects(int slot, const Effect_Settings& settings) noexcept {
+    const auto n = static_cast<std::size_t>(slot);
+    for (const Effect_Kind kind : ALL_EFFECTS)
+        effects[n].values[static_cast<std::size_t>(kind)] = Bounded(kind, settings.Of(kind));
+    effects[n].on = settings.on;
+    if (chains[n] == nullptr && settings.Any_On()) {
+        try {
+            chains[n] = std::make_unique<Effect_Chain>(effectRate);
+        } catch (const std::bad_alloc&) {
+            return;
+        }
+    }
+    effectOrders[n].Write({chains[n].get(), effects[n]});
+}
+
+void Sound_Core::Set_Effect_Rate(int rate) noexcept {
+    if (rate == effectRate)
+        return;
+    effectRate = rate;
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot) {
+        const auto n = static_cast<std::size_t>(slot);
+        if (chains[n] == nullptr)
+            continue;
+        graph.Set_Effects(slot, nullptr, {});
+        chains[n].reset();
+        Set_Effects(slot, Effect_Settings(effects[n]));
+    }
+    Take_Effects();
+}
+
+void Sound_Core::Take_Effects() noexcept {
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        if (const Effect_Order* const order = effectOrders[static_cast<std::size_t>(slot)].Take())
+            graph.Set_Effects(slot, order->chain, order->settings);
+}
+
 bool Sound_Core::Pull(float* stereo, int frames) noexcept {
     const Audio_Thread_Mark mark;
     const std::int64_t startedNs = counter.Now_Ns();
@@ -80,6 +117,7 @@ bool Sound_Core::Pull(float* stereo, int frames) noexcept {
         mapping.Observe(startedNs, nextFrame);
     Set_Delay(frames); // a server may change its block while it runs
     Take_Instance();
+    Take_Effects();
     live.Collect();
     ahead.Collect();
     for (int done = 0; done < frames;) {
@@ -174,7 +212,7 @@ void Sound_Core::Keep(const float* stereo, int frames) noexcept {
 }
 
 bool Sound_Core::At_Rest() const noexcept {
-    return live.Empty() && ahead.Empty() && graph.Voice_Count() == 0;
+    return live.Empty() && ahead.Empty() && graph.Voice_Count() == 0 && !graph.Rings();
 }
 
 } // namespace tonvex

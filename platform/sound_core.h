@@ -2,6 +2,7 @@
 
 #include "platform/clock_mapping.h"
 #include "platform/due_queue.h"
+#include "platform/latest_value.h"
 #include "platform/millisecond_counter.h"
 #include "platform/sound_driver.h"
 #include "platform/synth_graph.h"
@@ -44,8 +45,15 @@ public:
     void Hand_Over(std::unique_ptr<Synth_Instance> fresh);
     /// Destroys what the audio thread has let go.
     void Collect_Garbage();
-    /// Takes over the instance handed over last when no driver is running.
-    void Settle() noexcept { Take_Instance(); }
+    /// Takes over the instance and the effects handed over last when no driver is running.
+    void Settle() noexcept {
+        Take_Instance();
+        Take_Effects();
+    }
+    /// slot 0 to 31. A slot's first effect makes its chain; without the memory for that it stays dry.
+    void Set_Effects(int slot, const Effect_Settings& settings) noexcept;
+    /// Chains for that rate in place of those there are. No driver may be running.
+    void Set_Effect_Rate(int rate) noexcept;
     void Set_Gain(float linear) noexcept { gain.store(linear, std::memory_order_relaxed); }
     float Take_Slot_Peak(int slot) noexcept { return graph.Take_Slot_Peak(slot); }
     /// The figures that the callback keeps: latency, load, drops, peaks.
@@ -59,11 +67,17 @@ public:
 
     // ---- audio thread ---------------------------------------------------------------------------------
     bool Pull(float* stereo, int frames) noexcept override;
-    /// Nothing posted is left and no voice sounds.
+    /// Nothing posted is left, no voice sounds and no effect rings.
     bool At_Rest() const noexcept;
 
 private:
+    /// The chain that a slot is to have, and how it is to be set.
+    struct Effect_Order {
+        Effect_Chain* chain = nullptr;
+        Effect_Settings settings;
+    };
     void Take_Instance() noexcept;
+    void Take_Effects() noexcept;
     void Render_Piece() noexcept;
     void Deliver_Due(std::int64_t beforeFrame) noexcept;
     void Set_Delay(int blockFrames) noexcept;
@@ -92,7 +106,11 @@ private:
     std::atomic<double> latencyMs{0.0};       ///< to the callback, smoothed
     std::atomic<double> deviceLatencyMs{0.0}; ///< behind the callback
     std::atomic<float> load{0.0F};
+    std::array<Latest_Value<Effect_Order>, OUTPUT_SLOTS> effectOrders;
     Synth_Instance* current = nullptr;
+    std::array<std::unique_ptr<Effect_Chain>, OUTPUT_SLOTS> chains; ///< interface thread's, once in use kept
+    std::array<Effect_Settings, OUTPUT_SLOTS> effects;              ///< interface thread's
+    int effectRate = 44100;
     std::vector<float> kept;
     std::atomic<std::size_t> keptFrames{0};
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/effects/effect_settings.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -72,6 +74,11 @@ public:
     /// calling thread, then swaps on the audio thread between two blocks. The result has one handle
     /// (above 0) or 0 (could not be loaded) a path.
     virtual std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) = 0;
+
+    /// What the slot (0 to 31; any other is passed over) sounds through from the next block on; values out of
+    /// range are brought into it. Nothing clicks: effects fade in and out, values glide. Holds until it is
+    /// set anew, while the door is closed too.
+    virtual void Set_Effects(int slot, const Effect_Settings& settings) noexcept = 0;
 
     /// 0 to 127, behind all slots.
     virtual void Set_Master_Volume(int value) noexcept = 0;

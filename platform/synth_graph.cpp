@@ -24,6 +24,10 @@ std::int32_t Peak_Bits(const float* samples) noexcept {
     return peak;
 }
 
+bool Has(std::uint32_t slots, std::size_t slot) noexcept {
+    return (slots >> slot & 1U) != 0;
+}
+
 void Raise_Peak(std::atomic<float>& peak, float value) noexcept {
     float seen = peak.load(std::memory_order_relaxed);
     while (value > seen && !peak.compare_exchange_weak(seen, value, std::memory_order_relaxed)) {
@@ -34,14 +38,15 @@ void Raise_Peak(std::atomic<float>& peak, float value) noexcept {
 
 Synth_Instance* Synth_Graph::Swap_Instance(Synth_Instance* fresh) noexcept {
     Synth_Instance* const old = instance;
-    fading = old != nullptr && sounding != 0;
-    if (fading) {
-        Render_Slots(fadeLeft.data(), fadeRight.data());
-        for (std::size_t i = 0; i < PIECE; ++i) {
-            const float fade = 1.0F - static_cast<float>(i + 1) / PIECE;
-            fadeLeft[i] *= fade;
-            fadeRight[i] *= fade;
-        }
+    fading = old == nullptr ? 0 : sounding;
+    if (fading != 0) {
+        // Only what goes into the effects changes hands; their tails ring on.
+        Render_Voices();
+        for (std::size_t slot = 0; slot < OUTPUT_SLOTS; ++slot)
+            if (Has(fading, slot))
+                for (std::size_t side = 2 * slot; side < 2 * slot + 2; ++side)
+                    for (std::size_t i = 0; i < PIECE; ++i)
+                        fade[side][i] = dry[side][i] * (1.0F - static_cast<float>(i + 1) / PIECE);
     }
     instance = fresh;
     sounding = 0;
@@ -112,15 +117,35 @@ void Synth_Graph::Apply(const Sound_Message& message) noexcept {
     }
 }
 
-void Synth_Graph::Silence() noexcept {
-    fading = false;
-    if (instance == nullptr)
+void Synth_Graph::Set_Effects(int slot, Effect_Chain* chain, const Effect_Settings& settings) noexcept {
+    if (slot < 0 || slot >= OUTPUT_SLOTS)
         return;
-    fluid_synth_all_sounds_off(instance->Synth(), -1);
-    for (int piece = 0; piece < CHECK_EVERY && sounding != 0; ++piece) {
-        Render_Slots(fadeLeft.data(), fadeRight.data());
-        Find_Silent_Slots();
+    const auto n = static_cast<std::size_t>(slot);
+    const std::uint32_t bit = std::uint32_t{1} << n;
+    const bool silent = ((sounding | ringing) & bit) == 0;
+    chains[n] = chain;
+    if (chain == nullptr) {
+        chained &= ~bit;
+        ringing &= ~bit;
+        return;
     }
+    chain->Set(settings, silent);
+    chained = chain->Is_Off() ? chained & ~bit : chained | bit;
+}
+
+void Synth_Graph::Silence() noexcept {
+    fading = 0;
+    if (instance != nullptr) {
+        fluid_synth_all_sounds_off(instance->Synth(), -1);
+        for (int piece = 0; piece < CHECK_EVERY && sounding != 0; ++piece) {
+            Render_Voices();
+            Find_Silent_Slots();
+        }
+    }
+    for (Effect_Chain* const chain : chains)
+        if (chain != nullptr)
+            chain->Clear();
+    ringing = 0;
     for (auto& peak : slotPeaks)
         peak.store(0.0F, std::memory_order_relaxed);
 }
@@ -138,15 +163,11 @@ void Synth_Graph::Find_Silent_Slots() noexcept {
     }
 }
 
-void Synth_Graph::Render_Slots(float* left, float* right) noexcept {
-    std::fill_n(left, PIECE, 0.0F);
-    std::fill_n(right, PIECE, 0.0F);
-    if (sounding == 0)
-        return;
+void Synth_Graph::Render_Voices() noexcept {
     // A pair that is not handed over is not mixed, so slots without voices cost nothing here.
     std::array<float*, static_cast<std::size_t>(OUTPUT_SLOTS) * 2> outputs{};
     for (std::size_t slot = 0; slot < OUTPUT_SLOTS; ++slot) {
-        if ((sounding >> slot & 1U) == 0)
+        if (!Has(sounding, slot))
             continue;
         for (std::size_t side = 2 * slot; side < 2 * slot + 2; ++side) {
             dry[side].fill(0.0F);
@@ -155,39 +176,61 @@ void Synth_Graph::Render_Slots(float* left, float* right) noexcept {
     }
     fluid_synth_process(instance->Synth(), PIECE, 0, nullptr, static_cast<int>(outputs.size()),
                         outputs.data());
-    for (std::size_t slot = 0; slot < OUTPUT_SLOTS; ++slot) {
-        if ((sounding >> slot & 1U) == 0)
-            continue;
-        const float* const slotLeft = dry[2 * slot].data();
-        const float* const slotRight = dry[2 * slot + 1].data();
-        const std::int32_t peak = std::max(Peak_Bits(slotLeft), Peak_Bits(slotRight));
-        if (peak >=
-            INFINITE_BITS) // a damaged font may give this; one slot's silence is better than all of it
-            continue;
-        Raise_Peak(slotPeaks[slot], std::bit_cast<float>(peak));
-        for (int i = 0; i < PIECE; ++i) {
-            left[i] += slotLeft[i];
-            right[i] += slotRight[i];
-        }
-    }
-    if (--piecesToCheck <= 0)
+}
+
+void Synth_Graph::Render_Slots(float* left, float* right) noexcept {
+    std::fill_n(left, PIECE, 0.0F);
+    std::fill_n(right, PIECE, 0.0F);
+    if (sounding != 0)
+        Render_Voices();
+    const std::uint32_t heard = sounding | fading | ringing;
+    if (heard == 0)
+        return;
+    for (std::size_t slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        if (Has(heard, slot))
+            Mix_Slot(slot, left, right);
+    fading = 0;
+    if (sounding != 0 && --piecesToCheck <= 0)
         Find_Silent_Slots();
 }
 
-void Synth_Graph::Render(float* left, float* right, float gain) noexcept {
-    if (instance == nullptr) {
-        std::fill_n(left, PIECE, 0.0F);
-        std::fill_n(right, PIECE, 0.0F);
-    } else {
-        Render_Slots(left, right);
+void Synth_Graph::Mix_Slot(std::size_t slot, float* left, float* right) noexcept {
+    Piece_Buffer& slotLeft = dry[2 * slot];
+    Piece_Buffer& slotRight = dry[2 * slot + 1];
+    if (!Has(sounding, slot)) {
+        slotLeft.fill(0.0F);
+        slotRight.fill(0.0F);
     }
-    if (fading) {
+    if (Has(fading, slot)) {
         for (std::size_t i = 0; i < PIECE; ++i) {
-            left[i] += fadeLeft[i];
-            right[i] += fadeRight[i];
+            slotLeft[i] += fade[2 * slot][i];
+            slotRight[i] += fade[2 * slot + 1][i];
         }
-        fading = false;
     }
+    std::int32_t peak = std::max(Peak_Bits(slotLeft.data()), Peak_Bits(slotRight.data()));
+    if (peak >= INFINITE_BITS) // a damaged font may give this; one slot's silence is better than all of it
+        return;
+    if (Has(chained, slot)) {
+        const std::uint32_t bit = std::uint32_t{1} << slot;
+        chains[slot]->Process(slotLeft.data(), slotRight.data());
+        ringing = chains[slot]->Rings() ? ringing | bit : ringing & ~bit;
+        if (chains[slot]->Is_Off())
+            chained &= ~bit;
+        peak = std::max(Peak_Bits(slotLeft.data()), Peak_Bits(slotRight.data()));
+        if (peak >= INFINITE_BITS) {
+            chains[slot]->Clear();
+            return;
+        }
+    }
+    Raise_Peak(slotPeaks[slot], std::bit_cast<float>(peak));
+    for (std::size_t i = 0; i < PIECE; ++i) {
+        left[i] += slotLeft[i];
+        right[i] += slotRight[i];
+    }
+}
+
+void Synth_Graph::Render(float* left, float* right, float gain) noexcept {
+    Render_Slots(left, right);
     // A volume that jumped would click; it moves along a line within the piece.
     const float from = gainNow < 0.0F ? gain : gainNow;
     const float step = (gain - from) / PIECE;

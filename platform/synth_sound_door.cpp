@@ -62,9 +62,15 @@ bool Synth_Sound_Door::Prepare_Stream(int sampleRate, int blockFrames, double de
         instanceRate = sampleRate;
     }
     core.Settle();
+    core.Set_Effect_Rate(sampleRate);
     core.Collect_Garbage();
     core.Begin_Stream(sampleRate, blockFrames, deviceLatencyMs);
     return true;
+}
+
+void Synth_Sound_Door::Set_Effects(int slot, const Effect_Settings& settings) noexcept {
+    if (slot >= 0 && slot < OUTPUT_SLOTS)
+        core.Set_Effects(slot, settings);
 }
 
 void Synth_Sound_Door::Set_Master_Volume(int value) noexcept {

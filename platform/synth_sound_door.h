@@ -25,6 +25,7 @@ public:
     }
     /// A path keeps its handle as long as the door lives.
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) override;
+    void Set_Effects(int slot, const Effect_Settings& settings) noexcept override;
     /// The square of value / 127, the curve of a channel's volume.
     void Set_Master_Volume(int value) noexcept override;
     int Master_Volume() const noexcept override { return masterVolume; }

@@ -4,6 +4,7 @@
 #include "platform/sound_door.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <filesystem>
@@ -21,6 +22,8 @@ public:
     std::vector<std::vector<std::filesystem::path>> fontSets; ///< one a call of Set_Fonts
     std::vector<std::filesystem::path> unloadable;            ///< Set_Fonts gives 0 for these
     std::vector<std::int64_t> takenBack;                      ///< moments of Take_Back_From_Player
+    std::array<Effect_Settings, OUTPUT_SLOTS> effects;        ///< as last set
+    std::vector<int> effectsSet;                              ///< slots, one a call of Set_Effects
     std::string openError;                                    ///< not empty: Open fails with this text
     int minimumBufferMs = 6;
     Sound_Status status; ///< what Status gives; open follows Open and Close
@@ -52,6 +55,10 @@ public:
             handles.push_back(bad ? 0 : ++lastHandle);
         }
         return handles;
+    }
+    void Set_Effects(int slot, const Effect_Settings& settings) noexcept override {
+        effects[static_cast<std::size_t>(slot)] = settings;
+        effectsSet.push_back(slot);
     }
     void Set_Master_Volume(int value) noexcept override { masterVolume = value; }
     int Master_Volume() const noexcept override { return masterVolume; }

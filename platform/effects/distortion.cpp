@@ -1,0 +1,92 @@
+#include "platform/effects/distortion.h"
+
+#include <numbers>
+
+namespace tonvex {
+
+namespace {
+
+constexpr double RAMP_MS = 20.0;
+constexpr double GLIDE_MS = 30.0;
+constexpr double MEMORY_MS = 50.0; ///< the narrowest band (100 Hz) has rung out
+/// Drive in dB without and with full edge.
+constexpr float LEAST_DRIVE = 6.0F;
+constexpr float MOST_DRIVE = 54.0F;
+constexpr float BUTTERWORTH = 1.41421356F;
+/// Frames closer together than this are taken as one by the shaper.
+constexpr double TOO_CLOSE = 1e-5;
+
+/// The integral of tanh, exact for large values too.
+double Log_Cosh(double x) noexcept {
+    const double size = std::fabs(x);
+    return size + std::log1p(std::exp(-2.0 * size)) - std::numbers::ln2;
+}
+
+} // namespace
+
+Distortion::Distortion(int rate) : Effect_Processor(rate) {
+    Set_Memory(Frames(MEMORY_MS));
+}
+
+float Distortion::Warped(float hz) const noexcept {
+    const double bounded = std::min(static_cast<double>(hz), 0.45 * sampleRate);
+    return static_cast<float>(std::tan(std::numbers::pi * bounded / sampleRate));
+}
+
+void Distortion::Set(const Effect_Values& values, bool atOnce) noexcept {
+    const int frames = atOnce ? 0 : Frames(RAMP_MS);
+    gain.Move(Gain_Of_Db(values[DISTORTION_GAIN]), frames);
+    const float edge = values[DISTORTION_EDGE] / 100.0F;
+    drive.Move(Gain_Of_Db(LEAST_DRIVE + edge * (MOST_DRIVE - LEAST_DRIVE)), frames);
+    lowpass.Aim(Warped(values[DISTORTION_LOWPASS]), atOnce);
+    centre.Aim(Warped(values[DISTORTION_CENTRE]), atOnce);
+    bandwidth.Aim(values[DISTORTION_BANDWIDTH] / values[DISTORTION_CENTRE], atOnce);
+}
+
+void Distortion::Filter::Pass(float in, float frequency, float damping, float& low, float& band) noexcept {
+    const float high =
+        (in - (frequency + damping) * first - second) / (1.0F + frequency * (frequency + damping));
+    band = frequency * high + first;
+    low = frequency * band + second;
+    first = frequency * high + band;
+    second = frequency * band + low;
+}
+
+float Distortion::Side::Pass(float in, const Distortion& owner, float drive) noexcept {
+    float low = 0.0F;
+    float band = 0.0F;
+    before.Pass(in, owner.lowpass.Now(), BUTTERWORTH, low, band);
+    const double x = static_cast<double>(low) * static_cast<double>(drive);
+    const double integralNow = Log_Cosh(x);
+    const double way = x - driven;
+    const double shaped =
+        std::fabs(way) < TOO_CLOSE ? std::tanh(0.5 * (x + driven)) : (integralNow - integral) / way;
+    driven = x;
+    integral = integralNow;
+    const auto out = static_cast<float>(shaped);
+    behind.Pass(out, owner.centre.Now(), owner.bandwidth.Now(), low, band);
+    return out + owner.bandwidth.Now() * band;
+}
+
+void Distortion::Process(float* left, float* right) noexcept {
+    const float share = Share(GLIDE_MS);
+    lowpass.Step(share);
+    centre.Step(share);
+    bandwidth.Step(share);
+    float peak = 0.0F;
+    for (int i = 0; i < EFFECT_PIECE; ++i) {
+        const float driveNow = drive.Next();
+        const float gainNow = gain.Next();
+        peak = std::max({peak, std::fabs(left[i]), std::fabs(right[i])});
+        left[i] = gainNow * sides[0].Pass(left[i], *this, driveNow);
+        right[i] = gainNow * sides[1].Pass(right[i], *this, driveNow);
+    }
+    Note_Memory(peak);
+}
+
+void Distortion::Clear() noexcept {
+    sides = {};
+    Memory_Is_Empty();
+}
+
+} // namespace tonvex

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/effects/effect_processor.h"
+#include "platform/effects/ramp.h"
+
+#include <array>
+
+namespace tonvex {
+
+/// Lowpass, drive into a soft limit (tanh, by its integral, which keeps mirrored harmonics low), a band of
+/// harmonics raised by 6 dB around the centre frequency, gain.
+class Distortion final : public Effect_Processor {
+public:
+    explicit Distortion(int sampleRate);
+    void Set(const Effect_Values& values, bool atOnce) noexcept override;
+    void Process(float* left, float* right) noexcept override;
+    void Clear() noexcept override;
+
+private:
+    /// Two-pole state variable filter, trapezoidal: stays stable while its frequency moves.
+    struct Filter {
+        void Pass(float in, float frequency, float damping, float& low, float& band) noexcept;
+        float first = 0.0F;
+        float second = 0.0F;
+    };
+    struct Side {
+        float Pass(float in, const Distortion& owner, float drive) noexcept;
+        Filter before;
+        Filter behind;
+        double driven = 0.0; ///< the frame before, and the integral there
+        double integral = 0.0;
+    };
+    /// tan(pi f / rate), below half the rate.
+    float Warped(float hz) const noexcept;
+
+    std::array<Side, 2> sides;
+    Ramp gain;
+    Ramp drive;
+    Glide lowpass; ///< warped, as is the centre
+    Glide centre;
+    Glide bandwidth; ///< over the centre: the band's damping
+};
+
+} // namespace tonvex
