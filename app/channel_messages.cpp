@@ -153,6 +153,39 @@ bool Add_Channel(Hub_Call& call) {
     return true;
 }
 
+std::optional<Effect_Kind> Effect_Asked(const Hub_Call& call) {
+    if (const auto name = call.Text(2))
+        return Effect_Of_Name(*name);
+    const auto number = call.Long(2);
+    if (!number || *number < 0 || *number >= static_cast<std::int32_t>(EFFECT_KINDS))
+        return std::nullopt;
+    return static_cast<Effect_Kind>(*number);
+}
+
+bool Set_Effects(Hub_Call& call) {
+    GlobalChannelsManager& channels = *call.session.channels;
+    const int row = Row_Of(call);
+    const int effectRow = channels.Effect_Row(row);
+    if (effectRow < 0)
+        return false;
+    if (call.Given(2)) {
+        const auto effect = Effect_Asked(call);
+        const auto on = call.Flag(3);
+        const auto record = call.Text(4);
+        if (!effect || (call.Given(3) && !on))
+            return false;
+        const auto values = record ? Effect_Of_Text(*effect, *record) : std::nullopt;
+        if (call.Given(4) && !values)
+            return false;
+        if (on)
+            channels.Effects.Set_On(effectRow, *effect, *on);
+        if (values)
+            channels.Effects.Set_Values(effectRow, *effect, *values);
+    }
+    call.session.gcm->GCM_SetChannelEffects(row);
+    return true;
+}
+
 constexpr auto MUTE = &GlobalChannelsManager::Set_Mute;
 constexpr auto SOLO = &GlobalChannelsManager::Set_Solo;
 
@@ -169,6 +202,7 @@ constexpr Message_Handler HANDLERS[] = {
     {MSG_CLEAR_MUTE, Set_State<MUTE>, Message_Kind::Change},
     {MSG_TOGGLE_MUTE, Toggle_State<MUTE>, Message_Kind::Change},
     {MSG_SET_OUTPUT, Set_Output, Message_Kind::Change},
+    {MSG_SET_EFFECTS, Set_Effects, Message_Kind::Change},
     {MSG_ADD_CHANNEL, Add_Channel, Message_Kind::Change_And_End},
 };
 

@@ -20,6 +20,7 @@ struct Hub_Call {
     std::int32_t noticeParam; ///< goes out with the notice: P1, when it is an integer
     std::string noticeText;
 
+    bool Given(int n) const;
     /// Arguments by number, 1 to 7. Numbers convert into each other (a fraction rounds half to even);
     /// nothing when the argument is missing, of another type, not finite or out of range.
     std::optional<std::int32_t> Long(int n) const;

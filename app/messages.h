@@ -35,6 +35,9 @@ enum Change_Message : int {
     MSG_PROPERTIES_END = 1025,
     MSG_VOLUME_EVENT = 1026, ///< event ID, volume, delta
     MSG_VOLUME_END = 1027,
+    /// effect 0 to 4 (Effect_Kind) or its name, on flag, record as hex digits; what is not given stays. Of
+    /// the output that the channel is on; without an effect the output is set anew.
+    MSG_SET_EFFECTS = 1030,
     MSG_CHORD_TYPE_EVENT = 1031, ///< event ID, chord type
     MSG_CHORD_TYPE_END = 1032,
     MSG_POSITION_FAMILY = 1100,

@@ -17,6 +17,10 @@ const Msg_Arg& Argument(const Change_Hub::Args& args, int n) {
 
 } // namespace
 
+bool Hub_Call::Given(int n) const {
+    return !std::holds_alternative<std::monostate>(Argument(args, n));
+}
+
 std::optional<double> Hub_Call::Real(int n) const {
     const Msg_Arg& arg = Argument(args, n);
     double value = 0.0;

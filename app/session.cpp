@@ -139,6 +139,7 @@ void Session::Load_Sounds() {
 /// What the slots stand at between two runs.
 void Session::Send_Idle_Sound() {
     gcm->GCM_SendAllPatches();
+    gcm->GCM_SendAllEffects();
     gcm->GCM_SendAllVolumes();
     gcm->GCM_ResetMaps();
 }

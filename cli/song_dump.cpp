@@ -1,5 +1,6 @@
 #include "cli/song_dump.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <span>
 
@@ -171,6 +172,17 @@ ordered_json Maps_Json(const Song_Maps& maps) {
     return both;
 }
 
+ordered_json Effects_Json(const Song_Effects& effects, int row) {
+    constexpr std::array<const char*, EFFECT_KINDS> KEYS = {"reverb", "chorus", "flanger", "echo",
+                                                            "distortion"};
+    ordered_json fields;
+    fields["row"] = row;
+    for (const Effect_Kind kind : ALL_EFFECTS)
+        fields[KEYS[static_cast<std::size_t>(kind)]] = {
+            {"on", effects.Is_On(row, kind)}, {"data", Hex(Effect_Record(kind, effects.Row(row).Of(kind)))}};
+    return fields;
+}
+
 } // namespace
 
 std::string Dump_Song(const Session& session) {
@@ -189,6 +201,11 @@ std::string Dump_Song(const Session& session) {
         song["tempo"].push_back({{"ID", change.ID}, {"BeatN", change.BeatN}, {"Tempo", change.Tempo}});
     song["marks"] = Marks_Json(session.marks);
     song["maps"] = Maps_Json(session.channels->Maps);
+    song["effects"] = ordered_json::array();
+    for (int row = 0; row < Song_Effects::ROWS; ++row) {
+        if (session.channels->Effects.Row(row).Any_On())
+            song["effects"].push_back(Effects_Json(session.channels->Effects, row));
+    }
     song["soundfonts"] = session.fonts->Get_CurList();
     // Names that are not UTF-8 must not stop a dump.
     return song.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";

@@ -182,6 +182,17 @@ void GCM_Midi::GCM_SendAllPatches() {
     }
 }
 
+void GCM_Midi::GCM_SetChannelEffects(int channelRow) {
+    const int slot = Slot_Of(channelRow);
+    if (slot >= 0)
+        output.Midi_SetEffects(slot, channels.Effects.Row(slot));
+}
+
+void GCM_Midi::GCM_SendAllEffects() {
+    for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
+        output.Midi_SetEffects(slot, channels.Effects.Row(slot));
+}
+
 void GCM_Midi::Clear_Note_Counts() {
     for (auto& row : ChannelNoteCount)
         row.fill(0);

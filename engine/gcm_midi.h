@@ -39,6 +39,10 @@ public:
     /// For each output channel the patch and pan of the last live row on it, whatever was sent before: the
     /// state that a device just opened, or fonts just loaded, must be given.
     void GCM_SendAllPatches();
+    /// What the row's output channel sounds through. Audio rows have no output channel.
+    void GCM_SetChannelEffects(int channelRow);
+    /// The same of each output channel: for a device just opened, a song just begun.
+    void GCM_SendAllEffects();
     /// The volume map of each output channel at position 0, whatever was sent before.
     void GCM_SendAllVolumes();
     /// What stands between two runs: of each output channel the pan and the volume map at position 0, but

@@ -151,6 +151,11 @@ void midiapi::Midi_SetVolume(int channel, int value) {
         Send(Sound_Op::Volume, channel, In_Range(value), 0, 0, DUE_NOW);
 }
 
+void midiapi::Midi_SetEffects(int channel, const Effect_Settings& settings) {
+    if (usingSynth && Is_Slot(channel))
+        sound.Set_Effects(channel, settings);
+}
+
 bool midiapi::Reaches(int channel) const noexcept {
     return Is_Slot(channel) && (usingSynth || (portOpen && channel < PORT_CHANNELS));
 }

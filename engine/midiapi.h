@@ -67,6 +67,8 @@ public:
     void Midi_SetPatch(int channel, int patch, int bank, std::int32_t font);
     void Midi_SetPan(int channel, int value);
     void Midi_SetVolume(int channel, int value);
+    /// Effects are the synthesizer's alone: nothing with a port.
+    void Midi_SetEffects(int channel, const Effect_Settings& settings);
     void Midi_AllNotesOff();
     void Midi_ChannelNotesOff(int channel);
     /// The font of the first used row of the patch table (or drum table) with this program and bank; 0

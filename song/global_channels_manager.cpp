@@ -72,6 +72,7 @@ void GlobalChannelsManager::Clear() {
                                     .SlotDrums = FLAG_OFF,
                                     .MidiChannel = static_cast<std::uint8_t>(i)};
     Maps.Clear();
+    Effects.Clear();
     OutputSlots[DRUM_SLOT].SlotName += " (Drums)";
     OutputSlots[DRUM_SLOT].SlotDrums = FLAG_ON;
     nextChannelId = FIRST_ID;
@@ -88,6 +89,16 @@ int GlobalChannelsManager::Count_Channels() const {
     for (int row = 0; row < CHANNEL_ROWS; ++row)
         count += Is_Live_Row(row) ? 1 : 0;
     return count;
+}
+
+int GlobalChannelsManager::Effect_Row(int row) const {
+    if (!Is_Live_Row(row))
+        return -1;
+    const GlobalChannel& channel = Channels[static_cast<std::size_t>(row)];
+    if (!Is_On(channel.IsAudio))
+        return channel.OutputChannel < SLOTS ? channel.OutputChannel : -1;
+    const int effectRow = Song_Effects::SLOTS + channel.AudioOutput;
+    return effectRow < Song_Effects::ROWS ? effectRow : -1;
 }
 
 int GlobalChannelsManager::ChannelI(std::int32_t channelId) const {

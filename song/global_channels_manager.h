@@ -1,6 +1,7 @@
 #pragma once
 
 #include "song/channel_class.h"
+#include "song/effect_records.h"
 #include "song/project_state.h"
 #include "song/song_maps.h"
 
@@ -78,6 +79,8 @@ public:
     std::array<PatchRow, DRUM_PATCH_ROWS> Global_DrumPatches;
     /// The maps of the slots, and those of audio channels from their coming to their going.
     Song_Maps Maps;
+    /// What the outputs sound through.
+    Song_Effects Effects;
     int PatchCount = 0;     ///< used rows of Global_Patches
     int DrumPatchCount = 0; ///< used rows of Global_DrumPatches
 
@@ -86,6 +89,9 @@ public:
     int ChannelI(std::int32_t channelId) const;
     bool Has_Free_Row() const;
     bool Is_Live_Row(int row) const;
+    /// The row of Effects that a channel row sounds through; -1 for a row that is not live and for an audio
+    /// output beyond the table.
+    int Effect_Row(int row) const;
     /// The store beside a row, 0 to 99; row 100 has an empty one. Its address stays for the whole run.
     ChannelClass& Store(int row);
     const ChannelClass& Store(int row) const;
