@@ -274,7 +274,7 @@ void KeyboardLayout::LoadChordsInKey(int songKey, int songMode) {
 }
 
 void KeyboardLayout::Set_Key_Function(int key, int menuCode) {
-    if (key < 0 || key >= FIRST_MIDI_KEY || Is_Special_Key(key))
+    if (!Is_Free_Key(key))
         return;
     const auto row = static_cast<std::size_t>(key);
     const auto target = static_cast<std::int16_t>(key);
@@ -302,6 +302,24 @@ void KeyboardLayout::Set_Key_Function(int key, int menuCode) {
     default:
         return;
     }
+    KeyboardModified = true;
+}
+
+void KeyboardLayout::Set_Key_Note(int key, const NoteData& note) {
+    if (!Is_Free_Key(key))
+        return;
+    const auto row = static_cast<std::size_t>(key);
+    KeyMap[row] = {.Enabled = ENABLED, .Target = static_cast<std::int16_t>(key), .Kind = KEY_NOTE};
+    KeyNoteTable[row] = note;
+    KeyboardModified = true;
+}
+
+void KeyboardLayout::Set_Key_QChord(int key, const QChordData& chord) {
+    if (!Is_Free_Key(key))
+        return;
+    const auto row = static_cast<std::size_t>(key);
+    KeyMap[row] = {.Enabled = ENABLED, .Target = static_cast<std::int16_t>(key), .Kind = KEY_QCHORD};
+    KeyQChordTable[row] = chord;
     KeyboardModified = true;
 }
 

@@ -75,11 +75,18 @@ public:
     /// Right click menu: 0 note, 1 chord, 2 style key, 4 disabled; others do nothing. The first three enable
     /// the key. Keys that LoadSpecialKeys sets stay as they are.
     void Set_Key_Function(int key, int menuCode);
+    /// Give a computer key a note or a chord and enable it; keys that LoadSpecialKeys sets stay as they are.
+    void Set_Key_Note(int key, const NoteData& note);
+    void Set_Key_QChord(int key, const QChordData& chord);
     /// MIDI note that a stored note of a key sounds now; above 127 when it lies out of range.
     int Sounding_Note(int storedNote) const noexcept;
 
     /// A key that the program keeps for itself: Escape, F1 to F12.
     static bool Is_Special_Key(int key) noexcept;
+    /// A computer key that the user may set.
+    static bool Is_Free_Key(int key) noexcept {
+        return key >= 0 && key < FIRST_MIDI_KEY && !Is_Special_Key(key);
+    }
 
 private:
     enum class Read_Result { Replaced, Kept, Failed };

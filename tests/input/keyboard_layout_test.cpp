@@ -335,5 +335,26 @@ TEST(StockLayouts, ShipAsTheyAreMade) {
     EXPECT_TRUE(bed.dialogs.shown.empty());
 }
 
+TEST(KeyboardLayoutKeys, TakesNotesAndChordsForFreeKeysAlone) {
+    Recorded_Dialogs dialogs;
+    const NotesStuff notes;
+    KeyboardLayout layout(notes, dialogs);
+    layout.KeyMap[30] = {.Enabled = 0, .Target = 7, .Kind = KEY_MC};
+    for (const int key : {-1, 1, 59, 88, 256, 1000})
+        layout.Set_Key_Note(key, {.Note = 5, .Vol = 6, .Length = 0.0});
+    EXPECT_FALSE(layout.KeyboardModified);
+    layout.Set_Key_Note(30, {.Note = 130, .Vol = 99, .Length = 0.0});
+    EXPECT_EQ(layout.KeyMap[30], (KeyMapEntry{.Enabled = -1, .Target = 30, .Kind = KEY_NOTE}));
+    EXPECT_EQ(layout.KeyNoteTable[30].Note, 130);
+    EXPECT_TRUE(layout.KeyboardModified);
+    QChordData chord;
+    chord.Active = 2;
+    layout.Set_Key_QChord(30, chord);
+    layout.Set_Key_QChord(1, chord);
+    EXPECT_EQ(layout.KeyMap[30].Kind, KEY_QCHORD);
+    EXPECT_EQ(layout.KeyQChordTable[30], chord);
+    EXPECT_EQ(layout.KeyMap[1].Kind, KEY_RESERVED);
+}
+
 } // namespace
 } // namespace tonvex
