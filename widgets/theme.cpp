@@ -134,6 +134,13 @@ QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }
 QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
+QRadioButton { spacing: [8]px; padding: [2]px; }
+QRadioButton::indicator { width: [14]px; height: [14]px; border: 1px solid {dim}; border-radius: [8]px;
+  background: {control}; }
+QRadioButton::indicator:hover { background: {hover}; }
+QRadioButton::indicator:checked { width: [6]px; height: [6]px; border: [5]px solid {accent};
+  background: {onAccent}; }
+QRadioButton::indicator:disabled { border-color: {line}; background: {panel}; }
 QCheckBox { spacing: [8]px; padding: [2]px; }
 QCheckBox::indicator { width: [16]px; height: [16]px; border: 1px solid {dim}; border-radius: [4]px;
   background: {control}; }
