@@ -59,6 +59,20 @@ void Practice_Mode::Set_Keys(bool on) {
     emit keysChanged(keys);
 }
 
+void Practice_Mode::Set_Plain(bool on) {
+    if (on == plain)
+        return;
+    Stop();
+    plain = on;
+    // The piano has taken slot 0 from its channel.
+    if (!plain)
+        session.gcm->GCM_SendAllPatches();
+    Start_If_Wanted();
+    if (plain && held == 0 && !Is_Running())
+        plain = false;
+    emit plainChanged(plain);
+}
+
 void Practice_Mode::Hold() {
     ++held;
     Stop();
@@ -73,22 +87,27 @@ void Practice_Mode::Renew() {
     renewal.start();
 }
 
+std::int32_t Practice_Mode::Wanted_Channel() const noexcept {
+    return plain ? RecorderClass::PRACTICE_PLAIN : channelId;
+}
+
 void Practice_Mode::Start_If_Wanted() {
-    if (held > 0 || starting || Is_Running() || session.transport.Song_Runs() || channelId == NOT_GIVEN)
+    if (held > 0 || starting || Is_Running() || session.transport.Song_Runs() ||
+        Wanted_Channel() == NOT_GIVEN)
         return;
     const bool midi = Midi_Ready();
     // Without its MIDI keyboard the input cannot be opened; that is told when something is to be recorded.
-    if (!midi && (!keys || session.input->InputDevice != 0))
+    if (!midi && (!(keys || plain) || session.input->InputDevice != 0))
         return;
     session.practiceRecorder->PracticeMode = true;
-    const std::int32_t asked = channelId;
+    const std::int32_t asked = Wanted_Channel();
     starting = true;
     session.practiceRecorder->StartRecording(0.0, 1.0F, asked, false, true, false);
     starting = false;
     if (!Is_Running())
         return;
     // What was asked for meanwhile.
-    if (held > 0 || channelId != asked) {
+    if (held > 0 || Wanted_Channel() != asked) {
         Stop();
         Start_If_Wanted();
         return;
@@ -106,12 +125,14 @@ void Practice_Mode::Stop() {
 
 void Practice_Mode::Round() {
     // With the computer keys at rest there is nobody to click for.
-    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, keys, true);
+    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, keys || plain, true);
     if (Is_Running())
         return;
     rounds.stop();
-    if (keys) {
-        // Escape among the keys has ended it.
+    // Escape among the keys has ended it.
+    if (plain) {
+        Set_Plain(false);
+    } else if (keys) {
         keys = false;
         emit keysChanged(false);
         Start_If_Wanted();

@@ -20,6 +20,9 @@ public:
     void Set_Channel(std::int32_t channelId);
     void Set_Keys(bool on);
     bool Keys() const noexcept { return keys; }
+    /// The computer keys sound on a piano on slot 0, whatever channel is selected, until this is taken back.
+    void Set_Plain(bool on);
+    bool Plain() const noexcept { return plain; }
     void Hold();
     void Let_Go();
     /// Takes the input device anew, once what comes and goes has come to rest.
@@ -30,12 +33,15 @@ public:
 
 signals:
     void keysChanged(bool on);
+    void plainChanged(bool on);
 
 private:
     void Round();
     void Start_If_Wanted();
     void Stop();
     bool Midi_Ready() const;
+    /// What practice sounds on: a ChannelID, NOT_GIVEN or the plain piano.
+    std::int32_t Wanted_Channel() const noexcept;
 
     Session& session;
     QTimer rounds;
@@ -43,6 +49,7 @@ private:
     std::int32_t channelId = NOT_GIVEN;
     bool keys = false;
     bool starting = false;
+    bool plain = false;
     int held = 0;
 };
 
