@@ -2,8 +2,10 @@
 
 #include "audio/windows/frm_inst_list.h"
 #include "engine/windows/frm_recorder.h"
+#include "input/windows/frm_keyboard_setup.h"
 #include "input/windows/frm_rec_piano_layout.h"
 #include "input/windows/frm_setup_midi_device.h"
+#include "input/windows/layout_notice.h"
 #include "widgets/banner.h"
 #include "widgets/channel_properties.h"
 #include "widgets/channels_list.h"
@@ -100,6 +102,15 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
         if (on)
             piano->setFocus();
     });
+    connect(&recorder->Practice(), &Practice_Mode::plainChanged, this, [this](bool on) {
+        piano->Set_Capture(on || recorder->Practice().Keys());
+        if (on)
+            piano->setFocus();
+    });
+    connect(keyboard, &frmKeyboardSetup::tuningChanged, this, [this] {
+        Refresh_Title();
+        Refresh_Actions();
+    });
     connect(overview, &Song_Overview::goTo, recorder, &frmRecorder::Go_To);
     connect(piano, &frmREC_PianoLayout::soundBegan, this, &frmMain::Start_Meters);
 
@@ -143,6 +154,8 @@ void frmMain::Make_Panes() {
     tabs->tabBar()->setAccessibleName(tr("Editors"));
     overview = new Song_Overview(session, theme, tabs);
     tabs->addTab(overview, tr("Song"));
+    keyboard = new frmKeyboardSetup(session, theme, recorder->Practice(), tabs);
+    tabs->addTab(keyboard, tr("Keyboard"));
     column->addWidget(banner);
     column->addWidget(tabs, 1);
     setCentralWidget(middle);
@@ -196,8 +209,6 @@ QDockWidget* frmMain::Make_Piano_Pane() {
                       QDockWidget::DockWidgetFloatable | QDockWidget::DockWidgetVerticalTitleBar);
     dock->setTitleBarWidget(new Pane_Grip(theme, dock));
     piano = new frmREC_PianoLayout(session, theme, dock);
-    piano->setMaximumHeight(theme.Px(124));
-    connect(&theme, &Theme::Changed, piano, [this] { piano->setMaximumHeight(theme.Px(124)); });
     dock->setWidget(piano);
     return dock;
 }
@@ -237,7 +248,7 @@ bool frmMain::Key_Plays(int scanCode) const {
         session.layout->KeyMap[static_cast<std::size_t>(scanCode)].Enabled == 0)
         return false;
     const Practice_Mode& practice = recorder->Practice();
-    return session.recorder->IsRunning() || (practice.Keys() && practice.Is_Running());
+    return session.recorder->IsRunning() || ((practice.Keys() || practice.Plain()) && practice.Is_Running());
 }
 
 void frmMain::Run_From_Key(const std::function<void()>& act) {
@@ -263,7 +274,7 @@ void frmMain::On_Run_Started(bool recording) {
 }
 
 void frmMain::On_Run_Ended() {
-    piano->Set_Capture(recorder->Practice().Keys());
+    piano->Set_Capture(recorder->Practice().Keys() || recorder->Practice().Plain());
     if (focusBeforeRun != nullptr && piano->hasFocus())
         focusBeforeRun->setFocus();
     // The transport takes the viewed channel away at the end of a recording.
@@ -279,6 +290,7 @@ void frmMain::Channel_Selected(std::int32_t channelId) {
         session.gcm->ViewChannelRow = session.channels->ChannelI(channelId);
     recorder->Set_Channel(channelId);
     piano->Set_Channel(channelId);
+    keyboard->Set_Channel(channelId);
     properties->Show_Channel(channelId);
     overview->Select(channelId);
 }
@@ -464,7 +476,7 @@ void frmMain::Set_Tuning(int tuning) {
     session.layout->KeyboardTuning_Changed();
     session.project.Modified = true;
     recorder->Practice().Let_Go();
-    piano->UpdateLayout();
+    Tell_Layout_Changed(session);
     Refresh_Title();
 }
 

@@ -24,6 +24,7 @@ namespace tonvex {
 class Banner;
 class ChannelsList;
 class Channel_Properties;
+class frmKeyboardSetup;
 class frmREC_PianoLayout;
 class frmRecorder;
 class Song_Overview;
@@ -49,6 +50,7 @@ public:
     frmRecorder& Recorder() { return *recorder; }
     ChannelsList& Channels() { return *channelsList; }
     frmREC_PianoLayout& Piano() { return *piano; }
+    frmKeyboardSetup& Keyboard() { return *keyboard; }
 
     /// The computer key of this scan code plays now, so that it is no shortcut: it has a meaning in the
     /// layout and a recording is on or the keyboard button holds practice mode on.
@@ -117,6 +119,7 @@ private:
     Channel_Properties* properties = nullptr;
     frmREC_PianoLayout* piano = nullptr;
     Song_Overview* overview = nullptr;
+    frmKeyboardSetup* keyboard = nullptr;
     Banner* banner = nullptr;
     QTabWidget* tabs = nullptr;
     QDockWidget* channelsDock = nullptr;

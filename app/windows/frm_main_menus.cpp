@@ -4,6 +4,7 @@
 
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_rec_piano_layout.h"
+#include "input/windows/layout_notice.h"
 #include "widgets/channel_properties.h"
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
@@ -211,7 +212,7 @@ void frmMain::Make_Layout_Menus(QMenu* options) {
                 recorder->Practice().Hold();
                 session.layout->LoadKeyboardSettings(name, session.project.ProjectTempo);
                 recorder->Practice().Let_Go();
-                piano->UpdateLayout();
+                Tell_Layout_Changed(session);
             });
             action->setCheckable(true);
             action->setChecked(name == session.layout->KeyboardFileName);

@@ -1,6 +1,8 @@
 #include "input/windows/frm_rec_piano_layout.h"
 
 #include "input/fallback_keys.h"
+#include "input/windows/layout_notice.h"
+#include "input/windows/staff_view.h"
 #include "widgets/chord_chips.h"
 #include "widgets/key_captions.h"
 #include "widgets/level_meter.h"
@@ -8,6 +10,7 @@
 #include "widgets/segment_selector.h"
 #include "widgets/tool_button.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -25,7 +28,9 @@ constexpr int USUAL_FIRST = 36; ///< five octaves from C2
 constexpr int SHOWN_SEMITONES = 60;
 constexpr int OCTAVES = 6;
 constexpr int NOTE_OFF_VELOCITY = 100;
-constexpr int COMFORT = 160; ///< what the piano gets above its least width before chords take room
+constexpr int COMFORT = 160;  ///< what the piano gets above its least width before chords take room
+constexpr int LOW_PANE = 124; ///< heights at 100 %, without and with the staff
+constexpr int HIGH_PANE = 176;
 
 /// Virtual key code of a key event, for the keys that the fallback knows; 0 for any other.
 int Virtual_Key(const QKeyEvent& event) {
@@ -45,14 +50,21 @@ frmREC_PianoLayout::frmREC_PianoLayout(Session& owner, Theme& look, QWidget* par
     : QWidget(parent), session(owner), theme(look), link(session.observers, *this),
       notesOctave(new Segment_Selector(theme, tr("Notes Octave"), tr("F1 to F6"), OCTAVES, this)),
       chordsOctave(new Segment_Selector(theme, tr("QChords Octave"), tr("F7 to F12"), OCTAVES, this)),
-      layoutName(new QLabel(this)), piano(new Piano_View(theme, this)), chips(new Chord_Chips(theme, this)),
-      meters(new Level_Meter(theme, tr("Output level"), 2, this)) {
+      layoutName(new QLabel(this)), Check1(new QCheckBox(tr("View Staff"), this)),
+      staff(new Staff_View(theme, this)), piano(new Piano_View(theme, this)),
+      chips(new Chord_Chips(theme, this)), meters(new Level_Meter(theme, tr("Output level"), 2, this)) {
     setAccessibleName(tr("Piano layout (Rec)"));
     setWindowTitle(tr("Piano layout (Rec)"));
     setFocusPolicy(Qt::ClickFocus);
     layoutName->setProperty("dim", true);
     meters->Set_Design_Size(14, 92);
+    Check1->setObjectName(QStringLiteral("Check1"));
     Lay_Out();
+    Check1->setChecked(session.settings.Global_PianoLayout_ShowStaff != 0);
+    staff->setVisible(Check1->isChecked());
+    Fit_Height();
+    connect(Check1, &QCheckBox::clicked, this, &frmREC_PianoLayout::View_Staff);
+    connect(&theme, &Theme::Changed, this, &frmREC_PianoLayout::Fit_Height);
     connect(notesOctave, &Segment_Selector::chosenByUser, this, &frmREC_PianoLayout::Select_Notes_Octave);
     connect(chordsOctave, &Segment_Selector::chosenByUser, this, &frmREC_PianoLayout::Select_QChords_Octave);
     connect(piano, &Piano_View::notePressed, this, &frmREC_PianoLayout::Mouse_Note_On);
@@ -72,13 +84,16 @@ void frmREC_PianoLayout::Lay_Out() {
     octaves->addWidget(new QLabel(tr("QChords Octave"), this), 1, 0);
     octaves->addWidget(chordsOctave, 1, 1);
     octaves->addWidget(layoutName, 2, 0, 1, 2);
+    octaves->addWidget(Check1, 3, 0, 1, 2);
     octaves->setHorizontalSpacing(theme.Px(8));
-    octaves->setVerticalSpacing(theme.Px(8));
+    octaves->setVerticalSpacing(theme.Px(4));
+    octaves->setRowStretch(4, 1);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(theme.Px(12), theme.Px(8), theme.Px(12), theme.Px(8));
     row->setSpacing(theme.Px(16));
     row->addLayout(octaves);
     row->addWidget(piano, 1);
+    row->addWidget(staff);
     row->addWidget(chips, 0, Qt::AlignVCenter);
     row->addWidget(meters, 0, Qt::AlignVCenter);
 }
@@ -101,6 +116,21 @@ void frmREC_PianoLayout::Fit_Chips() {
     const bool shown = !chips->Chips().empty() && needed <= width();
     if (chips->isHidden() == shown)
         chips->setVisible(shown);
+}
+
+void frmREC_PianoLayout::Fit_Height() {
+    setMaximumHeight(theme.Px(Check1->isChecked() ? HIGH_PANE : LOW_PANE));
+}
+
+void frmREC_PianoLayout::View_Staff(bool on) {
+    session.settings.Global_PianoLayout_ShowStaff = on ? 1 : 0;
+    Check1->setChecked(on);
+    staff->Clear();
+    for (int note = LOWEST_SHOWN; on && note < 128; ++note)
+        if (presses[static_cast<std::size_t>(note)] > 0)
+            staff->Set_Note(note, session.notes.NoteName(note));
+    Fit_Height();
+    staff->setVisible(on);
 }
 
 void frmREC_PianoLayout::paintEvent(QPaintEvent*) {
@@ -160,32 +190,41 @@ void frmREC_PianoLayout::UpdateLayout() {
 
 void frmREC_PianoLayout::Select_Notes_Octave(int octave) {
     session.layout->NotesOctave = std::clamp(octave, 0, OCTAVES - 1);
-    UpdateLayout();
+    Tell_Layout_Changed(session);
 }
 
 void frmREC_PianoLayout::Select_QChords_Octave(int octave) {
     session.layout->QChordsOctave = std::clamp(octave, 0, OCTAVES - 1);
-    UpdateLayout();
+    Tell_Layout_Changed(session);
 }
 
 void frmREC_PianoLayout::ShowNote(int note) {
     if (note < LOWEST_SHOWN || note > 127)
         return;
-    if (++presses[static_cast<std::size_t>(note)] == 1)
+    int& count = presses[static_cast<std::size_t>(note)];
+    // An off without its on, at the edge of a run, takes no later on away.
+    count = std::max(count, 0) + 1;
+    if (count == 1) {
         piano->Set_Lit(note, true);
+        if (Check1->isChecked())
+            staff->Set_Note(note, session.notes.NoteName(note));
+    }
     emit soundBegan();
 }
 
 void frmREC_PianoLayout::HideNote(int note) {
     if (note < LOWEST_SHOWN || note > 127)
         return;
-    if (--presses[static_cast<std::size_t>(note)] == 0)
+    if (--presses[static_cast<std::size_t>(note)] == 0) {
         piano->Set_Lit(note, false);
+        staff->Clear_Note(note);
+    }
 }
 
 void frmREC_PianoLayout::Clear_Notes() {
     presses.fill(0);
     piano->Clear_Lit();
+    staff->Clear();
 }
 
 void frmREC_PianoLayout::On_Key_Pressed(int key) {

@@ -8,6 +8,7 @@
 
 #include <array>
 
+class QCheckBox;
 class QLabel;
 
 namespace tonvex {
@@ -16,6 +17,7 @@ class Chord_Chips;
 class Level_Meter;
 class Piano_View;
 class Segment_Selector;
+class Staff_View;
 
 /// The record piano: shows which computer key plays which note and lights up what sounds, whether it is
 /// played or comes from the song. A click on a key sounds it on the selected channel. Without a key state it
@@ -41,6 +43,9 @@ public:
     void Show_Levels(float left, float right, int elapsedMs);
     bool Meters_Are_Still() const;
     Piano_View& Piano() { return *piano; }
+    Staff_View& Staff() { return *staff; }
+    /// The note heads of what sounds, on or off; kept in the settings.
+    void View_Staff(bool on);
 
     void On_Note_Shown(int note) override { ShowNote(note); }
     void On_Note_Hidden(int note) override { HideNote(note); }
@@ -70,6 +75,7 @@ private:
     void Mouse_Note_Off(int note);
     void Lay_Out();
     void Fit_Chips();
+    void Fit_Height();
 
     Session& session;
     Theme& theme;
@@ -78,6 +84,8 @@ private:
     Segment_Selector* notesOctave;
     Segment_Selector* chordsOctave;
     QLabel* layoutName;
+    QCheckBox* Check1; ///< View Staff
+    Staff_View* staff;
     Piano_View* piano;
     Chord_Chips* chips;
     Level_Meter* meters;

@@ -10,7 +10,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace tonvex {
@@ -22,10 +21,18 @@ constexpr int LONGEST_BUFFER_MS = 300;
 constexpr int EDGE_POLL_MS = 10;
 constexpr int DEVICE_POLL_MS = 1000;
 
-// The output test: a C major chord picked from below.
-constexpr std::array<int, 3> TEST_NOTES = {60, 64, 67};
-constexpr int TEST_VELOCITY = 127;
-constexpr int TEST_DELAY_MS = 300;
+/// The output test: a C major chord picked from below, over and over.
+QChordData Test_Chord() {
+    QChordData chord;
+    chord.Active = 3;
+    chord.ChordNotes = {60, 64, 67};
+    chord.ChordVol = 127;
+    chord.ChordFlagB = 1;
+    chord.PatternNoteCount = 3;
+    chord.PatternNotes = {1, 2, 3};
+    chord.StepMs = 300;
+    return chord;
+}
 constexpr int TEST_SLOT = 0;
 
 bool Same_Rows(const std::vector<Device_Row>& a, const std::vector<Device_Row>& b) {
@@ -57,7 +64,7 @@ QLabel* Caption(const QString& text, const Theme& theme, QWidget* parent) {
 } // namespace
 
 frmSetUpMidiDevice::frmSetUpMidiDevice(Session& theSession, const Theme& theme, QWidget* parent)
-    : QDialog(parent), session(theSession) {
+    : QDialog(parent), session(theSession), sound(theSession) {
     setWindowTitle(tr("Output device setup"));
     setObjectName(QStringLiteral("frmSetUpMidiDevice"));
     Make_Controls(theme);
@@ -70,7 +77,7 @@ frmSetUpMidiDevice::frmSetUpMidiDevice(Session& theSession, const Theme& theme, 
     Enable_Controls();
 
     connect(List1, &QListWidget::itemSelectionChanged, this, [this] {
-        Stop_Output_Test();
+        sound.Stop();
         Enable_Controls();
     });
     connect(List2, &QListWidget::itemSelectionChanged, this, [this] {
@@ -84,7 +91,7 @@ frmSetUpMidiDevice::frmSetUpMidiDevice(Session& theSession, const Theme& theme, 
     connect(Command4, &QPushButton::clicked, this, &frmSetUpMidiDevice::Toggle_Output_Test);
     connect(noInput, &QPushButton::clicked, List2, &QListWidget::clearSelection);
     connect(&Timer1, &QTimer::timeout, this, &frmSetUpMidiDevice::Look_For_Edge);
-    connect(&noteTimer, &QTimer::timeout, this, &frmSetUpMidiDevice::Play_Next_Note);
+    connect(&sound, &Test_Sound::stopped, this, [this] { Command4->setText(tr("&Test")); });
     connect(&deviceTimer, &QTimer::timeout, this, &frmSetUpMidiDevice::Refresh_Lists);
     deviceTimer.start(DEVICE_POLL_MS);
 }
@@ -241,7 +248,7 @@ void frmSetUpMidiDevice::Refresh_Lists() {
         Fill(List1, outputs, id, any);
         std::int32_t still = 0;
         if (any && !Selected(List1, still))
-            Stop_Output_Test();
+            sound.Stop();
         Enable_Controls();
     }
     if (!Same_Rows(inputs, inputsNow)) {
@@ -343,8 +350,8 @@ void frmSetUpMidiDevice::Look_For_Edge() {
 }
 
 void frmSetUpMidiDevice::Toggle_Output_Test() {
-    if (noteTimer.isActive())
-        Stop_Output_Test();
+    if (sound.Is_On())
+        sound.Stop();
     else
         Start_Output_Test();
 }
@@ -357,25 +364,8 @@ void frmSetUpMidiDevice::Start_Output_Test() {
     if (!session.Try_Output(id, HScroll1->value()))
         return; // the user has been told
     Show_Latency();
-    nextNote = 0;
     Command4->setText(tr("S&top"));
-    noteTimer.start(TEST_DELAY_MS);
-    Play_Next_Note();
-}
-
-void frmSetUpMidiDevice::Play_Next_Note() {
-    if (nextNote > 0)
-        session.output->Midi_NoteOff(TEST_SLOT, TEST_NOTES[(nextNote - 1) % TEST_NOTES.size()], 0);
-    session.output->Midi_NoteOn(TEST_SLOT, TEST_NOTES[nextNote % TEST_NOTES.size()], TEST_VELOCITY);
-    ++nextNote;
-}
-
-void frmSetUpMidiDevice::Stop_Output_Test() {
-    if (!noteTimer.isActive())
-        return;
-    noteTimer.stop();
-    session.output->Midi_NoteOff(TEST_SLOT, TEST_NOTES[(nextNote - 1) % TEST_NOTES.size()], 0);
-    Command4->setText(tr("&Test"));
+    sound.Start_Chord(TEST_SLOT, Test_Chord(), 0);
 }
 
 void frmSetUpMidiDevice::Accept_Choice() {
@@ -401,7 +391,7 @@ void frmSetUpMidiDevice::Accept_Choice() {
 }
 
 void frmSetUpMidiDevice::done(int result) {
-    Stop_Output_Test();
+    sound.Stop();
     Stop_Input_Test();
     deviceTimer.stop();
     // Whoever waits for the end of the window finds the devices as they are to be.

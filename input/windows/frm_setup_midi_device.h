@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/session.h"
+#include "input/windows/test_sound.h"
 #include "widgets/theme.h"
 
 #include <QDialog>
@@ -48,8 +49,6 @@ private:
     void Look_For_Edge();
     void Toggle_Output_Test();
     void Start_Output_Test();
-    void Stop_Output_Test();
-    void Play_Next_Note();
     void Accept_Choice();
 
     Session& session;
@@ -68,11 +67,10 @@ private:
     QLabel* Label2 = nullptr; ///< what the input test heard
     QLabel* inputHint = nullptr;
     QTimer Timer1;    ///< input test
-    QTimer noteTimer; ///< output test
+    Test_Sound sound; ///< output test
     QTimer deviceTimer;
     std::vector<Device_Row> outputs;
     std::vector<Device_Row> inputs;
-    std::size_t nextNote = 0;
     bool outputTested = false; ///< another output than that of the settings may be open
     bool inputTested = false;
 };

@@ -1,7 +1,7 @@
 #include "audio/windows/frm_inst_list.h"
 #include "audio/windows/frm_sf2_error.h"
 #include "input/windows/frm_setup_midi_device.h"
-#include "support/test_session.h"
+#include "support/window_world.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -13,18 +13,6 @@
 using namespace tonvex;
 
 namespace {
-
-template <typename Widget>
-Widget* Find(const QWidget& window, const char* name) {
-    auto* found = window.findChild<Widget*>(QLatin1String(name));
-    if (found == nullptr)
-        qFatal("no %s", name);
-    return found;
-}
-
-void Click(const QWidget& window, const char* name) {
-    Find<QPushButton>(window, name)->click();
-}
 
 std::string Le(std::uint32_t value, int bytes) {
     std::string text;
@@ -57,29 +45,6 @@ QStringList Items(const QListWidget* list) {
         texts << list->item(i)->text();
     return texts;
 }
-
-int Count(const std::vector<Sound_Message>& messages, Sound_Op op, int slot, int a) {
-    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [&](const Sound_Message& m) {
-        return m.op == op && m.slot == slot && m.a == a;
-    }));
-}
-
-/// A loaded session with one output port, one input port and no fonts of the system.
-struct World {
-    World() {
-        test.midi.outputs = {{"Port", 3}};
-        test.midi.inputs = {{"Keys", 4}};
-        test.Make().fonts->fallbackFonts.clear();
-        test.session->Load();
-        test.dialogs.shown.clear();
-    }
-    Session& S() { return *test.session; }
-    std::string Last_Text() const { return test.dialogs.shown.empty() ? "" : test.dialogs.shown.back().text; }
-
-    Memory_Settings_Store look;
-    Theme theme{*qApp, look};
-    Test_Session test;
-};
 
 } // namespace
 
@@ -227,10 +192,15 @@ void Setup_Dialogs_Test::Setup_Tests_The_Output() {
     QCOMPARE(button->text().remove('&'), QStringLiteral("Stop"));
     const auto& posted = world.test.sound.posted;
     QCOMPARE(Count(posted, Sound_Op::NoteOn, 0, 60), 1);
+    world.test.counter.Advance_Ms(299);
+    QTest::qWait(20);
+    QCOMPARE(Count(posted, Sound_Op::NoteOn, 0, 64), 0);
+    world.test.counter.Advance_Ms(2);
     QTRY_COMPARE(Count(posted, Sound_Op::NoteOn, 0, 64), 1);
     QCOMPARE(Count(posted, Sound_Op::NoteOff, 0, 60), 1);
-    QTRY_COMPARE(Count(posted, Sound_Op::NoteOn, 0, 67), 1);
+    world.test.counter.Advance_Ms(600);
     QTRY_COMPARE(Count(posted, Sound_Op::NoteOn, 0, 60), 2);
+    QCOMPARE(Count(posted, Sound_Op::NoteOn, 0, 67), 1);
     for (const Sound_Message& message : posted)
         QVERIFY(message.op != Sound_Op::NoteOn || message.b == 127);
     button->click();
