@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <cmath>
 #include <functional>
-#include <random>
+#include <vector>
 
 namespace tonvex {
 namespace {
@@ -205,6 +205,89 @@ TEST(Cue_Engine, What_Changes_While_It_Plays_Acts_At_Once) {
         EXPECT_TRUE(test.output.Stuck_Notes().empty());
         EXPECT_EQ(test.output.told.size(), test.output.Sounding_Order().size());
     }
+}
+
+TEST(Cue_Engine, An_Off_Never_Cuts_What_The_Performer_Holds) {
+    struct Case {
+        const char* name;
+        int row; ///< the performer's
+        int slot;
+        std::int64_t pressMs;
+        std::int64_t releaseMs;
+        const char* text;
+    };
+    // 60 on slot 0 from 100 to 200; lead and margin put the off on its way at 190.
+    const Case cases[] = {
+        {"held", 5, 0, 150, 400, "100 +60/0 v100\n"},
+        {"pressed while the off is on its way", 5, 0, 198, 400, "100 +60/0 v100\n"},
+        {"let go again before", 5, 0, 150, 198, "100 +60/0 v100\n200 -60/0\n"},
+        {"on another slot", 5, 1, 150, 400, "100 +60/0 v100\n200 -60/0\n"},
+        {"no performer", -1, 0, 150, 400, "100 +60/0 v100\n200 -60/0\n"},
+    };
+    for (const Case& item : cases) {
+        SCOPED_TRACE(item.name);
+        Stepped_Rig rig;
+        rig.Give({{Marker(5), On(0.1, 60), Off(0.2, 60)}});
+        rig.engine.Player_SetRecChannelI(item.row, item.slot);
+        rig.Start();
+        CueEngine::Live_Notes held{};
+        rig.Run_To(item.pressMs);
+        held[60] = 1;
+        rig.engine.Player_CopyRecActiveNotes(held);
+        rig.Run_To(item.releaseMs);
+        held[60] = 0;
+        rig.engine.Player_CopyRecActiveNotes(held);
+        rig.Run_To(500);
+        EXPECT_EQ(rig.output.Text(), item.text);
+        EXPECT_TRUE(rig.engine.At_End());
+    }
+}
+
+TEST(Cue_Engine, An_Output_Without_Room_Gets_Its_Rows_Later) {
+    Stepped_Rig rig;
+    rig.Give({{Marker(5), On(0.1, 60), Off(0.2, 60), On(0.3, 62), Off(0.6, 62)}});
+    rig.Start();
+    rig.Run_To(150);
+    rig.output.refuses = true;
+    rig.Run_To(320);
+    rig.output.refuses = false;
+    rig.Run_To(350);
+    rig.output.refuses = true;
+    rig.engine.Channel_SetMute(5, true);
+    rig.Run_To(370);
+    rig.output.refuses = false;
+    rig.Run_To(700);
+    EXPECT_EQ(rig.output.Text(), "100 +60/0 v100\n200 -60/0\n300 +62/0 v100\n350 -62/0\n");
+    EXPECT_EQ(rig.output.told.size(), 4U);
+}
+
+TEST(Cue_Engine, Takes_Calls_At_Any_Time_And_No_Absurd_Ones) {
+    Stepped_Rig rig;
+    EXPECT_TRUE(rig.engine.Init_Buffers(-1, 0)) << "a song without channels";
+    EXPECT_TRUE(rig.engine.Init_Buffers(CueEngine::MAX_LISTS - 1, 0));
+    EXPECT_FALSE(rig.engine.Init_Buffers(CueEngine::MAX_LISTS, 0));
+    rig.Give({{Marker(5), On(0.1, 60), Off(0.2, 60)}});
+    const Rows other = {Marker(6), On(0.1, 61), Off(0.2, 61)};
+    for (const std::int32_t list : {-1, 1, 1000}) {
+        rig.engine.AddEvents(list, other.data(), 3);
+        rig.Update(list, other);
+    }
+    rig.engine.Channel_SetMute(77, true);
+    rig.engine.Channel_SetVolFactor(5, NAN);
+    rig.engine.Channel_SetVolFactor(5, 1.0F);
+    rig.engine.Player_SetRecChannelI(5, 99);
+    rig.engine.Player_Start(); // without a clock nothing is due
+    rig.Run_To(300);
+    EXPECT_EQ(rig.output.Text(), "");
+    rig.engine.Player_Stop();
+    rig.engine.Player_Stop();
+    rig.Start(0.0);
+    rig.Run_To(900);
+    EXPECT_EQ(rig.output.Text(), "400 +60/0 v100\n500 -60/0\n");
+    rig.engine.FreeDLL();
+    rig.engine.Player_Start();
+    EXPECT_TRUE(rig.engine.Player_IsPaused());
+    EXPECT_FALSE(rig.engine.Init_Buffers(0, 0));
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,33 +12,26 @@
 namespace tonvex {
 
 /// Keeps what the player library sends, as a synthesizer's queue would: what is taken back never sounds.
-/// Any thread.
+/// One thread.
 class Recording_Cue_Output final : public Cue_Output {
 public:
-    bool refuses = false; ///< there is no room; tests of one thread alone
+    bool refuses = false; ///< there is no room
 
     void Use(bool useSynth) noexcept override { synth = useSynth; }
     bool Send(const Sound_Message& message) noexcept override {
-        const std::lock_guard lock(mutex);
         if (!refuses)
             kept.push_back(message);
         return !refuses;
     }
     bool Take_Back(std::int64_t fromNs) noexcept override {
-        const std::lock_guard lock(mutex);
-        ++takenBack;
         if (!refuses)
             std::erase_if(kept, [fromNs](const Sound_Message& message) { return message.dueNs >= fromNs; });
         return !refuses;
     }
-    void Sounded(const Sound_Message& message) noexcept override {
-        const std::lock_guard lock(mutex);
-        told.push_back(message);
-    }
+    void Sounded(const Sound_Message& message) noexcept override { told.push_back(message); }
 
     /// What sounds, in the order in which it does.
     std::vector<Sound_Message> Sounding_Order() const {
-        const std::lock_guard lock(mutex);
         std::vector<Sound_Message> sorted = kept;
         std::stable_sort(sorted.begin(), sorted.end(),
                          [](const auto& left, const auto& right) { return left.dueNs < right.dueNs; });
@@ -75,11 +67,9 @@ public:
     }
 
     bool synth = false;
-    int takenBack = 0;
-    std::vector<Sound_Message> told; ///< read when nobody sends any more
+    std::vector<Sound_Message> told;
 
 private:
-    mutable std::mutex mutex;
     std::vector<Sound_Message> kept;
 };
 

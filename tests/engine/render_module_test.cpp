@@ -1,0 +1,135 @@
+#include "support/recording_cue_output.h"
+#include "support/transport_rig.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace tonvex {
+namespace {
+
+/// "<time> <channel> <data1> <data2>" a line.
+std::string Text(const Render_MidiEventColClass& list) {
+    std::ostringstream text;
+    for (std::int32_t i = 0; i < list.TotalEvents(); ++i) {
+        std::int16_t channel = 0;
+        double time = 0.0;
+        std::uint16_t data1 = 0;
+        std::uint16_t data2 = 0;
+        EXPECT_TRUE(list.GetEvent(i, channel, time, data1, data2));
+        text << time << ' ' << channel << ' ' << data1 << ' ' << data2 << '\n';
+    }
+    return text.str();
+}
+
+TEST(Render_MidiEventColClass, Grows_By_200_And_Keeps_Its_Rows) {
+    Render_MidiEventColClass list;
+    EXPECT_EQ(list.Capacity_Rows(), 200);
+    for (int i = 0; i < 450; ++i)
+        list.AddEvent(1, i * 0.5, static_cast<std::uint16_t>(i % 128), 7);
+    EXPECT_EQ(list.TotalEvents(), 450);
+    EXPECT_EQ(list.Capacity_Rows(), 600);
+    std::int16_t channel = 0;
+    double time = 0.0;
+    std::uint16_t data1 = 0;
+    std::uint16_t data2 = 0;
+    ASSERT_TRUE(list.GetEvent(449, channel, time, data1, data2));
+    EXPECT_EQ(std::tuple(channel, time, data1, data2), std::tuple(1, 224.5, 65, 7));
+    EXPECT_FALSE(list.GetEvent(450, channel, time, data1, data2));
+    EXPECT_FALSE(list.GetEvent(-1, channel, time, data1, data2));
+}
+
+TEST(Render_MidiEventColClass, Goes_To_The_List_That_Is_Named_Or_That_Its_Marker_Names) {
+    struct Case {
+        const char* name;
+        bool marker;
+        std::int32_t index;
+        bool arrives;
+    };
+    for (const Case& item : {Case{"by number", true, 1, true}, Case{"by marker", true, -1, true},
+                             Case{"without either", false, -1, false}, Case{"none such", true, 3, false}}) {
+        SCOPED_TRACE(item.name);
+        Simulated_Counter counter;
+        Recording_Cue_Output output;
+        CueEngine engine(counter, output, Cue_Drive::Stepped);
+        engine.InitDLL();
+        engine.Init_SetOutput(true, 0);
+        ASSERT_TRUE(engine.Init_Buffers(2, 3));
+        Render_MidiEventColClass list;
+        if (item.marker)
+            list.AddEvent(0, 0.0, CueRow::LIST_MARKER, 2);
+        list.AddEvent(0, 0.0, 60, 100);
+        list.CopyDataToDll(engine, item.index);
+        EXPECT_EQ(list.TotalEvents(), item.marker ? 2 : 1) << "the row of zeros is not counted";
+        engine.Player_SetPos(0.0);
+        engine.clock_SetPars(1.0F, 60, 0, 0, 0.0, {});
+        engine.Player_Start();
+        engine.Step();
+        EXPECT_EQ(!output.Text().empty(), item.arrives);
+    }
+}
+
+TEST(Render_Module, Lays_A_Channel_Out_In_The_Order_Of_Its_Events) {
+    Transport_Rig rig;
+    rig.withPatches = true;
+    rig.Add_Channel(3);
+    rig.channels.Global_Patches[9] = {"Far", 12, 5, 0};
+    EXPECT_EQ(Text(rig.render.Render_Channel(1)), "0 0 3000 1\n") << "an empty channel";
+    rig.Add_Note({0.5, 60, 100, 4.0}, 1);
+    rig.Add_Note({1.0, 62, 90, 0.5}, 1);
+    rig.Add_Note({1.25, 63, 90, 0.0}, 1); // no length, no rows
+    rig.Add_Patch(2.0, 9, 1);
+    rig.channels.Store(1).AddNewEvent(3.0, NamedEventData{});
+    EXPECT_EQ(rig.Trace(), "");
+    EXPECT_EQ(Text(rig.render.Render_Channel(1)),
+              "0 0 3000 1\n0.5 3 60 100\n4.5 3 60 0\n1 3 62 90\n1.5 3 62 0\n2 3 1000 1292\n"); // 12 + 256 * 5
+    EXPECT_EQ(rig.Trace(), "0 Patch 3 12 5\n") << "at once, too";
+    EXPECT_EQ(Text(rig.render.Render_EmptyChannel(1)), "0 0 3000 1\n");
+}
+
+TEST(Render_Module, An_Excluded_Channel_Keeps_Its_Place_And_Can_Be_Filled) {
+    Transport_Rig rig;
+    rig.Add_Channel(1);
+    rig.channels.Add_Channel(rig.channels.New_ChannelID(), true, NOT_GIVEN, "Audio"); // row 2, no list
+    rig.Add_Channel(2);
+    for (int row : {0, 1, 3})
+        rig.Add_Note({0.1, 60 + row, 100, 0.1}, row);
+    rig.cue.Init_SetOutput(true, 0);
+    ASSERT_TRUE(rig.render.Render_Start(1));
+    rig.cue.Player_SetPos(0.0);
+    rig.cue.clock_SetPars(1.0F, 60, 0, 0, 0.0, {});
+    rig.cue.Channel_SetMute(3, true); // the second list: the marker ties it to the row
+    rig.cue.Player_Start();
+    rig.counter.Advance_Ms(50);
+    rig.cue.Step();
+    rig.render.Render_UpdateChannel(1);
+    rig.counter.Advance_Ms(450);
+    rig.cue.Step();
+    EXPECT_EQ(rig.Trace(), "500 On 0 60 100\n500 On 1 61 100\n500 Off 0 60 100\n500 Off 1 61 100\n");
+    rig.render.Render_StopPlayer();
+    EXPECT_TRUE(rig.cue.Player_IsPaused());
+}
+
+TEST(Engine_Run, Sets_The_Clock_Or_Says_That_It_Cannot) {
+    Transport_Rig rig;
+    rig.options.Global_UseThreadEngine = true;
+    rig.Add_Note({0.1, 60, 100, 0.1});
+    EXPECT_EQ(rig.cue.clock_CheckValid(0.0), 1) << "never set";
+    rig.cue.clock_SetPars(1.0F, 60, 0, 0, 0.0, {});
+    EXPECT_EQ(rig.cue.clock_CheckValid(0.001), 0) << "to the millisecond";
+    EXPECT_EQ(rig.cue.clock_CheckValid(0.0011), 1);
+    rig.counter.Advance_Ms(1000);
+    EXPECT_EQ(rig.cue.clock_CheckValid(1.0), 0);
+
+    EXPECT_FALSE(rig.Play(1e300)) << "no clock gets there";
+    EXPECT_TRUE(rig.Record(500, false, 1e300));
+    ASSERT_EQ(rig.dialogs.shown.size(), 2U);
+    EXPECT_EQ(rig.dialogs.shown[0].text, "Error setting clock");
+    EXPECT_FALSE(rig.state.Song_Runs() || rig.state.EngineRunning || rig.recorder.IsRunning());
+    EXPECT_EQ(rig.counter.Now_Ms(), 1000) << "not a round";
+    EXPECT_TRUE(rig.Play()) << "and on";
+    EXPECT_NE(rig.Trace().find("100 On 0 60 80\n"), std::string::npos) << rig.Trace();
+}
+
+} // namespace
+} // namespace tonvex
