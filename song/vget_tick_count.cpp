@@ -9,6 +9,7 @@ namespace tonvex {
 namespace {
 
 constexpr double NS_PER_MS = 1'000'000.0;
+constexpr double LAST_MOMENT_NS = 9.1e18; ///< 288 years, about the most that 64 bits hold
 
 } // namespace
 
@@ -23,7 +24,8 @@ std::int64_t Moment_In(std::span<const Tempo_Segment> segments, std::int64_t sta
     // Where the next segment's start was rounded down its beats must not come before these.
     if (next != segments.end())
         ms = std::min(ms, static_cast<double>(next->startMs));
-    return RoundHalfEven((static_cast<double>(startTickMs) + ms / speed) * NS_PER_MS);
+    const double ns = (static_cast<double>(startTickMs) + ms / speed) * NS_PER_MS;
+    return RoundHalfEven(std::clamp(ns, -LAST_MOMENT_NS, LAST_MOMENT_NS));
 }
 
 VGetTickCount::VGetTickCount(const Millisecond_Counter& counterIn, const TempoChangeClass& tempoChangesIn,
