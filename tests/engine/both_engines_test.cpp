@@ -116,6 +116,26 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              rig.Add_Patch(1.8, 42);
          },
          [](Transport_Rig& rig) { rig.Play(1.0); }, 3},
+        {"chords: a strike, an arpeggio that repeats, one cut short",
+         [](Transport_Rig& rig) {
+             QChordData chord;
+             chord.ChordTypeIndex = 255;
+             chord.ChordNotes = {48, 52, 55, 0, 0, 0};
+             chord.Active = 3;
+             chord.ChordVol = 90;
+             chord.StepMs = -1;
+             chord.Length = 0.4;
+             rig.channels.Store(0).AddNewEvent(0.1, chord);
+             chord.StepMs = 120;
+             chord.PatternNoteCount = 3;
+             chord.PatternNotes = {1, 2, 3};
+             chord.ChordFlagB = FLAG_ON;
+             chord.Length = 0.77;
+             rig.channels.Store(0).AddNewEvent(0.5, chord);
+             chord.Length = 0.1;
+             rig.channels.Store(0).AddNewEvent(1.5, chord);
+         },
+         Play_To_The_End, 15},
         {"begun inside notes", Dense_Song, [](Transport_Rig& rig) { rig.Play(0.777); }, 40},
         {"a mute now and then, a solo, another volume",
          [](Transport_Rig& rig) {
