@@ -103,6 +103,8 @@ QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit { back
   selection-background-color: {accent}; selection-color: {onAccent}; }
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QComboBox:focus, QPlainTextEdit:focus {
   border: 2px solid {accent}; padding: [2]px [5]px; }
+QComboBox::drop-down { border: 0; width: [24]px; }
+QComboBox::down-arrow { image: url({chevron}); width: [16]px; height: [16]px; }
 QComboBox QAbstractItemView { background: {panel}; color: {text}; border: 1px solid {line}; }
 QAbstractItemView { background: {panel}; color: {text}; border: 1px solid {line}; border-radius: [5]px;
   outline: 0; selection-background-color: {accent}; selection-color: {onAccent}; }
@@ -281,6 +283,8 @@ QString Theme::Sheet() const {
         sheet.replace(QLatin1String(name), colour->name());
     sheet.replace(QLatin1String("{check}"), t.dark ? QLatin1String(":/icons/check-light.svg")
                                                    : QLatin1String(":/icons/check-dark.svg"));
+    sheet.replace(QLatin1String("{chevron}"), t.dark ? QLatin1String(":/icons/chevron-light.svg")
+                                                     : QLatin1String(":/icons/chevron-dark.svg"));
     for (int length = 1; length <= 32; ++length)
         sheet.replace(QStringLiteral("[%1]").arg(length), QString::number(Px(length)));
     return sheet;
