@@ -83,7 +83,7 @@ void Piano_Selection::Set_First_Place(int place) {
 void Piano_Selection::Toggle(int slot) {
     if (slot < 0 || slot >= SLOTS)
         return;
-    bool& mark = marks[static_cast<std::size_t>(first + slot)];
+    bool& mark = marks[static_cast<std::size_t>(first) + static_cast<std::size_t>(slot)];
     const bool wanted = !mark;
     if (mode == Mode::Note)
         marks.fill(false);
@@ -91,7 +91,8 @@ void Piano_Selection::Toggle(int slot) {
 }
 
 bool Piano_Selection::Is_Marked(int slot) const {
-    return slot >= 0 && slot < SLOTS && marks[static_cast<std::size_t>(first + slot)];
+    return slot >= 0 && slot < SLOTS &&
+           marks[static_cast<std::size_t>(first) + static_cast<std::size_t>(slot)];
 }
 
 std::string Piano_Selection::Check() const {

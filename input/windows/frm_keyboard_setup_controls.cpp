@@ -69,7 +69,7 @@ QWidget* frmKeyboardSetup::Make_Layout_Row() {
     modified->setProperty("dim", true);
     wbButton2 = Named_Button(line, "wbButton2", tr("Sa&ve as..."), tr("Save the layout under a new name"));
     wbButton3 = Named_Button(line, "wbButton3", tr("&Delete..."), tr("Delete the layout in force"));
-    wbButton4 = Named_Button(line, "wbButton4", tr("&Practice"),
+    wbButton4 = Named_Button(line, "wbButton4", tr("Pr&actice"),
                              tr("Try the keys on a piano; nothing is recorded (Escape ends it)"));
     wbButton4->setCheckable(true);
     row->addWidget(Label_For(Combo1, tr("Keyboard &layout:"), line));
@@ -90,7 +90,7 @@ QWidget* frmKeyboardSetup::Make_Sound_Row() {
     tuning->setAccessibleName(tr("Keyboard tuning"));
     for (int root = 0; root < TUNINGS; ++root)
         tuning->addItem(QString());
-    matchSongKey = new QCheckBox(tr("Match son&g key"), line);
+    matchSongKey = new QCheckBox(tr("Match song &key"), line);
     matchSongKey->setObjectName(QStringLiteral("matchSongKey"));
     notesOctave = new Segment_Selector(theme, tr("Notes Octave"), tr("F1 to F6"), OCTAVES, line);
     notesOctave->setObjectName(QStringLiteral("notesOctave"));
@@ -121,8 +121,8 @@ QWidget* frmKeyboardSetup::Make_Key_Row() {
     texts->addWidget(keyText);
     texts->addWidget(hint);
     functions =
-        Named_Button(line, "functions", tr("&Function..."), tr("What the selected key does (Menu key)"));
-    configure = Named_Button(line, "configure", tr("&Configure..."),
+        Named_Button(line, "functions", tr("F&unction..."), tr("What the selected key does (Menu key)"));
+    configure = Named_Button(line, "configure", tr("Confi&gure..."),
                              tr("Set the note or chord of the selected key (Enter)"));
     row->addLayout(texts, 1);
     row->addWidget(functions);

@@ -12,6 +12,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSlider>
 #include <QVBoxLayout>
 
@@ -82,6 +83,8 @@ void frmQChordConfig::Make_Controls() {
     buttons->addWidget(cancel);
     buttons->addWidget(ok);
     all->addLayout(buttons);
+    // All roots and types in sight, where the screen has room for them.
+    resize(QSize(theme.Px(780), theme.Px(600)).boundedTo(screen()->availableSize()));
 }
 
 QWidget* frmQChordConfig::Make_Chord_Part() {
@@ -108,7 +111,7 @@ QWidget* frmQChordConfig::Make_Chord_Part() {
     List2 = Named_List(part, "List2", tr("Chord type"));
     for (const Chord_Type& type : session.notes.ChordTypeTable)
         List2->addItem(QString::fromStdString(type.TypeName + " (" + type.Suffix + ")"));
-    List1->setMinimumSize(theme.Px(72), theme.Px(304));
+    List1->setMinimumSize(theme.Px(72), theme.Px(160));
     List1->setMaximumWidth(theme.Px(96));
     List2->setMinimumWidth(theme.Px(200));
     Combo1 = new QComboBox(part);
