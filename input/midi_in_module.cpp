@@ -39,6 +39,8 @@ std::string MidiIn_Module::MidiIn_Open(std::int32_t deviceId) {
         return Error_Name(result);
     }
     MidiInOpened = true;
+    openDevice = deviceId;
+    portGone = false;
     return {};
 }
 
@@ -76,6 +78,19 @@ void MidiIn_Module::Poll() {
     Midi_In_Message message;
     while (Waiting_Note() < 0 && ports.Take_Input(message))
         Take_In(message);
+    if (Waiting_Note() < 0)
+        Follow_Port();
+}
+
+void MidiIn_Module::Follow_Port() {
+    const bool alive = ports.Input_Alive();
+    if (alive && portGone) {
+        portGone = ports.Open_Input(openDevice) != Midi_Result::Ok;
+    } else if (!alive && !portGone) {
+        portGone = true;
+        MidiNow.fill(0);
+        changedAtNs.fill(0);
+    }
 }
 
 Key_Edge MidiIn_Module::MidiIn_GetNextEvent() {

@@ -29,7 +29,8 @@ public:
     /// Forgets what was reported: notes that are down give a press again.
     void Clear_Reported();
     /// Takes messages into the note states up to the first that makes an edge. While an edge waits to be
-    /// read nothing is taken, so that a note shorter than a poll is not lost and order is kept.
+    /// read nothing is taken, so that a note shorter than a poll is not lost and order is kept. What is down
+    /// on a port that has gone is let go, now; a port that comes back is opened anew.
     void Poll();
     bool Is_Open() const noexcept { return MidiInOpened; }
 
@@ -40,9 +41,12 @@ private:
     void Take_In(const Midi_In_Message& message);
     /// The lowest note whose state differs from what was reported, -1 for none.
     int Waiting_Note() const noexcept;
+    void Follow_Port();
 
     Midi_Ports_Door& ports;
     bool MidiInOpened = false;
+    std::int32_t openDevice = -1;
+    bool portGone = false; ///< the open port left the machine
     std::array<std::int32_t, NOTES> MidiNow{};
     std::array<std::int32_t, NOTES> MidiPrev{};
     std::array<std::int64_t, NOTES> changedAtNs{};

@@ -290,6 +290,28 @@ TEST(MidiIn, OpeningAnewForgetsWhatWasDown) {
     EXPECT_EQ(world.Next(2), ". .");
 }
 
+TEST(MidiIn, APortThatGoesLetsItsNotesGoAndMayComeBack) {
+    Input_World world;
+    world.input.Input_Select(1);
+    world.Midi(0x90, 60, 1, 1000);
+    world.Midi(0x90, 64, 1, 1000);
+    EXPECT_EQ(world.Next(2), "+316 +320");
+    world.Midi(0x90, 67, 1, 1000); // came in before the port went
+    const auto ports = std::exchange(world.ports.inputs, {});
+    EXPECT_EQ(world.Next(1), "+323");
+    const Key_Edge release = world.midiIn.MidiIn_GetNextEvent();
+    EXPECT_EQ(release.Key, 316);
+    EXPECT_EQ(release.atNs, 0) << "it happens now";
+    EXPECT_EQ(world.Next(4), "-320 -323 . .");
+
+    world.ports.inputs = {ports.front(), {"Other", 9}};
+    world.ports.openInput = 9;
+    EXPECT_EQ(world.Next(1), ".");
+    EXPECT_EQ(world.ports.openInput, 7) << "the dead connection is of no use: it is opened anew";
+    world.Midi(0x90, 60, 1, 5000);
+    EXPECT_EQ(world.Next(2), "+316 .");
+}
+
 TEST(InputHandler, TheComputerKeysWinOverMidi) {
     Input_World world;
     world.input.Input_Select(1);
