@@ -50,7 +50,8 @@ void GCM_Midi::GCM_NoteOff(int channelRow, int note, int velocity, bool live, st
     if (live)
         Count_Live(note, -1);
     const int slot = Slot_Of(channelRow);
-    if (slot >= 0)
+    const bool held = live && slot >= 0 && slotNoteCount[Index(slot)][Index(note)] > 0;
+    if (slot >= 0 && !held)
         output.Midi_NoteOff(slot, note, velocity, dueNs);
 }
 

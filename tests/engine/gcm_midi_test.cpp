@@ -82,6 +82,18 @@ TEST_F(GCM_Midi_Test, Live_Notes_Count_And_Never_Fall_Below_Zero) {
     EXPECT_EQ(Sent(), (Words{"on 3:60@90", "on 3:60@91", "off 3:60", "off 3:60", "off 3:60", "on 3:61@90"}));
 }
 
+TEST_F(GCM_Midi_Test, A_Key_And_A_Stored_Note_Do_Not_Cut_Each_Other_Off) {
+    transport.LiveSlot = 3;
+    gcm.GCM_NoteOn(lead, 60, 90, true);
+    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
+    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
+    gcm.GCM_PlayNoteOn(second, 60, 70, false);
+    gcm.GCM_NoteOff(lead, 60, 100, true);
+    EXPECT_EQ(Sent(), (Words{"on 3:60@90", "on 3:60@80", "on 3:60@70"}));
+    gcm.GCM_PlayNoteOff(second, 60, 100, false);
+    EXPECT_EQ(Sent(), (Words{"off 3:60"}));
+}
+
 TEST_F(GCM_Midi_Test, While_The_Engine_Runs_Only_Live_Notes_Go_Out) {
     transport.EngineRunning = true;
     gcm.GCM_NoteOn(lead, 60, 90, false);
