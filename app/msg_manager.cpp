@@ -96,6 +96,11 @@ void MsgManager::Update_Due(Msg_Sender sender) {
         Message(sender, MSG_GENERAL_UPDATE);
 }
 
+void MsgManager::Release_Update() {
+    if (--batches == 0)
+        updateHeldBack = false;
+}
+
 MsgManager::Batch::~Batch() {
     if (--hub.batches > 0)
         return;

@@ -19,6 +19,8 @@ public:
     /// session owns the hub.
     explicit MsgManager(Session& owner);
     void Send(Msg_Sender sender, int msg, const Args& args) override;
+    void Hold_Update() override { ++batches; }
+    void Release_Update() override;
 
     /// Holds the general update (1200) back while it lives. At its end one is sent, if any was due, for many
     /// deletions in a row; or none, when a closing message is still to come.

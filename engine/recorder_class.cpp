@@ -45,9 +45,11 @@ bool RecorderClass::StartRecording(double time, float speed, std::int32_t channe
     const bool clockStarted = Start_Clock();
     if (PracticeMode)
         return true;
-    if (clockStarted && !Stop_Asked())
+    // Stopped in the set-up or the wait, it has played nothing that could be overwritten.
+    const bool played = clockStarted && !Stop_Asked();
+    if (played)
         parts.loop.Run([this, metronome] { return !Stop_Asked() && Round(metronome); });
-    End_Run(overwrite);
+    End_Run(overwrite && played);
     return true;
 }
 
@@ -283,8 +285,10 @@ void RecorderClass::Wipe_Span(double end) {
         covered.push_back(event->EventID);
     }
     const std::int32_t channelId = parts.channels.Channels[static_cast<std::size_t>(RecChannelRow)].ChannelID;
+    parts.hub.Hold_Update(); // the run ends with one
     for (const std::int32_t eventId : covered)
         parts.hub.Message(this, HUB_DELETE_EVENT, channelId, eventId);
+    parts.hub.Release_Update();
 }
 
 } // namespace tonvex

@@ -25,7 +25,8 @@ public:
 class Simulated_Counter final : public Millisecond_Counter {
 public:
     std::int64_t Now_Ns() const noexcept override { return nowNs.load(std::memory_order_relaxed); }
-    void Advance_Ms(std::int64_t ms) noexcept { nowNs.fetch_add(ms * 1'000'000, std::memory_order_relaxed); }
+    void Advance_Ms(std::int64_t ms) noexcept { Advance_Ns(ms * 1'000'000); }
+    void Advance_Ns(std::int64_t ns) noexcept { nowNs.fetch_add(ns, std::memory_order_relaxed); }
 
 private:
     std::atomic<std::int64_t> nowNs{0};

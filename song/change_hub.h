@@ -28,6 +28,10 @@ public:
     using Args = std::array<Msg_Arg, 7>; ///< P1 to P7
     virtual ~Change_Hub() = default;
     virtual void Send(Msg_Sender sender, int msg, const Args& args) = 0;
+    /// Between the two, which nest, the general update (1200) is held back: for many changes in a row that
+    /// the sender closes with a general update of its own.
+    virtual void Hold_Update() {}
+    virtual void Release_Update() {}
     /// Send with the leading arguments spelled out.
     template <typename... Arg>
     void Message(Msg_Sender sender, int msg, Arg&&... arg) {

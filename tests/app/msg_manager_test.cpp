@@ -256,6 +256,18 @@ TEST_F(MsgManager_Test, Events_That_Fall_Out_Go_With_One_Update) {
     EXPECT_TRUE(told.empty());
 }
 
+TEST_F(MsgManager_Test, An_Overwritten_Span_Goes_With_One_Update) {
+    for (const double start : {0.0, 0.1, 0.2, 3.0})
+        Add_Note(start, 60);
+    test.loop.betweenRounds = [&](std::int64_t ms) { session.transport.StopTransportRequest = ms >= 750; };
+    EXPECT_TRUE(session.recorder->StartRecording(0.0, 1.0F, CHANNEL, true, false, false));
+    EXPECT_EQ(store.GetTotalEvents(), 0) << "750 ms are a beat at tempo 80: only the last note stays";
+    const auto numbers = Told_Numbers();
+    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), 1017), 3);
+    EXPECT_EQ(std::count(numbers.begin(), numbers.end(), 1200), 1);
+    EXPECT_NEAR(session.project.SongLength, 4.0, 1e-9);
+}
+
 TEST_F(MsgManager_Test, Recorded_Events_Wait_In_The_Buffer) {
     Send(1014, 0, 0, 2.0, EventData(NoteData{60, 100, 1.0}));
     EXPECT_EQ(store.Recorded_Count(), 1);

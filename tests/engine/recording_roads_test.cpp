@@ -284,6 +284,7 @@ TEST(Recording_Roads, Waiting_Ends_With_Stop_Or_Escape_And_Wipes_Nothing) {
         Transport_Rig rig;
         rig.options.Global_Rec_WaitForKey = true;
         rig.Add_Note({0.0, 60, 100, 1.0});
+        rig.counter.Advance_Ns(700'000); // a real clock never stands on a whole millisecond
         if (withEscape)
             rig.Script({{300, ESCAPE, true}});
         EXPECT_TRUE(rig.Record(withEscape ? 5000 : 300, true));
