@@ -181,6 +181,10 @@ std::size_t Cue_Player::Next_List() const {
     return best;
 }
 
+bool Cue_Player::Holds(int slot, int note) const noexcept {
+    return counts[Index(slot)][Index(note)].load(std::memory_order_relaxed) > 0;
+}
+
 bool Cue_Player::Held(int slot, int note) const noexcept {
     return slot == performerSlot && liveNotes[Index(note)] > 0;
 }
@@ -193,7 +197,8 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
     row.message.dueNs = dueNs;
     row.message.slot = item.slot;
     row.message.a = item.a;
-    std::int32_t* count = item.kind == Cue_List::Kind::Patch ? nullptr : &counts[item.slot][item.a];
+    std::atomic<std::int32_t>* count =
+        item.kind == Cue_List::Kind::Patch ? nullptr : &counts[item.slot][item.a];
     switch (item.kind) {
     case Cue_List::Kind::On:
         row.message.op = Sound_Op::NoteOn;

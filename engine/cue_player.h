@@ -6,6 +6,7 @@
 #include "song/vget_tick_count.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
@@ -52,6 +53,8 @@ public:
     /// slot: the performer's, -1 for none.
     void Set_Performer_Slot(int slot);
     void Set_Live_Notes(const Live_Notes& notes);
+    /// A row that was sent holds the note. Any thread; slot below OUTPUT_SLOTS, note 0 to 127.
+    bool Holds(int slot, int note) const noexcept;
     /// segments: at least one. speed above 0.
     void Set_Clock(float speed, std::int64_t startTickMs, std::vector<Tempo_Segment> segments);
     void Stop();
@@ -81,7 +84,7 @@ private:
         Effect effect;
         bool sent;
     };
-    using Counts = std::array<std::array<std::int32_t, 128>, OUTPUT_SLOTS>;
+    using Counts = std::array<std::array<std::atomic<std::int32_t>, 128>, OUTPUT_SLOTS>;
 
     static constexpr std::size_t NO_LIST = SIZE_MAX;
 
@@ -105,7 +108,7 @@ private:
     bool playing = false;
     std::int64_t position = 0; ///< where playing begins, billionths of a beat
     std::vector<List> lists;
-    Counts counts{}; ///< sounding notes by slot and number
+    Counts counts{}; ///< sounding notes by slot and number; written by the player thread alone
     Live_Notes liveNotes{};
     int performerSlot = -1;
 

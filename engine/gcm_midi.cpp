@@ -50,9 +50,13 @@ void GCM_Midi::GCM_NoteOff(int channelRow, int note, int velocity, bool live, st
     if (live)
         Count_Live(note, -1);
     const int slot = Slot_Of(channelRow);
-    const bool held = live && slot >= 0 && slotNoteCount[Index(slot)][Index(note)] > 0;
-    if (slot >= 0 && !held)
+    if (slot >= 0 && !(live && Stored_Holds(slot, note)))
         output.Midi_NoteOff(slot, note, velocity, dueNs);
+}
+
+bool GCM_Midi::Stored_Holds(int slot, int note) const {
+    return slotNoteCount[Index(slot)][Index(note)] > 0 ||
+           (transport.EngineRunning && engineHolds && engineHolds(slot, note));
 }
 
 void GCM_Midi::GCM_LiveRelease(int note) {

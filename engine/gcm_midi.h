@@ -17,7 +17,8 @@ public:
     GCM_Midi(midiapi& output, GlobalChannelsManager& channels, Transport_State& transport);
 
     /// The live path. With live on, LiveNotes of the note counts; with live off and the engine running
-    /// the call is dropped.
+    /// the call is dropped. A live off does not go out while a stored note holds the note on that output
+    /// slot: that one's end brings the off.
     void GCM_NoteOn(int channelRow, int note, int velocity, bool live, std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_NoteOff(int channelRow, int note, int velocity, bool live,
                      std::int64_t dueNs = midiapi::DUE_NOW);
@@ -25,6 +26,8 @@ public:
     void GCM_LiveRelease(int note);
     /// Hears the counters of live presses after each change while the thread engine runs.
     std::function<void(const std::array<std::int32_t, 128>&)> onLiveNotes;
+    /// Whether the thread engine sounds a stored note on a slot.
+    std::function<bool(int slot, int note)> engineHolds;
     /// The player path: counted by row and note. Every on goes out; an off goes out only when no row on the
     /// same output slot holds the note any more, the performer included, and an off that no on went before
     /// goes nowhere. A note ends on the slot that it began on, whatever the row's OutputChannel has become.
@@ -81,6 +84,7 @@ private:
     void Send_Volume(int slot, int value);
     void Send_What_Differs(int slot, int pan, int volume);
     void Count_Live(int note, int change);
+    bool Stored_Holds(int slot, int note) const;
     bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
     bool Viewed(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
 

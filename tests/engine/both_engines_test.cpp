@@ -199,7 +199,9 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              Dense_Song(rig);
              rig.Add_Note({0.2, 48, 100, 0.3});
              rig.Add_Note({1.0, 48, 100, 0.3});
-             rig.Script({{400, Transport_Rig::Z, true},
+             rig.Script({{250, Transport_Rig::Z, true}, // let go inside a stored note
+                         {300, Transport_Rig::Z, false},
+                         {400, Transport_Rig::Z, true},
                          {600, Transport_Rig::A, true},
                          {650, Transport_Rig::Z, false},
                          {900, Transport_Rig::A, false},
