@@ -1,6 +1,7 @@
 #include "app/session.h"
 #include "app/startup.h"
 #include "app/windows/frm_main.h"
+#include "app/windows/frm_mouse_status.h"
 #include "app/windows/frm_start_up.h"
 #include "audio/windows/frm_sf2_error.h"
 #include "platform/make_sound_door.h"
@@ -33,8 +34,11 @@ constexpr int BAD_CALL = 2;
 
 constexpr const char* USAGE = "Usage: tonvex [options] [song.tvx]\n"
                               "\n"
-                              "  --help     show this text and end\n"
-                              "  --version  show the version and end\n";
+                              "  --help        show this text and end\n"
+                              "  --version     show the version and end\n"
+                              "  -mousestatus  show where the mouse is\n";
+
+constexpr const char* MOUSE_STATUS = "-mousestatus";
 
 /// Answers what needs no display; false when the program is to start.
 bool Answer_Call(int argc, char** argv) {
@@ -73,12 +77,14 @@ struct Machine {
 /// before the start window is due, since a second program ends before that.
 class Program final : public Start_Windows {
 public:
-    Program(QApplication& theApplication, std::optional<std::filesystem::path> projectToOpen)
-        : application(theApplication), project(std::move(projectToOpen)) {}
+    Program(QApplication& theApplication, std::optional<std::filesystem::path> projectToOpen,
+            bool withMouseStatus)
+        : application(theApplication), project(std::move(projectToOpen)), showMouseStatus(withMouseStatus) {}
 
     ~Program() override {
         // The windows look at the session and the theme while they go.
         delete startWindow.data();
+        mouseStatus.reset();
         window.reset();
         if (session)
             session->Shutdown();
@@ -120,6 +126,10 @@ public:
         window->show();
         if (startWindow)
             startWindow->raise();
+        if (showMouseStatus) {
+            mouseStatus = std::make_unique<frmMouseStatus>(machine->theme);
+            mouseStatus->show();
+        }
         if (project)
             QTimer::singleShot(0, window.get(), [this] { Tell_Not_Opened(*project); });
     }
@@ -144,9 +154,11 @@ private:
     QApplication& application;
     Qt_User_Dialogs dialogs;
     std::optional<std::filesystem::path> project;
+    bool showMouseStatus;
     std::unique_ptr<Machine> machine;
     std::unique_ptr<Session> session;
     std::unique_ptr<frmMain> window;
+    std::unique_ptr<frmMouseStatus> mouseStatus;
     QPointer<frmStartUp> startWindow;
 };
 
@@ -160,7 +172,8 @@ int Run(int argc, char** argv) {
     End_Signals::Hold_Back();
     QApplication application(argc, argv);
     const End_Signals endSignals;
-    const QStringList words = QApplication::arguments();
+    QStringList words = QApplication::arguments();
+    const bool withMouseStatus = words.removeAll(QLatin1String(MOUSE_STATUS)) > 0;
     for (qsizetype i = 1; i < words.size(); ++i) {
         if (i > 1 || words.at(i).startsWith(QLatin1Char('-'))) {
             std::fprintf(stderr, "tonvex: %s: not understood\n%s", qPrintable(words.at(i)), USAGE);
@@ -169,7 +182,7 @@ int Run(int argc, char** argv) {
     }
     const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
     const std::string argument = words.size() > 1 ? words.at(1).toStdString() : std::string();
-    Program program(application, Project_Argument(argument, calledIn));
+    Program program(application, Project_Argument(argument, calledIn), withMouseStatus);
     Start_Routine start(program.Dialogs(), program);
     switch (start.Run({folder, Instance_Lock_File(), Find_Program_Files(folder, TONVEX_SOURCE_DATA),
                        Path_Macros::From_Environment(folder)})) {
