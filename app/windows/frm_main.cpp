@@ -23,6 +23,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QScreen>
+#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
@@ -214,7 +215,10 @@ QDockWidget* frmMain::Make_Piano_Pane() {
 }
 
 void frmMain::Restore_Panes() {
-    const QRect room = screen()->availableGeometry();
+    // The window manager puts its frame around what is asked for here.
+    const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight) + border;
+    const QRect room = screen()->availableGeometry().adjusted(border, title, -border, -border);
     resize(std::min(theme.Px(FIRST_WIDTH), room.width()), std::min(theme.Px(FIRST_HEIGHT), room.height()));
     resizeDocks({channelsDock}, {theme.Px(330)}, Qt::Horizontal);
     resizeDocks({pianoDock}, {theme.Px(124)}, Qt::Vertical);
