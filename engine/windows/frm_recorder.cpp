@@ -324,7 +324,7 @@ void frmRecorder::Set_Wait_For_Key(bool on) {
 }
 
 void frmRecorder::Refresh_Options() {
-    const QString caption = session.options.PlayAtRecSpeed ? tr("Rec/Play speed") : tr("Rec speed");
+    const QString caption = session.options.PlayAtRecSpeed ? tr("Rec/Play Speed:") : tr("Rec Speed:");
     speed->Set_Pill(caption, tr("%1 %").arg(session.options.RecSpeedPercent));
     blend->setChecked(!session.options.Overwrite);
     overwrite->setChecked(session.options.Overwrite);

@@ -101,13 +101,14 @@ void Practice_Mode::Start_If_Wanted() {
         return;
     session.practiceRecorder->PracticeMode = true;
     const std::int32_t asked = Wanted_Channel();
+    const bool askedKeys = keys;
     starting = true;
     session.practiceRecorder->StartRecording(0.0, 1.0F, asked, false, true, false);
     starting = false;
     if (!Is_Running())
         return;
     // What was asked for meanwhile.
-    if (held > 0 || Wanted_Channel() != asked) {
+    if (held > 0 || Wanted_Channel() != asked || keys != askedKeys) {
         Stop();
         Start_If_Wanted();
         return;
