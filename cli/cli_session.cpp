@@ -55,7 +55,7 @@ Cli_Outcome Cli_Session::Make_Folders(const Cli_Options& options, AppPaths_Class
         return Cli_Outcome::Failed("", "no temporary folder can be made");
     std::error_code error;
     if (!fs::is_directory(options.data, error))
-        return Cli_Outcome::Failed(options.data.string(), "is no folder");
+        return Cli_Outcome::Failed(options.data.string(), "is not a folder");
     if (!fs::is_regular_file(options.data / STOCK_LAYOUT, error))
         return Cli_Outcome::Failed((options.data / STOCK_LAYOUT).string(), "is missing");
     const fs::path config = folder.Path() / "config";

@@ -212,7 +212,7 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
         {"perform - keys.json nowhere/o.json --wav o.wav", 1,
          "tonvex-cli: nowhere/o.json: its folder does not exist\n"},
         {"--soundfont no.sf2 perform - keys.json o.json", 1, "tonvex-cli: no.sf2: is not a soundfont\n"},
-        {"--data nowhere perform - keys.json o.json", 1, "tonvex-cli: nowhere: is no folder\n"},
+        {"--data nowhere perform - keys.json o.json", 1, "tonvex-cli: nowhere: is not a folder\n"},
         {"perform song.tvx keys.json o.json", 1, nullptr},
         {"perform - keys.json o.txt", 2, "tonvex-cli: OUT must end in .json\n"},
         {"perform - keys.json o.json --trace o.json", 2, nullptr},
