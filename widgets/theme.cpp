@@ -136,7 +136,7 @@ QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }
 QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
-QRadioButton { spacing: [8]px; padding: [2]px; }
+QRadioButton { spacing: [8]px; padding: [2]px; border: 2px solid transparent; }
 QRadioButton::indicator { width: [14]px; height: [14]px; border: 1px solid {dim}; border-radius: [8]px;
   background: {control}; }
 QRadioButton::indicator:hover { background: {hover}; }
