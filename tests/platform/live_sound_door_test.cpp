@@ -165,6 +165,13 @@ void Exercise(Live_Sound_Door& door, const Temp_Folder& folder, std::atomic<bool
         message.a = static_cast<std::uint8_t>(r >> 13 & 127);
         door.Post(message);
         door.Set_Master_Volume(static_cast<int>(r >> 20 & 127));
+        if (i % 5 == 0) {
+            Effect_Settings effects;
+            effects.on[r % EFFECT_KINDS] = r % 7 != 0;
+            effects.on[r / 8 % EFFECT_KINDS] = true;
+            effects.values[r % EFFECT_KINDS][r / 64 % MOST_PARAMETERS] = static_cast<float>(r % 3000);
+            door.Set_Effects(static_cast<int>(r >> 8 & 31), effects);
+        }
         if (i % 100 == 50)
             door.Set_Fonts({folder / (i % 200 == 50 ? "b.sf2" : "a.sf2")});
         if (i == messages / 2)
