@@ -25,6 +25,7 @@ class Banner;
 class ChannelsList;
 class Channel_Properties;
 class frmKeyboardSetup;
+class frmFX_Config;
 class frmREC_PianoLayout;
 class frmRecorder;
 class Song_Overview;
@@ -74,6 +75,7 @@ private:
     void Make_Menus();
     void Make_Channel_Menu();
     void Make_Mix_Entries(QMenu* menu);
+    void Make_Effect_Entries(QMenu* menu);
     void Make_Record_Menu();
     void Make_Options_Menu();
     void Make_Layout_Menus(QMenu* options);
@@ -120,6 +122,7 @@ private:
     frmREC_PianoLayout* piano = nullptr;
     Song_Overview* overview = nullptr;
     frmKeyboardSetup* keyboard = nullptr;
+    frmFX_Config* effects = nullptr; ///< from its first opening on
     Banner* banner = nullptr;
     QTabWidget* tabs = nullptr;
     QDockWidget* channelsDock = nullptr;

@@ -8,6 +8,7 @@
 #include "widgets/channel_properties.h"
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
+#include "widgets/frm_fx_config.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -110,7 +111,22 @@ void frmMain::Make_Channel_Menu() {
                 properties->Open_Slots();
         }));
     menu->addSeparator();
+    Make_Effect_Entries(menu);
+    menu->addSeparator();
     Make_Mix_Entries(menu);
+}
+
+void frmMain::Make_Effect_Entries(QMenu* menu) {
+    int digit = Qt::Key_1;
+    for (const Effect_Kind kind : ALL_EFFECTS)
+        Add_Action(menu, tr("Set Channel FX: %1").arg(Effect_Caption(kind)),
+                   {QKeySequence(Qt::CTRL | static_cast<Qt::Key>(digit++))}, [this, kind] {
+                       if (!Needs_Channel())
+                           return;
+                       if (effects == nullptr)
+                           effects = new frmFX_Config(session, theme, this);
+                       effects->Show_Effect(channelsList->Selected(), kind);
+                   });
 }
 
 void frmMain::Make_Mix_Entries(QMenu* menu) {

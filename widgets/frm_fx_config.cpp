@@ -1,0 +1,219 @@
+#include "widgets/frm_fx_config.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+#include <cmath>
+#include <string_view>
+
+namespace tonvex {
+
+namespace {
+
+bool Is_Frequency(const Effect_Parameter& parameter) {
+    return parameter.least >= 100.0F;
+}
+
+QString Whole_Figure(const Effect_Parameter& parameter, int value) {
+    if (std::string_view(parameter.name) == "Waveform")
+        return value == 0 ? QObject::tr("Triangle") : QObject::tr("Sine");
+    if (std::string_view(parameter.name) == "Phase")
+        return QStringLiteral("%1°").arg((value - 2) * 90);
+    return value == 0 ? QObject::tr("No") : QObject::tr("Yes");
+}
+
+} // namespace
+
+QString Effect_Caption(Effect_Kind kind) {
+    switch (kind) {
+    case Effect_Kind::Reverb:
+        return QObject::tr("Reverb");
+    case Effect_Kind::Chorus:
+        return QObject::tr("Chorus");
+    case Effect_Kind::Flanger:
+        return QObject::tr("Flanger");
+    case Effect_Kind::Echo:
+        return QObject::tr("Echo");
+    case Effect_Kind::Distortion:
+        break;
+    }
+    return QObject::tr("Distortion");
+}
+
+frmFX_Config::frmFX_Config(Session& owner, const Theme& look, QWidget* parent)
+    : QDialog(parent), session(owner), theme(look), about(new QLabel(this)),
+      hint(new QLabel(tr("Effects are only available when using the SoundFont synthesizer"), this)),
+      tabs(new QTabWidget(this)) {
+    setObjectName(QStringLiteral("frmFX_Config"));
+    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
+    about->setTextFormat(Qt::PlainText);
+    hint->setWordWrap(true);
+    hint->setProperty("dim", true);
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
+    all->setSpacing(theme.Px(16));
+    all->addWidget(about);
+    all->addWidget(hint);
+    for (const Effect_Kind kind : ALL_EFFECTS)
+        tabs->addTab(Make_Page(kind), Effect_Caption(kind));
+    all->addWidget(tabs, 1);
+    auto* buttons = new QHBoxLayout;
+    auto* close = new QPushButton(tr("&Close"), this);
+    close->setObjectName(QStringLiteral("close"));
+    close->setDefault(true);
+    connect(close, &QPushButton::clicked, this, &QDialog::close);
+    buttons->addStretch(1);
+    buttons->addWidget(close);
+    all->addLayout(buttons);
+    subscription = session.events.Subscribe([this](int msg, std::int32_t, const std::string&) {
+        if (msg == MSG_SET_EFFECTS || msg == MSG_SET_NAME || msg == MSG_SET_OUTPUT ||
+            msg == MSG_GENERAL_UPDATE)
+            Refresh();
+    });
+}
+
+frmFX_Config::~frmFX_Config() {
+    session.events.Unsubscribe(subscription);
+}
+
+QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
+    Page& page = pages[static_cast<std::size_t>(kind)];
+    auto* sheet = new QWidget(tabs);
+    sheet->setObjectName(Effect_Caption(kind));
+    auto* grid = new QGridLayout(sheet);
+    grid->setContentsMargins(theme.Px(16), theme.Px(16), theme.Px(16), theme.Px(16));
+    grid->setHorizontalSpacing(theme.Px(16));
+    grid->setVerticalSpacing(theme.Px(8));
+    page.on = new QCheckBox(tr("%1 o&n").arg(Effect_Caption(kind)), sheet);
+    connect(page.on, &QCheckBox::clicked, this, [this, kind](bool on) {
+        session.hub->Message(this, MSG_SET_EFFECTS, channelId, static_cast<std::int32_t>(kind), on);
+    });
+    auto* reset = new QPushButton(tr("&Reset"), sheet);
+    reset->setObjectName(QStringLiteral("reset"));
+    reset->setAutoDefault(false);
+    reset->setToolTip(tr("Sets every value of this effect to what it is in a new song"));
+    connect(reset, &QPushButton::clicked, this, [this, kind] { Send_Values(kind, Neutral_Values(kind)); });
+    grid->addWidget(page.on, 0, 0, 1, 2);
+    grid->addWidget(reset, 0, 2);
+    int line = 1;
+    for (const Effect_Parameter& parameter : Parameters_Of(kind)) {
+        auto* label = new QLabel(tr(parameter.name), sheet);
+        auto* slider = new QSlider(Qt::Horizontal, sheet);
+        auto* figure = new QLabel(sheet);
+        slider->setAccessibleName(tr(parameter.name));
+        slider->setRange(parameter.whole ? static_cast<int>(parameter.least) : 0,
+                         parameter.whole ? static_cast<int>(parameter.most) : STEPS);
+        slider->setPageStep(parameter.whole ? 1 : STEPS / 20);
+        slider->setSingleStep(parameter.whole ? 1 : STEPS / 200);
+        slider->setMinimumWidth(theme.Px(220));
+        label->setBuddy(slider);
+        figure->setFont(theme.Digits(Text_Size::Body));
+        figure->setMinimumWidth(theme.Px(90));
+        figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        const auto place = static_cast<std::size_t>(line - 1);
+        connect(slider, &QSlider::valueChanged, this,
+                [this, kind, place](int step) { Change(kind, place, step); });
+        grid->addWidget(label, line, 0);
+        grid->addWidget(slider, line, 1);
+        grid->addWidget(figure, line, 2);
+        page.sliders.push_back(slider);
+        page.figures.push_back(figure);
+        ++line;
+    }
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(line, 1);
+    return sheet;
+}
+
+int frmFX_Config::Step_Of(const Effect_Parameter& parameter, float value) {
+    if (parameter.whole)
+        return static_cast<int>(value);
+    const float share = Is_Frequency(parameter)
+                            ? std::log(value / parameter.least) / std::log(parameter.most / parameter.least)
+                            : (value - parameter.least) / (parameter.most - parameter.least);
+    return static_cast<int>(std::lround(share * STEPS));
+}
+
+float frmFX_Config::Value_At(const Effect_Parameter& parameter, int step) {
+    if (parameter.whole)
+        return static_cast<float>(step);
+    if (step == STEPS)
+        return parameter.most;
+    const float share = static_cast<float>(step) / STEPS;
+    return Is_Frequency(parameter) ? parameter.least * std::pow(parameter.most / parameter.least, share)
+                                   : parameter.least + share * (parameter.most - parameter.least);
+}
+
+QString frmFX_Config::Figure(const Effect_Parameter& parameter, float value) {
+    if (parameter.whole)
+        return Whole_Figure(parameter, static_cast<int>(value));
+    const float range = parameter.most - parameter.least;
+    const int digits = range <= 1.0F ? 3 : range <= 20.0F ? 2 : range <= 200.0F ? 1 : 0;
+    return QStringLiteral("%1 %2")
+        .arg(static_cast<double>(value), 0, 'f', digits)
+        .arg(QLatin1String(parameter.unit))
+        .trimmed();
+}
+
+int frmFX_Config::Row() const {
+    return session.channels->Effect_Row(session.channels->ChannelI(channelId));
+}
+
+void frmFX_Config::Change(Effect_Kind kind, std::size_t parameter, int step) {
+    const int row = Row();
+    if (row < 0)
+        return;
+    Effect_Values values = session.channels->Effects.Row(row).Of(kind);
+    values[parameter] = Value_At(Parameters_Of(kind)[parameter], step);
+    Send_Values(kind, values);
+}
+
+void frmFX_Config::Send_Values(Effect_Kind kind, const Effect_Values& values) {
+    session.hub->Message(this, MSG_SET_EFFECTS, channelId, static_cast<std::int32_t>(kind), std::monostate{},
+                         Effect_Record_Text(kind, values));
+}
+
+void frmFX_Config::Show_Effect(std::int32_t newId, Effect_Kind kind) {
+    channelId = newId;
+    tabs->setCurrentIndex(static_cast<int>(kind));
+    Refresh();
+    show();
+    raise();
+    activateWindow();
+}
+
+void frmFX_Config::Refresh() {
+    const int row = Row();
+    if (row < 0) {
+        close();
+        return;
+    }
+    const auto channelRow = static_cast<std::size_t>(session.channels->ChannelI(channelId));
+    const GlobalChannel& channel = session.channels->Channels[channelRow];
+    const QString name = QString::fromStdString(channel.ChannelName);
+    setWindowTitle(tr("Channel effects [%1]").arg(name));
+    about->setText(Is_On(channel.IsAudio) ? name : tr("%1 · slot %2").arg(name).arg(channel.OutputChannel));
+    hint->setVisible(!session.output->UsingSynth());
+    const Effect_Settings& settings = session.channels->Effects.Row(row);
+    for (const Effect_Kind kind : ALL_EFFECTS) {
+        Page& page = pages[static_cast<std::size_t>(kind)];
+        page.on->setChecked(settings.Is_On(kind));
+        tabs->setTabText(static_cast<int>(kind),
+                         settings.Is_On(kind) ? tr("%1 •").arg(Effect_Caption(kind)) : Effect_Caption(kind));
+        const auto parameters = Parameters_Of(kind);
+        for (std::size_t i = 0; i < parameters.size(); ++i) {
+            const float value = settings.Of(kind)[i];
+            const QSignalBlocker quiet(page.sliders[i]);
+            page.sliders[i]->setValue(Step_Of(parameters[i], value));
+            page.figures[i]->setText(Figure(parameters[i], value));
+        }
+    }
+}
+
+} // namespace tonvex

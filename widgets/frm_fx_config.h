@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/session.h"
+#include "widgets/theme.h"
+
+#include <QDialog>
+
+#include <cstdint>
+#include <vector>
+
+class QCheckBox;
+class QLabel;
+class QSlider;
+class QTabWidget;
+
+namespace tonvex {
+
+/// The effects of a channel's output, a page each: on or off, every parameter with its figure, "Reset". A
+/// change sounds at once, while a song runs too. The window does not block; it goes with its channel.
+/// Interface thread. Session and theme outlive it.
+class frmFX_Config final : public QDialog {
+    Q_OBJECT
+public:
+    frmFX_Config(Session& session, const Theme& theme, QWidget* parent = nullptr);
+    ~frmFX_Config() override;
+    void Show_Effect(std::int32_t channelId, Effect_Kind kind);
+
+    // what a slider shows; public for tests
+    static constexpr int STEPS = 1000; ///< of a slider whose parameter is no whole number
+    /// Frequencies lie on a line of equal ratios, all else on one of equal differences.
+    static int Step_Of(const Effect_Parameter& parameter, float value);
+    static float Value_At(const Effect_Parameter& parameter, int step);
+    /// "Sine", "+90 degrees", "-18.0 dB".
+    static QString Figure(const Effect_Parameter& parameter, float value);
+
+private:
+    struct Page {
+        QCheckBox* on = nullptr;
+        std::vector<QSlider*> sliders;
+        std::vector<QLabel*> figures;
+    };
+    QWidget* Make_Page(Effect_Kind kind);
+    void Change(Effect_Kind kind, std::size_t parameter, int step);
+    void Send_Values(Effect_Kind kind, const Effect_Values& values);
+    void Refresh();
+    /// Row of the table of effects, -1 when the channel is gone.
+    int Row() const;
+
+    Session& session;
+    const Theme& theme;
+    std::int32_t channelId = NOT_GIVEN;
+    QLabel* about;
+    QLabel* hint;
+    QTabWidget* tabs;
+    std::array<Page, EFFECT_KINDS> pages;
+    int subscription = 0;
+};
+
+/// "Reverb", "Chorus" and so on.
+QString Effect_Caption(Effect_Kind kind);
+
+} // namespace tonvex
