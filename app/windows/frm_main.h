@@ -77,6 +77,8 @@ private:
     void Make_Mix_Entries(QMenu* menu);
     void Make_Effect_Entries(QMenu* menu);
     void Make_Record_Menu();
+    void Make_Project_Menu();
+    void Make_Metronome_Menu();
     void Make_Options_Menu();
     void Make_Layout_Menus(QMenu* options);
     void Make_Appearance_Menu(QMenu* options);
@@ -104,6 +106,8 @@ private:
     void Set_Up_Devices();
     void Edit_Sound_Fonts();
     void Open_Device_Window(QDialog* dialog);
+    /// The window of that object name comes to the front; make makes it when it is not open.
+    void Show_Window(const char* name, const std::function<QDialog*()>& make);
     void Check_Devices();
     void Check_Sound(const Sound_Status& status);
     void Check_Midi();

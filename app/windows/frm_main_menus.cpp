@@ -69,12 +69,10 @@ void frmMain::Make_Menus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     Add_Action(file, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Make_Channel_Menu();
+    Make_Project_Menu();
     Make_Record_Menu();
     Make_Options_Menu();
-
-    QMenu* metronome = menuBar()->addMenu(tr("&Metronome"));
-    metronomeAction = Add_Check(metronome, tr("&Metronome on"), {QKeySequence(Qt::Key_M)},
-                                [this](bool on) { recorder->Set_Metronome(on); });
+    Make_Metronome_Menu();
 
     QMenu* windows = menuBar()->addMenu(tr("&Windows"));
     for (QDockWidget* dock : {channelsDock, pianoDock})

@@ -1,0 +1,174 @@
+#include "engine/windows/frm_metronome_setup.h"
+
+#include "base/rounding.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace tonvex {
+
+namespace {
+
+constexpr int HIGHEST_NOTE = 127;
+constexpr int LOUDEST = 100;
+constexpr double VELOCITY_FACTOR = 1.27;
+constexpr int SLOWEST = 20;
+constexpr int FASTEST = 300;
+
+} // namespace
+
+frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget* parent)
+    : QDialog(parent), session(owner), link(session.observers, *this) {
+    setWindowTitle(tr("Setup Metronome"));
+    setObjectName(QStringLiteral("frmMetronomeSetup"));
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
+    all->setSpacing(theme.Px(16));
+    auto* about = new QLabel(tr("The click on every beat of a recording"), this);
+    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
+    all->addWidget(about);
+
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(theme.Px(12));
+    grid->setVerticalSpacing(theme.Px(12));
+    grid->setColumnStretch(1, 1);
+    const Project_State& project = session.project;
+    note = Make_Pair(grid, theme, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE, project.MetronomeNote);
+    volume = Make_Pair(grid, theme, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST,
+                       project.MetronomeVolume);
+    const int tempo = project.ProjectTempo;
+    speed = Make_Pair(grid, theme, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3,
+                      std::min(SLOWEST, tempo), std::max(FASTEST, tempo), tempo);
+    noteName = new QLabel(this);
+    speedLabel = new QLabel(tr("(Project speed)"), this);
+    speedLabel->setObjectName(QStringLiteral("speedLabel"));
+    for (QLabel* label : {noteName, speedLabel}) {
+        label->setProperty("dim", true);
+        label->setTextFormat(Qt::PlainText);
+    }
+    grid->addWidget(noteName, 0, 3);
+    grid->addWidget(speedLabel, 2, 3);
+    grid->setColumnMinimumWidth(3, theme.Px(130));
+    all->addLayout(grid);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(theme.Px(8));
+    Command3 = new QPushButton(tr("Test Metronome"), this);
+    Command3->setObjectName(QStringLiteral("Command3"));
+    Command3->setAutoDefault(false);
+    // Its text changes; its place and its neighbours stay.
+    Command3->setMinimumWidth(Command3->sizeHint().width());
+    auto* cancel = new QPushButton(tr("&Cancel"), this);
+    cancel->setObjectName(QStringLiteral("Command2"));
+    cancel->setAutoDefault(false);
+    auto* ok = new QPushButton(tr("O&K"), this);
+    ok->setObjectName(QStringLiteral("Command1"));
+    ok->setDefault(true);
+    buttons->addWidget(Command3);
+    buttons->addStretch(1);
+    buttons->addWidget(cancel);
+    buttons->addWidget(ok);
+    all->addLayout(buttons);
+
+    connect(note.text, &QSpinBox::valueChanged, this, &frmMetronomeSetup::Show_Note_Name);
+    connect(speed.text, &QSpinBox::valueChanged, this, &frmMetronomeSetup::Show_Speed);
+    connect(Command3, &QPushButton::clicked, this, &frmMetronomeSetup::Toggle_Test);
+    connect(ok, &QPushButton::clicked, this, &frmMetronomeSetup::Accept_Choice);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    clicks.setSingleShot(true);
+    clicks.setTimerType(Qt::PreciseTimer);
+    connect(&clicks, &QTimer::timeout, this, &frmMetronomeSetup::Click);
+    Show_Note_Name();
+    Show_Speed();
+}
+
+frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const Theme& theme,
+                                                     const QString& caption, const QString& name, int number,
+                                                     int least, int most, int value) {
+    Pair pair{new QSpinBox(this), new QSlider(Qt::Horizontal, this)};
+    pair.text->setObjectName(QStringLiteral("Text%1").arg(number));
+    pair.bar->setObjectName(QStringLiteral("HScroll%1").arg(number));
+    pair.text->setAccessibleName(name);
+    pair.bar->setAccessibleName(name);
+    pair.text->setRange(least, most);
+    pair.bar->setRange(least, most);
+    pair.text->setValue(value);
+    pair.bar->setValue(value);
+    pair.bar->setMinimumWidth(theme.Px(200));
+    connect(pair.bar, &QSlider::valueChanged, pair.text, &QSpinBox::setValue);
+    connect(pair.text, &QSpinBox::valueChanged, pair.bar, &QSlider::setValue);
+    auto* label = new QLabel(caption, this);
+    label->setBuddy(pair.text);
+    const int row = number - 1;
+    grid->addWidget(label, row, 0);
+    grid->addWidget(pair.bar, row, 1);
+    grid->addWidget(pair.text, row, 2);
+    return pair;
+}
+
+void frmMetronomeSetup::Show_Note_Name() {
+    const int row = note.text->value() - NotesStuff::FIRST_DRUM_NOTE;
+    const bool named = row >= 0 && row < NotesStuff::DRUM_NAMES;
+    noteName->setText(
+        named ? QString::fromStdString(session.notes.DrumSoundNames[static_cast<std::size_t>(row)]) : QString());
+}
+
+void frmMetronomeSetup::Show_Speed() {
+    const bool same = speed.text->value() == session.project.ProjectTempo;
+    speedLabel->setText(same ? tr("(Project speed)") : QString());
+}
+
+void frmMetronomeSetup::Toggle_Test() {
+    if (clicks.isActive()) {
+        Stop_Test();
+        return;
+    }
+    Command3->setText(tr("Stop"));
+    nextClickMs = session.doors.counter.Now_Ms();
+    Click();
+}
+
+void frmMetronomeSetup::Stop_Test() {
+    clicks.stop();
+    Command3->setText(tr("Test Metronome"));
+}
+
+void frmMetronomeSetup::Click() {
+    const auto velocity = static_cast<int>(RoundHalfEven(volume.text->value() * VELOCITY_FACTOR));
+    session.output->Midi_NoteOn(DRUM_SLOT, note.text->value(), velocity);
+    // By the clock, so that the beats do not drift by what a timer comes late; a beat that was missed while
+    // the program was busy is not made up for.
+    const std::int64_t nowMs = session.doors.counter.Now_Ms();
+    const std::int64_t beatMs = RoundHalfEven(Beat_Length_Ms(speed.text->value()));
+    nextClickMs = std::max(nextClickMs + beatMs, nowMs);
+    clicks.start(static_cast<int>(nextClickMs - nowMs));
+}
+
+void frmMetronomeSetup::Accept_Choice() {
+    Project_State& project = session.project;
+    if (note.text->value() != project.MetronomeNote || volume.text->value() != project.MetronomeVolume) {
+        project.MetronomeNote = note.text->value();
+        project.MetronomeVolume = volume.text->value();
+        project.Modified = true;
+        session.hub->Message(this, MSG_GENERAL_UPDATE);
+    }
+    accept();
+}
+
+void frmMetronomeSetup::done(int result) {
+    Stop_Test();
+    QDialog::done(result);
+}
+
+void frmMetronomeSetup::On_Run_Started(bool) {
+    Stop_Test();
+}
+
+} // namespace tonvex

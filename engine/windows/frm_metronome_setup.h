@@ -1,0 +1,56 @@
+#pragma once
+
+#include "app/session.h"
+#include "engine/windows/observer_link.h"
+#include "widgets/theme.h"
+
+#include <QDialog>
+#include <QTimer>
+
+class QGridLayout;
+class QLabel;
+class QPushButton;
+class QSlider;
+class QSpinBox;
+
+namespace tonvex {
+
+/// "Metronome": note and volume of the click, with a test at any speed. OK keeps note and volume in the
+/// project; "Cancel" and Escape leave all as it was. The test ends with the window, and where a run begins.
+/// Interface thread. Session and theme outlive the window.
+class frmMetronomeSetup final : public QDialog, public Transport_Observer {
+    Q_OBJECT
+public:
+    frmMetronomeSetup(Session& session, const Theme& theme, QWidget* parent = nullptr);
+
+    void done(int result) override;
+    void On_Run_Started(bool recording) override;
+
+private:
+    /// A number and a scroll bar that show the same value, in one row of the grid.
+    struct Pair {
+        QSpinBox* text = nullptr;
+        QSlider* bar = nullptr;
+    };
+    Pair Make_Pair(QGridLayout* grid, const Theme& theme, const QString& caption, const QString& name,
+                   int number, int least, int most, int value);
+    void Show_Note_Name();
+    void Show_Speed();
+    void Toggle_Test();
+    void Stop_Test();
+    void Click();
+    void Accept_Choice();
+
+    Session& session;
+    Observer_Link link;
+    Pair note;
+    Pair volume;
+    Pair speed; ///< of the test, beats per minute
+    QLabel* noteName = nullptr;
+    QLabel* speedLabel = nullptr;
+    QPushButton* Command3 = nullptr; ///< starts and stops the test
+    QTimer clicks;
+    std::int64_t nextClickMs = 0;
+};
+
+} // namespace tonvex
