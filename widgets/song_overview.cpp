@@ -64,6 +64,7 @@ Song_Overview::Song_Overview(Session& owner, Theme& look, QWidget* parent)
     : QWidget(parent), session(owner), theme(look), link(session.observers, *this) {
     setAccessibleName(tr("Song overview"));
     setAttribute(Qt::WA_OpaquePaintEvent);
+    line = session.transport.PlayPosition;
     subscription = session.events.Subscribe([this](int msgId, std::int32_t, const std::string&) {
         if (Changes_The_Picture(msgId))
             Changed();
@@ -158,8 +159,12 @@ void Song_Overview::Draw_Picture() {
     picture.fill(t.panel);
     QPainter painter(&picture);
     const Overview_Scale scale = Scale();
-    const int ruler = theme.Px(28);
+    const int flagRow = theme.Px(22);
+    const int ruler = flagRow + theme.Px(26);
     const double bottom = height();
+
+    Place_Flags(scale);
+    Draw_Flags(painter, scale);
 
     const double room = bottom - ruler - theme.Px(8);
     const double each =
@@ -180,7 +185,7 @@ void Song_Overview::Draw_Picture() {
         painter.drawLine(QPointF(x, ruler), QPointF(x, bottom));
         painter.setPen(t.dim);
         if (bar < bars)
-            painter.drawText(QPointF(x + theme.Px(4), theme.Px(18)), QString::number(bar + 1));
+            painter.drawText(QPointF(x + theme.Px(4), flagRow + theme.Px(17)), QString::number(bar + 1));
     }
     painter.setPen(t.line);
     painter.drawLine(QPointF(0, ruler - 0.5), QPointF(width(), ruler - 0.5));
@@ -197,6 +202,44 @@ void Song_Overview::Draw_Picture() {
         painter.drawText(QRectF(0, ruler, width(), bottom - ruler), Qt::AlignCenter, hint);
     }
     pictureValid = true;
+}
+
+void Song_Overview::Place_Flags(const Overview_Scale& scale) {
+    const QFontMetrics metrics(theme.Font(Text_Size::Caption, QFont::DemiBold));
+    flags.clear();
+    for (const int row : session.marks.In_Time_Order()) {
+        const Mark& mark = session.marks.Row(row);
+        flags.push_back(
+            {row, std::floor(scale.X_Of(mark.MarkStart)),
+             static_cast<double>(metrics.horizontalAdvance(QString::fromStdString(mark.MarkName)))});
+    }
+    flagBoxes = Flag_Boxes(flags, theme.Px(3), theme.Px(16), theme.Px(6), theme.Px(8));
+}
+
+void Song_Overview::Draw_Flags(QPainter& painter, const Overview_Scale& scale) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
+    const QFontMetrics metrics(painter.font());
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+        const Mark& mark = session.marks.Row(flags[i].row);
+        const QColor colour = Mark_Colour(theme.Tokens(), mark, flags[i].row);
+        const QRectF& box = flagBoxes[i];
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        // Its pole stands square at the place, its cloth is round.
+        painter.drawRoundedRect(box, theme.Px(5), theme.Px(5));
+        painter.drawRect(QRectF(box.left(), box.top(), box.width() / 2, box.height()));
+        if (mark.MarkEnd > mark.MarkStart)
+            painter.drawRect(
+                QRectF(box.left(), box.bottom(), scale.X_Of(mark.MarkEnd) - box.left(), theme.Px(2)));
+        const int room = static_cast<int>(box.width()) - 2 * theme.Px(6) + 1;
+        painter.setPen(Text_On(theme.Tokens(), colour));
+        if (room > 0)
+            painter.drawText(box, Qt::AlignCenter,
+                             metrics.elidedText(QString::fromStdString(mark.MarkName), Qt::ElideRight, room));
+    }
+    painter.restore();
 }
 
 void Song_Overview::Draw_Strip(QPainter& painter, const Strip& strip, const QRectF& box,
@@ -280,7 +323,12 @@ void Song_Overview::resizeEvent(QResizeEvent*) {
 }
 
 void Song_Overview::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && !strips.empty())
+    if (event->button() != Qt::LeftButton)
+        return;
+    const int flag = Flag_At(flagBoxes, event->position());
+    if (flag >= 0)
+        emit markClicked(flags[static_cast<std::size_t>(flag)].row);
+    else if (!strips.empty())
         emit goTo(Scale().Beat_At(event->position().x()));
 }
 

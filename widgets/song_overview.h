@@ -2,6 +2,7 @@
 
 #include "app/session.h"
 #include "engine/windows/observer_link.h"
+#include "widgets/mark_flags.h"
 #include "widgets/theme.h"
 
 #include <QPixmap>
@@ -41,6 +42,9 @@ public:
     void Select(std::int32_t channelId);
     int Strip_Count() const noexcept { return static_cast<int>(strips.size()); }
     int Note_Count() const noexcept;
+    /// The flags of the marks, in order of time: rows of the table, and their boxes.
+    const std::vector<Mark_Flag>& Flags() const noexcept { return flags; }
+    const std::vector<QRectF>& Flag_Places() const noexcept { return flagBoxes; }
 
     void On_Run_Started(bool recording) override;
     void On_Position(double beats, std::int64_t songMs) override;
@@ -50,6 +54,7 @@ public:
 
 signals:
     void goTo(double beats);
+    void markClicked(int markRow);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -71,6 +76,8 @@ private:
     };
     void Prepare();
     void Draw_Picture();
+    void Place_Flags(const Overview_Scale& scale);
+    void Draw_Flags(QPainter& painter, const Overview_Scale& scale);
     void Draw_Strip(QPainter& painter, const Strip& strip, const QRectF& box, const Overview_Scale& scale);
     Overview_Scale Scale() const;
     void Move_Line(double beats);
@@ -82,6 +89,8 @@ private:
     Theme& theme;
     Observer_Link link;
     std::vector<Strip> strips;
+    std::vector<Mark_Flag> flags;
+    std::vector<QRectF> flagBoxes; ///< placed when the picture is drawn
     std::int32_t selectedId = NOT_GIVEN;
     QPixmap picture;
     bool pictureValid = false;

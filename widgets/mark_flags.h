@@ -1,0 +1,32 @@
+#pragma once
+
+#include "song/marks.h"
+#include "widgets/tokens.h"
+
+#include <QRectF>
+
+#include <span>
+#include <vector>
+
+namespace tonvex {
+
+/// A mark as it lies on a ruler.
+struct Mark_Flag {
+    int row = 0;    ///< of the table of marks
+    double x = 0.0; ///< pixel of its start
+    double textWidth = 0.0;
+};
+
+/// Colour of a mark: its own (red in the low byte), or, where it never got one, that of its row.
+QColor Mark_Colour(const Theme_Tokens& tokens, const Mark& mark, int row);
+/// The colour of a text on any ground: of the two that a palette has for this, the one that stands out more.
+QColor Text_On(const Theme_Tokens& tokens, const QColor& ground);
+
+/// The flags' boxes between top and top + height, in the order given, which is that of x: as wide as the text
+/// and its air, but not over the next flag, though never narrower than leastWidth.
+std::vector<QRectF> Flag_Boxes(std::span<const Mark_Flag> flags, double top, double height, double air,
+                               double leastWidth);
+/// Index of the flag at point, of two that overlap the later; -1 when none is there.
+int Flag_At(std::span<const QRectF> boxes, const QPointF& point);
+
+} // namespace tonvex
