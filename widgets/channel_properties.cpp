@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QVBoxLayout>
 
 namespace tonvex {
 
@@ -18,6 +19,9 @@ Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* par
       pan(new Value_Slider(theme, Slider_Kind::Dial, tr("Pan"), 0, 127, 64, 6, this)),
       patch(new Tool_Button(theme, Button_Kind::Pill, {}, tr("Set channel patch"), tr("P"), this)),
       slot(new Tool_Button(theme, Button_Kind::Pill, {}, tr("Set output channel"), tr("Ctrl+O"), this)),
+      volumeMap(Map_Button(tr("Volume map"), tr("Open the volume map"), MSG_OPEN_VOLUME_MAP,
+                           MSG_OPEN_AUDIO_VOLUME_MAP)),
+      panMap(Map_Button(tr("Pan map"), tr("Open the pan map"), MSG_OPEN_PAN_MAP, MSG_OPEN_AUDIO_PAN_MAP)),
       slotMenu(new QMenu(this)) {
     setAccessibleName(tr("Properties of the selected channel"));
     pan->toText = Pan_Text;
@@ -31,6 +35,10 @@ Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* par
     grid->addWidget(heading, 0, 0, 1, 4);
     grid->addWidget(volume, 1, 0, Qt::AlignHCenter);
     grid->addWidget(pan, 1, 1, Qt::AlignHCenter);
+    auto* maps = new QVBoxLayout;
+    maps->addWidget(volumeMap);
+    maps->addWidget(panMap);
+    grid->addLayout(maps, 1, 2, 2, 2, Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(caption(tr("Volume")), 2, 0);
     grid->addWidget(caption(tr("Pan")), 2, 1);
     grid->addWidget(patch, 3, 0, 1, 3);
@@ -68,6 +76,24 @@ Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* par
 
 Channel_Properties::~Channel_Properties() {
     session.events.Unsubscribe(subscription);
+}
+
+Tool_Button* Channel_Properties::Map_Button(const QString& caption, const QString& name, int slotMessage,
+                                            int audioMessage) {
+    auto* button = new Tool_Button(theme, Button_Kind::Pill, {}, name, {}, this);
+    button->Set_Pill({}, caption);
+    button->Reserve_For(tr("Volume map"));
+    connect(button, &QToolButton::clicked, this, [this, slotMessage, audioMessage] {
+        const int row = session.channels->ChannelI(channelId);
+        if (row < 0)
+            return;
+        const GlobalChannel& channel = session.channels->Channels[static_cast<std::size_t>(row)];
+        if (Is_On(channel.IsAudio))
+            session.hub->Message(this, audioMessage, channelId);
+        else
+            session.hub->Message(this, slotMessage, std::int32_t{channel.OutputChannel});
+    });
+    return button;
 }
 
 void Channel_Properties::Show_Channel(std::int32_t newId) {
@@ -111,6 +137,8 @@ void Channel_Properties::Refresh() {
     pan->setEnabled(live);
     patch->setEnabled(midi);
     slot->setEnabled(midi);
+    volumeMap->setEnabled(live);
+    panMap->setEnabled(live);
     if (!live) {
         heading->setText(tr("No channel selected"));
         patch->Set_Pill(tr("Patch"), {});

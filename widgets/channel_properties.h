@@ -30,6 +30,7 @@ protected:
 private:
     void Refresh();
     void Fill_Slots();
+    Tool_Button* Map_Button(const QString& caption, const QString& name, int slotMessage, int audioMessage);
 
     Session& session;
     Theme& theme;
@@ -39,6 +40,8 @@ private:
     Value_Slider* pan;
     Tool_Button* patch;
     Tool_Button* slot;
+    Tool_Button* volumeMap;
+    Tool_Button* panMap;
     QMenu* slotMenu;
     int subscription = 0;
 };

@@ -6,6 +6,8 @@
 #include "input/windows/frm_rec_piano_layout.h"
 #include "input/windows/frm_setup_midi_device.h"
 #include "input/windows/layout_notice.h"
+#include "song/windows/maps_view.h"
+#include "song/windows/mark_selection.h"
 #include "widgets/banner.h"
 #include "widgets/channel_properties.h"
 #include "widgets/channels_list.h"
@@ -82,6 +84,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     setObjectName(QStringLiteral("frmMain"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/tonvex.svg")));
     setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowNestedDocks);
+    marks = new Mark_Selection(session, this);
     Make_Panes();
     Make_Menus();
 
@@ -113,6 +116,12 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
         Refresh_Actions();
     });
     connect(overview, &Song_Overview::goTo, recorder, &frmRecorder::Go_To);
+    connect(overview, &Song_Overview::markClicked, this, [this](int markRow) {
+        marks->Select(markRow);
+        marks->Go_To();
+    });
+    connect(marks, &Mark_Selection::goTo, recorder, &frmRecorder::Go_To);
+    connect(maps, &Maps_View::opened, this, [this] { tabs->setCurrentWidget(maps); });
     connect(piano, &frmREC_PianoLayout::soundBegan, this, &frmMain::Start_Meters);
 
     session.gcm->viewer = piano;
@@ -157,6 +166,8 @@ void frmMain::Make_Panes() {
     tabs->addTab(overview, tr("Song"));
     keyboard = new frmKeyboardSetup(session, theme, recorder->Practice(), tabs);
     tabs->addTab(keyboard, tr("Keyboard"));
+    maps = new Maps_View(session, theme, tabs);
+    tabs->addTab(maps, tr("Maps"));
     column->addWidget(banner);
     column->addWidget(tabs, 1);
     setCentralWidget(middle);
@@ -297,6 +308,7 @@ void frmMain::Channel_Selected(std::int32_t channelId) {
     keyboard->Set_Channel(channelId);
     properties->Show_Channel(channelId);
     overview->Select(channelId);
+    maps->Show_Channel(channelId);
 }
 
 std::int32_t frmMain::Selected_Channel() const {

@@ -26,6 +26,8 @@ class ChannelsList;
 class Channel_Properties;
 class frmKeyboardSetup;
 class frmFX_Config;
+class Maps_View;
+class Mark_Selection;
 class frmREC_PianoLayout;
 class frmRecorder;
 class Song_Overview;
@@ -78,7 +80,9 @@ private:
     void Make_Effect_Entries(QMenu* menu);
     void Make_Record_Menu();
     void Make_Project_Menu();
+    void Make_Marks_Menu();
     void Make_Metronome_Menu();
+    void Make_Map_Entries(QMenu* menu);
     void Make_Options_Menu();
     void Make_Layout_Menus(QMenu* options);
     void Make_Appearance_Menu(QMenu* options);
@@ -106,6 +110,8 @@ private:
     void Set_Up_Devices();
     void Edit_Sound_Fonts();
     void Open_Device_Window(QDialog* dialog);
+    void Open_Marks(bool editName);
+    void Open_Map(int slotMessage, int audioMessage);
     /// The window of that object name comes to the front; make makes it when it is not open.
     void Show_Window(const char* name, const std::function<QDialog*()>& make);
     void Check_Devices();
@@ -127,6 +133,8 @@ private:
     Song_Overview* overview = nullptr;
     frmKeyboardSetup* keyboard = nullptr;
     frmFX_Config* effects = nullptr; ///< from its first opening on
+    Maps_View* maps = nullptr;
+    Mark_Selection* marks = nullptr;
     Banner* banner = nullptr;
     QTabWidget* tabs = nullptr;
     QDockWidget* channelsDock = nullptr;

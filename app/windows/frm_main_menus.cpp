@@ -71,6 +71,7 @@ void frmMain::Make_Menus() {
     Make_Channel_Menu();
     Make_Project_Menu();
     Make_Record_Menu();
+    Make_Marks_Menu();
     Make_Options_Menu();
     Make_Metronome_Menu();
 
@@ -108,6 +109,7 @@ void frmMain::Make_Channel_Menu() {
             if (Needs_Channel())
                 properties->Open_Slots();
         }));
+    Make_Map_Entries(menu);
     menu->addSeparator();
     Make_Effect_Entries(menu);
     menu->addSeparator();

@@ -40,7 +40,8 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget
     grid->setVerticalSpacing(theme.Px(12));
     grid->setColumnStretch(1, 1);
     const Project_State& project = session.project;
-    note = Make_Pair(grid, theme, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE, project.MetronomeNote);
+    note = Make_Pair(grid, theme, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE,
+                     project.MetronomeNote);
     volume = Make_Pair(grid, theme, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST,
                        project.MetronomeVolume);
     const int tempo = project.ProjectTempo;
@@ -97,6 +98,7 @@ frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const Th
     pair.bar->setObjectName(QStringLiteral("HScroll%1").arg(number));
     pair.text->setAccessibleName(name);
     pair.bar->setAccessibleName(name);
+    pair.text->setButtonSymbols(QAbstractSpinBox::NoButtons);
     pair.text->setRange(least, most);
     pair.bar->setRange(least, most);
     pair.text->setValue(value);
@@ -117,7 +119,8 @@ void frmMetronomeSetup::Show_Note_Name() {
     const int row = note.text->value() - NotesStuff::FIRST_DRUM_NOTE;
     const bool named = row >= 0 && row < NotesStuff::DRUM_NAMES;
     noteName->setText(
-        named ? QString::fromStdString(session.notes.DrumSoundNames[static_cast<std::size_t>(row)]) : QString());
+        named ? QString::fromStdString(session.notes.DrumSoundNames[static_cast<std::size_t>(row)])
+              : QString());
 }
 
 void frmMetronomeSetup::Show_Speed() {

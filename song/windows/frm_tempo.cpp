@@ -26,6 +26,7 @@ QSpinBox* Make_Tempo_Field(const QString& name, const char* objectName, QWidget*
     field->setAccessibleName(name);
     field->setRange(1, std::numeric_limits<std::int16_t>::max());
     field->setSuffix(QObject::tr(" BPM"));
+    field->setButtonSymbols(QAbstractSpinBox::NoButtons);
     // Half a number is no tempo.
     field->setKeyboardTracking(false);
     return field;
@@ -146,8 +147,8 @@ void frmTempo::Update_View() {
     const QSignalBlocker quietList(List1);
     List1->clear();
     for (const TempoChange& change : session.tempoChanges.In_Time_Order()) {
-        auto* item =
-            new QTreeWidgetItem({QString::fromStdString(Format_Beats(change.BeatN)), tr("%1 BPM").arg(change.Tempo)});
+        auto* item = new QTreeWidgetItem(
+            {QString::fromStdString(Format_Beats(change.BeatN)), tr("%1 BPM").arg(change.Tempo)});
         item->setData(0, ID_ROLE, change.ID);
         List1->addTopLevelItem(item);
         if (selected == change.ID)

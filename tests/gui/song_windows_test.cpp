@@ -1,14 +1,20 @@
 #include "engine/windows/frm_metronome_setup.h"
 #include "song/time_text.h"
+#include "song/windows/frm_marks.h"
 #include "song/windows/frm_tempo.h"
+#include "song/windows/mark_selection.h"
 #include "support/test_session.h"
+#include "widgets/mark_flags.h"
+#include "widgets/song_overview.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
+#include <QToolButton>
 #include <QTreeWidget>
 
 using namespace tonvex;
@@ -30,10 +36,20 @@ struct Song_Fixture {
     Theme theme{*qApp, store};
 };
 
+/// Shown, with the focus on one of its controls: shortcuts need both.
+void Show(QWidget& window, QWidget* focus) {
+    window.show();
+    if (!QTest::qWaitForWindowActive(&window))
+        qFatal("the window is not active");
+    focus->setFocus();
+}
+
 QString Changes(const Session& session) {
     QStringList texts;
     for (const TempoChange& change : session.tempoChanges.In_Time_Order())
-        texts << QStringLiteral("%1=%2").arg(QString::fromStdString(Format_Beats(change.BeatN))).arg(change.Tempo);
+        texts << QStringLiteral("%1=%2")
+                     .arg(QString::fromStdString(Format_Beats(change.BeatN)))
+                     .arg(change.Tempo);
     return texts.join(' ');
 }
 
@@ -46,6 +62,13 @@ private slots:
     void A_Tempo_Change_Is_Added();
     void A_Tempo_Change_Is_Edited();
     void The_Click_Is_Tested_And_Kept();
+    void Marks_Are_Made_Named_And_Deleted();
+    void A_Mark_Follows_The_Play_Position_data();
+    void A_Mark_Follows_The_Play_Position();
+    void A_Full_Table_Is_Told();
+    void Flags_Lie_On_The_Ruler_data();
+    void Flags_Lie_On_The_Ruler();
+    void A_Flag_Goes_To_Its_Mark();
 };
 
 // The list holds 3:1.0=120 before each row.
@@ -55,15 +78,19 @@ void Song_Windows_Test::A_Tempo_Change_Is_Added_data() {
     QTest::addColumn<QString>("changes");
     QTest::addColumn<QString>("told");
     const QString before = QStringLiteral("3:1.0=120");
-    QTest::newRow("at the start") << "1:1.0" << 90 << "1:1.0=90 3:1.0=120" << "";
-    QTest::newRow("later, with blanks") << " 4:2.5 " << 60 << "3:1.0=120 4:2.5=60" << "";
-    QTest::newRow("in beats") << "6" << 60 << "2:3.0=60 3:1.0=120" << "";
+    QTest::newRow("at the start") << "1:1.0" << 90 << "1:1.0=90 3:1.0=120"
+                                  << "";
+    QTest::newRow("later, with blanks") << " 4:2.5 " << 60 << "3:1.0=120 4:2.5=60"
+                                        << "";
+    QTest::newRow("in beats") << "6" << 60 << "2:3.0=60 3:1.0=120"
+                              << "";
     QTest::newRow("no beat 5") << "1:5" << 60 << before << "Invalid Value";
     QTest::newRow("words") << "soon" << 60 << before << "Invalid Value";
     QTest::newRow("before the song") << "-2:1" << 60 << before << "Invalid Value";
-    QTest::newRow("taken") << "3:1" << 60 << before
-                           << "There is a tempo change at this position already. Select it in the list to change "
-                              "its tempo.";
+    QTest::newRow("taken")
+        << "3:1" << 60 << before
+        << "There is a tempo change at this position already. Select it in the list to change "
+           "its tempo.";
 }
 
 void Song_Windows_Test::A_Tempo_Change_Is_Added() {
@@ -82,7 +109,8 @@ void Song_Windows_Test::A_Tempo_Change_Is_Added() {
     QTest::keyClick(field, Qt::Key_Return);
     QCOMPARE(Changes(s.session), changes);
     QCOMPARE(s.session.project.Modified, told.isEmpty());
-    QCOMPARE(s.test.dialogs.messages.empty() ? QString() : QString::fromStdString(s.test.dialogs.messages.back()),
+    QCOMPARE(s.test.dialogs.shown.empty() ? QString()
+                                          : QString::fromStdString(s.test.dialogs.shown.back().text),
              told);
 }
 
@@ -107,13 +135,14 @@ void Song_Windows_Test::A_Tempo_Change_Is_Edited() {
     Find<QPushButton>(window, "change")->click();
     QCOMPARE(heard, QList<int>{MSG_SET_TEMPO_CHANGE});
     QCOMPARE(s.session.tempoChanges.In_Time_Order()[0].BeatN, 7.96); // not cut to the tenth shown
-    field->setText(QStringLiteral("5:1")); // the other one's place
+    field->setText(QStringLiteral("5:1"));                           // the other one's place
     Find<QPushButton>(window, "change")->click();
     QCOMPARE(Changes(s.session), QStringLiteral("2:4.9=121 5:1.0=60"));
     field->setText(QStringLiteral("6:1"));
     Find<QPushButton>(window, "change")->click();
     QCOMPARE(Changes(s.session), QStringLiteral("5:1.0=60 6:1.0=121"));
     QCOMPARE(list->currentItem()->text(0), QStringLiteral("6:1.0")); // still the selected one
+    Show(window, list);
     QTest::keyClick(list, Qt::Key_Delete);
     QCOMPARE(Changes(s.session), QStringLiteral("5:1.0=60"));
     Find<QSpinBox>(window, "songTempo")->setValue(95);
@@ -143,10 +172,10 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     test->click();
     QCOMPARE(test->text(), QStringLiteral("Stop"));
     QCOMPARE(clicks().size(), 1); // at once
-    QCOMPARE(int{clicks()[0].channel}, 9);
+    QCOMPARE(int{clicks()[0].slot}, 9);
     QCOMPARE(int{clicks()[0].a}, 37);
     QCOMPARE(int{clicks()[0].b}, 64); // 50 * 1.27 = 63.5, to the even
-    s.test.counter.Advance_Ms(200); // a beat of 300
+    s.test.counter.Advance_Ms(200);   // a beat of 300
     QTRY_COMPARE(clicks().size(), 2);
     test->click();
     QCOMPARE(test->text(), QStringLiteral("Test Metronome"));
@@ -160,6 +189,142 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     QCOMPARE(s.session.project.MetronomeNote, 37);
     QCOMPARE(s.session.project.MetronomeVolume, 50);
     QVERIFY(s.session.project.Modified);
+}
+
+void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
+    Song_Fixture s;
+    Mark_Selection selection(s.session);
+    frmMarks window(s.session, s.theme, selection);
+    auto* list = Find<QTreeWidget>(window, "list");
+    auto* name = Find<QLineEdit>(window, "name");
+    QSignalSpy goTo(&selection, &Mark_Selection::goTo);
+    QCOMPARE(list->topLevelItemCount(), 1);
+    QCOMPARE(list->topLevelItem(0)->text(0), QStringLiteral("Start"));
+    QVERIFY(!Find<QToolButton>(window, "delete")->isEnabled());
+    Show(window, list);
+
+    s.session.transport.PlayPosition = 9.5;
+    Find<QToolButton>(window, "add")->click();
+    QCOMPARE(name->text(), QStringLiteral("New Mark"));
+    QCOMPARE(name->selectedText(), name->text()); // ready to be typed over
+    QTest::keyClicks(name, "Verse");
+    QTest::keyClick(name, Qt::Key_Return);
+    QCOMPARE(s.session.marks.Row(1).MarkName, std::string("Verse"));
+    QCOMPARE(list->currentItem()->text(1), QStringLiteral("3:2.5"));
+    Find<QToolButton>(window, "add")->click(); // the one that is there, not a second one
+    QCOMPARE(s.session.marks.Mark_Count(), 2);
+
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_Up); // only looks
+    QVERIFY(goTo.isEmpty());
+    QTest::keyClick(list, Qt::Key_Return);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                      list->visualItemRect(list->topLevelItem(1)).center());
+    QCOMPARE(goTo, (QList<QVariantList>{{0.0}, {9.5}}));
+
+    QTest::keyClick(list, Qt::Key_Delete); // a no
+    QVERIFY(s.session.marks.Is_Live(1));
+    s.test.dialogs.answers["Delete mark: Verse ?"] = true;
+    QTest::keyClick(list, Qt::Key_Delete);
+    QVERIFY(!s.session.marks.Is_Live(1));
+    QCOMPARE(selection.Row(), -1);
+    QCOMPARE(list->topLevelItemCount(), 1);
+    selection.Delete();
+    QCOMPARE(s.test.dialogs.shown.back().text, std::string("You need to select a mark"));
+}
+
+// Before each row the selected mark spans beats 8 to 16, or is a plain one at 8.
+void Song_Windows_Test::A_Mark_Follows_The_Play_Position_data() {
+    QTest::addColumn<bool>("span");
+    QTest::addColumn<bool>("end");
+    QTest::addColumn<double>("position");
+    QTest::addColumn<double>("startAfter");
+    QTest::addColumn<double>("endAfter");
+    QTest::newRow("start of a plain mark") << false << false << 4.0 << 4.0 << 4.0;
+    QTest::newRow("start of a span") << true << false << 12.0 << 12.0 << 16.0;
+    QTest::newRow("end of a plain mark") << false << true << 10.0 << 8.0 << 10.0;
+    QTest::newRow("end of a span") << true << true << 20.0 << 8.0 << 20.0;
+    QTest::newRow("end before the start") << true << true << 4.0 << 8.0 << 16.0;
+}
+
+void Song_Windows_Test::A_Mark_Follows_The_Play_Position() {
+    QFETCH(bool, span);
+    QFETCH(bool, end);
+    QFETCH(double, position);
+    QFETCH(double, startAfter);
+    QFETCH(double, endAfter);
+    Song_Fixture s;
+    s.session.hub->Message(nullptr, MSG_ADD_MARK, 8.0, span ? Msg_Arg(16.0) : Msg_Arg(),
+                           std::string("Verse"));
+    Mark_Selection selection(s.session);
+    selection.Select(1);
+    s.session.transport.PlayPosition = position;
+    if (end)
+        selection.Set_End_At_Play_Position();
+    else
+        selection.Set_Start_At_Play_Position();
+    const Mark& mark = s.session.marks.Row(1);
+    QCOMPARE(mark.MarkStart, startAfter);
+    QCOMPARE(std::max(mark.MarkStart, mark.MarkEnd), endAfter);
+}
+
+void Song_Windows_Test::A_Full_Table_Is_Told() {
+    Song_Fixture s;
+    for (int i = 1; i < Song_Marks::ROWS; ++i)
+        s.session.hub->Message(nullptr, MSG_ADD_MARK, double{1.0} * i, Msg_Arg(), std::string("Mark"));
+    Mark_Selection selection(s.session);
+    s.session.transport.PlayPosition = 500.0;
+    QVERIFY(!selection.Add_At_Play_Position());
+    QVERIFY(s.test.dialogs.shown.back().text.find("100") != std::string::npos);
+}
+
+// Boxes by hand: the text and 5 of air on both sides, cut 1 before the next flag, 8 at least.
+void Song_Windows_Test::Flags_Lie_On_The_Ruler_data() {
+    QTest::addColumn<QList<double>>("starts");
+    QTest::addColumn<QList<double>>("widths");
+    QTest::newRow("one") << QList<double>{10} << QList<double>{40};
+    QTest::newRow("room") << QList<double>{10, 60} << QList<double>{40, 40};
+    QTest::newRow("close") << QList<double>{10, 35} << QList<double>{24, 40};
+    QTest::newRow("at one place") << QList<double>{10, 10} << QList<double>{8, 40};
+    QTest::newRow("none") << QList<double>{} << QList<double>{};
+}
+
+void Song_Windows_Test::Flags_Lie_On_The_Ruler() {
+    QFETCH(QList<double>, starts);
+    QFETCH(QList<double>, widths);
+    std::vector<Mark_Flag> flags;
+    for (const double start : starts)
+        flags.push_back({0, start, 30.0});
+    const std::vector<QRectF> boxes = Flag_Boxes(flags, 2.0, 16.0, 5.0, 8.0);
+    QCOMPARE(boxes.size(), static_cast<std::size_t>(starts.size()));
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        QCOMPARE(boxes[i],
+                 QRectF(starts[static_cast<qsizetype>(i)], 2.0, widths[static_cast<qsizetype>(i)], 16.0));
+    const int last = static_cast<int>(boxes.size()) - 1;
+    QCOMPARE(Flag_At(boxes, starts.isEmpty() ? QPointF(10, 10) : QPointF(starts.last() + 1, 10)), last);
+    QCOMPARE(Flag_At(boxes, {300, 10}), -1);
+    for (const Theme_Tokens* tokens : {&Theme_Tokens::Dark(), &Theme_Tokens::Light()})
+        for (const std::int32_t colour : {Mark::WHITE, 0, 0x0000FF, 0xFF0000, 0x808080}) {
+            Mark mark;
+            mark.MarkColor = colour;
+            const QColor ground = Mark_Colour(*tokens, mark, 0);
+            QVERIFY(Contrast_Ratio(Text_On(*tokens, ground), ground) >= 4.0);
+        }
+}
+
+void Song_Windows_Test::A_Flag_Goes_To_Its_Mark() {
+    Song_Fixture s;
+    s.session.hub->Message(nullptr, MSG_ADD_MARK, 13.0, Msg_Arg(), std::string("Chorus"));
+    Song_Overview overview(s.session, s.theme);
+    overview.resize(800, 300);
+    QSignalSpy clicked(&overview, &Song_Overview::markClicked);
+    (void)overview.grab(); // places the flags
+    QCOMPARE(overview.Flags().size(), std::size_t{2});
+    QTest::mouseClick(&overview, Qt::LeftButton, {}, overview.Flag_Places()[1].center().toPoint());
+    QCOMPARE(clicked, (QList<QVariantList>{{1}}));
+    s.session.hub->Message(nullptr, MSG_DELETE_MARK, std::int32_t{1});
+    (void)overview.grab();
+    QCOMPARE(overview.Flags().size(), std::size_t{1});
 }
 
 QTEST_MAIN(Song_Windows_Test)
