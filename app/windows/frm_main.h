@@ -78,6 +78,7 @@ private:
     void Make_Channel_Menu();
     void Make_Mix_Entries(QMenu* menu);
     void Make_Effect_Entries(QMenu* menu);
+    void Make_File_Menu();
     void Make_Record_Menu();
     void Make_Project_Menu();
     void Make_Marks_Menu();

@@ -66,8 +66,7 @@ void frmMain::Make_Menus() {
     place();
     menuBar()->setCornerWidget(titleLabel, Qt::TopRightCorner);
 
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    Add_Action(file, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
+    Make_File_Menu();
     Make_Channel_Menu();
     Make_Project_Menu();
     Make_Record_Menu();

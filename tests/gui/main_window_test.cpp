@@ -9,6 +9,7 @@
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
 #include "widgets/level_meter.h"
+#include "widgets/pan_vol_ctrl.h"
 #include "widgets/piano_view.h"
 #include "widgets/song_overview.h"
 #include "widgets/tool_button.h"
@@ -25,6 +26,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QTest>
+#include <QTreeWidget>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -121,6 +123,7 @@ private slots:
     void Every_Command_Survives_data();
     void Every_Command_Survives();
     void Every_Control_Has_A_Name();
+    void Song_Windows_Open_By_Keys();
     void A_Lost_Device_Is_Told_And_Reopened();
     void A_Quiet_Driver_Is_Told_Once();
     void The_Slider_Steps();
@@ -369,6 +372,40 @@ void Main_Window_Test::Every_Control_Has_A_Name() {
     QAccessibleValueInterface* value = QAccessible::queryAccessibleInterface(volume)->valueInterface();
     QVERIFY(value != nullptr);
     QCOMPARE(value->maximumValue().toInt(), 127);
+}
+
+void Main_Window_Test::Song_Windows_Open_By_Keys() {
+    Program p;
+    const auto dialog = [&](const char* name) { return p.window->findChild<QDialog*>(QLatin1String(name)); };
+    p.Key(Qt::Key_M, Qt::ControlModifier);
+    p.Key(Qt::Key_M, Qt::ControlModifier); // the same one again
+    QVERIFY(dialog("frmMetronomeSetup") != nullptr && dialog("frmMetronomeSetup")->isVisible());
+    QCOMPARE(p.window->findChildren<QDialog*>().size(), 1);
+    dialog("frmMetronomeSetup")->reject();
+    p.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
+
+    p.session->hub->Message(nullptr, MSG_ADD_MARK, 6.0, Msg_Arg(), std::string("Verse"));
+    p.Key(Qt::Key_T);
+    auto* list = dialog("frmMarks")->findChild<QTreeWidget*>();
+    list->setCurrentItem(list->topLevelItem(1));
+    QTest::keyClick(list, Qt::Key_Return);
+    QCOMPARE(p.session->transport.PlayPosition, 6.0);
+    dialog("frmMarks")->reject();
+    p.window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
+
+    p.session->hub->Message(nullptr, MSG_OPEN_PAN_MAP, std::int32_t{0});
+    auto* map = qobject_cast<PanVolCtrl*>(QApplication::focusWidget());
+    QVERIFY(map != nullptr && map->isVisible());
+    // Insert, Delete and Home are the map's while it has the focus, not the window's.
+    p.Key(Qt::Key_Insert);
+    QCOMPARE(map->Dots().size(), std::size_t{3});
+    p.Key(Qt::Key_Home);
+    QCOMPARE(p.session->transport.PlayPosition, 6.0);
+    p.Key(Qt::Key_PageDown);
+    p.Key(Qt::Key_Delete);
+    QCOMPARE(map->Dots().size(), std::size_t{2});
 }
 
 void Main_Window_Test::A_Lost_Device_Is_Told_And_Reopened() {

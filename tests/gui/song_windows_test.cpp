@@ -1,6 +1,7 @@
 #include "engine/windows/frm_metronome_setup.h"
 #include "song/time_text.h"
 #include "song/windows/frm_marks.h"
+#include "song/windows/frm_set_speed.h"
 #include "song/windows/frm_tempo.h"
 #include "song/windows/mark_selection.h"
 #include "support/test_session.h"
@@ -62,6 +63,7 @@ private slots:
     void A_Tempo_Change_Is_Added();
     void A_Tempo_Change_Is_Edited();
     void The_Click_Is_Tested_And_Kept();
+    void The_Song_Is_Made_Faster();
     void Marks_Are_Made_Named_And_Deleted();
     void A_Mark_Follows_The_Play_Position_data();
     void A_Mark_Follows_The_Play_Position();
@@ -189,6 +191,21 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     QCOMPARE(s.session.project.MetronomeNote, 37);
     QCOMPARE(s.session.project.MetronomeVolume, 50);
     QVERIFY(s.session.project.Modified);
+}
+
+// Four bars and a beat at 80: 17 beats of 750 ms are 12.75 s. At 200 % half of it: 8.5 beats, 6.375 s.
+void Song_Windows_Test::The_Song_Is_Made_Faster() {
+    Song_Fixture s;
+    s.session.channels->Store(0).AddNewEvent(16.0, NoteData{60, 100, 1.0});
+    s.session.hub->Message(nullptr, MSG_GENERAL_UPDATE);
+    frmSetSpeed window(s.session, s.theme);
+    auto* label = Find<QLabel>(window, "Label1");
+    QCOMPARE(label->text(), QStringLiteral("New length: 5:2.0 (bars:beats)   00:13 (mm:ss)"));
+    Find<QSpinBox>(window, "Text1")->setValue(200);
+    QCOMPARE(label->text(), QStringLiteral("New length: 3:1.5 (bars:beats)   00:06 (mm:ss)"));
+    QCOMPARE(s.session.project.SongLength, 17.0); // nothing before OK
+    window.accept();
+    QCOMPARE(s.session.project.SongLength, 8.5);
 }
 
 void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
