@@ -387,6 +387,7 @@ void Main_Window_Test::Song_Windows_Open_By_Keys() {
 
     p.session->hub->Message(nullptr, MSG_ADD_MARK, 6.0, Msg_Arg(), std::string("Verse"));
     p.Key(Qt::Key_T);
+    QVERIFY(QTest::qWaitForWindowActive(dialog("frmMarks")));
     auto* list = dialog("frmMarks")->findChild<QTreeWidget*>();
     list->setCurrentItem(list->topLevelItem(1));
     QTest::keyClick(list, Qt::Key_Return);
