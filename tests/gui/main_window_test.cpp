@@ -26,7 +26,6 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QTest>
-#include <QTreeWidget>
 #include <QWheelEvent>
 #include <QWindow>
 
@@ -385,17 +384,7 @@ void Main_Window_Test::Song_Windows_Open_By_Keys() {
     p.window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
 
-    p.session->hub->Message(nullptr, MSG_ADD_MARK, 6.0, Msg_Arg(), std::string("Verse"));
-    p.Key(Qt::Key_T);
-    QVERIFY(QTest::qWaitForWindowActive(dialog("frmMarks")));
-    auto* list = dialog("frmMarks")->findChild<QTreeWidget*>();
-    list->setCurrentItem(list->topLevelItem(1));
-    QTest::keyClick(list, Qt::Key_Return);
-    QCOMPARE(p.session->transport.PlayPosition, 6.0);
-    dialog("frmMarks")->reject();
-    p.window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
-
+    p.session->hub->Message(nullptr, MSG_SONG_POSITION, 6.0);
     p.session->hub->Message(nullptr, MSG_OPEN_PAN_MAP, std::int32_t{0});
     auto* map = qobject_cast<PanVolCtrl*>(QApplication::focusWidget());
     QVERIFY(map != nullptr && map->isVisible());
