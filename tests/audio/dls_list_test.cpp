@@ -1,12 +1,9 @@
 #include "audio/dls_list_class.h"
 
 #include "audio/patch_tables.h"
-#include "support/recorder_doors.h"
+#include "support/output_bed.h"
 #include "support/riff_bytes.h"
-#include "support/store_host.h"
 #include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -16,27 +13,14 @@ namespace {
 
 using Paths = std::vector<std::string>;
 
-struct DLSList_Test : testing::Test {
+struct DLSList_Test : Output_Bed {
     Temp_Folder folder;
-    Recorder_Sound_Door sound;
-    Recorder_Midi_Ports ports;
-    Recorded_Dialogs dialogs;
-    Simulated_Counter counter;
-    Store_Host host;
-    GlobalChannelsManager channels{host};
-    midiapi api{sound, ports, dialogs, counter, channels};
     DLSListClass fonts{sound, api, channels};
-    std::string first =
-        folder
-            .Write(
-                "first.sf2",
-                Silent_Font("First", Preset_Records({{"Grand", 0, 0}, {"Organ", 16, 0}, {"Kit A", 0, 128}})))
-            .string();
-    std::string second =
-        folder
-            .Write("second.sf2",
-                   Silent_Font("Second", Preset_Records({{"Better grand", 0, 0}, {"Upright", 1, 8}})))
-            .string();
+    std::string Font(const std::string& name, const std::vector<Preset_Header>& presets) {
+        return folder.Write(name, Silent_Font(name, Preset_Records(presets))).string();
+    }
+    std::string first = Font("first.sf2", {{"Grand", 0, 0}, {"Organ", 16, 0}, {"Kit A", 0, 128}});
+    std::string second = Font("second.sf2", {{"Better grand", 0, 0}, {"Upright", 1, 8}});
     std::string broken = folder.Write("broken.sf2", "RIFF").string();
 
     DLSList_Test() {
@@ -66,8 +50,7 @@ TEST(SF2_File, Preset_Records_Decide) {
         // 300 is 256 + 44; bank 257 is drums and 1.
         {"names, programs and banks",
          full,
-         {{"A name of 20 letters", 44, 0, FLAG_ON}, {"Cut", 5, 3, FLAG_OFF}, {"High", 127, 1, FLAG_ON}}},
-    };
+         {{"A name of 20 letters", 44, 0, FLAG_ON}, {"Cut", 5, 3, FLAG_OFF}, {"High", 127, 1, FLAG_ON}}}};
     for (const Row& row : rows) {
         std::string title;
         std::vector<Font_Preset> presets;
@@ -96,8 +79,7 @@ TEST_F(DLSList_Test, The_Default_List_Keeps_What_Is_There) {
     const std::vector<Row> rows = {
         {"two, with blanks and a dead one", "  " + second + "\r\n/no/such.sf2\n\n" + first, {second, first}},
         {"only dead paths", "/no/such.sf2\n" + folder.Path().string() + "\n", {first}},
-        {"empty", "", {first}},
-    };
+        {"empty", "", {first}}};
     for (const Row& row : rows) {
         folder.Write("defaultsf2.cfg", row.file);
         fonts.CurList = {"/of/the/project.sf2"};
@@ -128,8 +110,7 @@ TEST_F(DLSList_Test, The_Default_List_Is_Saved_As_It_Is_Read) {
 }
 
 TEST_F(DLSList_Test, Later_Fonts_Take_Precedence_And_Failed_Ones_Are_Named) {
-    const std::string vanished =
-        folder.Write("vanished.sf2", Silent_Font("V", Preset_Records({{"Never", 0, 0}}))).string();
+    const std::string vanished = Font("vanished.sf2", {{"Never", 0, 0}});
     sound.unloadable = {vanished}; // readable when listed, gone when the synthesizer comes to it
     EXPECT_TRUE(fonts.Load_SF2_List({first, broken, "", second, "/no/such.sf2", vanished}));
     EXPECT_EQ(fonts.Failed_Fonts(), (Paths{broken, "/no/such.sf2", vanished}));

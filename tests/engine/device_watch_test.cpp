@@ -1,9 +1,6 @@
 #include "engine/device_watch.h"
 
-#include "support/recorder_doors.h"
-#include "support/store_host.h"
-
-#include <gtest/gtest.h>
+#include "support/output_bed.h"
 
 #include <string>
 #include <vector>
@@ -11,14 +8,7 @@
 namespace tonvex {
 namespace {
 
-struct Device_Watch_Test : testing::Test {
-    Recorder_Sound_Door sound;
-    Recorder_Midi_Ports ports;
-    Recorded_Dialogs dialogs;
-    Simulated_Counter counter;
-    Store_Host host;
-    GlobalChannelsManager channels{host};
-    midiapi api{sound, ports, dialogs, counter, channels};
+struct Device_Watch_Test : Output_Bed {
     Device_Watch watch{api, ports};
     std::int32_t inputPort = midiapi::NO_DEVICE;
 

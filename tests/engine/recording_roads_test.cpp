@@ -5,244 +5,74 @@
 namespace tonvex {
 namespace {
 
-constexpr int Z = Transport_Rig::Z;
-constexpr int X = Transport_Rig::X;
-constexpr int A = Transport_Rig::A;
-constexpr int ESCAPE = Transport_Rig::ESCAPE;
-constexpr int F2 = 60;
-constexpr int F6 = 64;
-constexpr int F12 = 88;
-constexpr int MIDI_60 = 256 + 60;
-
 /// Keys in, song and sound out. One beat is 1000 ms; velocity 127 leaves as 127 x 0.8 = 101.6, so 102.
 struct Road {
     const char* name;
-    std::vector<Rig_Note> stored;
-    std::vector<Rig_Edge> edges;
-    std::int64_t stopMs;
-    bool overwrite;
-    double position;
-    float speed;
+    const char* stored;
+    const char* keys;
+    int stopMs;
     const char* events;
     const char* trace;
+    bool overwrite = false;
+    double position = 0.0;
+    float speed = 1.0F;
 };
 
 const Road ROADS[] = {
-    {"one key",
-     {},
-     {{100, Z, true}, {350, Z, false}},
-     500,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.25\n",
+    {"one key", "", "100+Z 350-Z", 500, "0.1 48 127 0.25\n",
      "100 On 0 48 102\n350 Off 0 48 100\n500 AllOff\n"},
-    {"two keys on one note: the off goes with the second release",
-     {},
-     {{100, Z, true}, {200, A, true}, {400, Z, false}, {600, A, false}},
-     700,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.3\n0.2 48 127 0.4\n",
-     "100 On 0 48 102\n200 On 0 48 102\n600 Off 0 48 100\n700 AllOff\n"},
-    {"a repeat while held is nothing",
-     {},
-     {{100, Z, true}, {150, Z, true}, {200, Z, true}, {300, Z, false}},
-     400,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.2\n",
+    {"two keys on one note: the off goes with the second release", "", "100+Z 200+A 400-Z 600-A", 700,
+     "0.1 48 127 0.3\n0.2 48 127 0.4\n", "100 On 0 48 102\n200 On 0 48 102\n600 Off 0 48 100\n700 AllOff\n"},
+    {"a repeat while held is nothing", "", "100+Z 150+Z 200+Z 300-Z", 400, "0.1 48 127 0.2\n",
      "100 On 0 48 102\n300 Off 0 48 100\n400 AllOff\n"},
-    {"held at the stop",
-     {},
-     {{100, Z, true}, {250, X, true}},
-     1000,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.9\n0.25 50 127 0.75\n",
+    {"held at the stop", "", "100+Z 250+X", 1000, "0.1 48 127 0.9\n0.25 50 127 0.75\n",
      "100 On 0 48 102\n250 On 0 50 102\n1000 AllOff\n1000 Off 0 48 100\n1000 Off 0 50 100\n"},
-    {"a MIDI key held at the stop is stored too",
-     {},
-     {{100, MIDI_60, true, 90}},
-     300,
-     false,
-     0.0,
-     1.0F,
-     "0.1 60 90 0.2\n",
+    {"a MIDI key held at the stop is stored too", "", "100+60:90", 300, "0.1 60 90 0.2\n",
      "100 On 0 60 72\n300 AllOff\n300 Off 0 60 100\n"},
-    {"an edge at the very stop comes too late",
-     {},
-     {{100, Z, true}, {200, Z, false}, {500, X, true}},
-     500,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.1\n",
+    {"an edge at the very stop comes too late", "", "100+Z 200-Z 500+X", 500, "0.1 48 127 0.1\n",
      "100 On 0 48 102\n200 Off 0 48 100\n500 AllOff\n"},
     {"overwrite without a key wipes what was played, silently",
-     {{0.0, 60, 100, 0.1},
-      {0.5, 61, 100, 9.0},
-      {0.9999, 62, 100, 1.0},
-      {1.0, 63, 100, 1.0},
-      {2.0, 64, 100, 1.0}},
-     {},
-     1000,
-     true,
-     0.0,
-     1.0F,
-     "1 63 100 1\n2 64 100 1\n",
-     "1000 AllOff\n"},
-    {"overwrite leaves what lies before the start",
-     {{0.0, 60, 100, 2.0}, {0.5, 61, 100, 1.0}},
-     {{100, Z, true}, {200, Z, false}},
-     300,
-     true,
-     0.5,
-     1.0F,
-     "0 60 100 2\n0.6 48 127 0.1\n",
-     "100 On 0 48 102\n200 Off 0 48 100\n300 AllOff\n"},
-    {"a blend sounds the old take and keeps it",
-     {{0.2, 60, 100, 0.3}},
-     {{300, Z, true}, {400, Z, false}},
-     600,
-     false,
-     0.0,
-     1.0F,
+     "0 60 100 0.1\n0.5 61 100 9\n0.9999 62 100 1\n1 63 100 1\n2 64 100 1", "", 1000,
+     "1 63 100 1\n2 64 100 1\n", "1000 AllOff\n", true},
+    {"overwrite leaves what lies before the start", "0 60 100 2\n0.5 61 100 1", "100+Z 200-Z", 300,
+     "0 60 100 2\n0.6 48 127 0.1\n", "100 On 0 48 102\n200 Off 0 48 100\n300 AllOff\n", true, 0.5},
+    {"a blend sounds the old take and keeps it", "0.2 60 100 0.3", "300+Z 400-Z", 600,
      "0.2 60 100 0.3\n0.3 48 127 0.1\n",
      "200 On 0 60 80\n300 On 0 48 102\n400 Off 0 48 100\n500 Off 0 60 100\n600 AllOff\n"},
-    {"a start in the middle of a note does not sound it",
-     {{0.0, 60, 100, 0.7}, {0.6, 62, 100, 0.1}},
-     {},
-     400,
-     false,
-     0.5,
-     1.0F,
-     "0 60 100 0.7\n0.6 62 100 0.1\n",
-     "100 On 0 62 80\n200 Off 0 62 100\n400 AllOff\n"},
+    {"a start in the middle of a note does not sound it", "0 60 100 0.7\n0.6 62 100 0.1", "", 400,
+     "0 60 100 0.7\n0.6 62 100 0.1\n", "100 On 0 62 80\n200 Off 0 62 100\n400 AllOff\n", false, 0.5},
     // the clock reads whole song ms: at half speed 199.5 already reads 200
-    {"half speed stores half the beats",
-     {{0.2, 60, 100, 0.1}},
-     {{200, Z, true}, {400, Z, false}},
-     800,
-     false,
-     0.0,
-     0.5F,
+    {"half speed stores half the beats", "0.2 60 100 0.1", "200+Z 400-Z", 800,
      "0.1 48 127 0.1\n0.2 60 100 0.1\n",
-     "200 On 0 48 102\n399 On 0 60 80\n400 Off 0 48 100\n599 Off 0 60 100\n800 AllOff\n"},
-    {"Escape ends the run like the Stop button",
-     {},
-     {{100, Z, true}, {400, ESCAPE, true}, {450, X, true}},
-     1000,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.3\n",
+     "200 On 0 48 102\n399 On 0 60 80\n400 Off 0 48 100\n599 Off 0 60 100\n800 AllOff\n", false, 0.0, 0.5F},
+    {"Escape ends the run like the Stop button", "", "100+Z 400+ESC 450+X", 1000, "0.1 48 127 0.3\n",
      "100 On 0 48 102\n400 AllOff\n400 Off 0 48 100\n"},
-    {"F2 and F6 pick octaves 2 and 6: 12 x 1 + 12, 12 x 5 + 12",
-     {},
-     {{10, F2, true},
-      {20, F2, false},
-      {100, Z, true},
-      {200, Z, false},
-      {210, F6, true},
-      {220, F6, false},
-      {300, X, true},
-      {400, X, false}},
-     500,
-     false,
-     0.0,
-     1.0F,
-     "0.1 24 127 0.1\n0.3 74 127 0.1\n",
+    {"F2 and F6 pick octaves 2 and 6: 12 x 1 + 12, 12 x 5 + 12", "",
+     "10+F2 20-F2 100+Z 200-Z 210+F6 220-F6 300+X 400-X", 500, "0.1 24 127 0.1\n0.3 74 127 0.1\n",
      "100 On 0 24 102\n200 Off 0 24 100\n300 On 0 74 102\n400 Off 0 74 100\n500 AllOff\n"},
-    {"a note ends as what it began, whatever the octave has become",
-     {},
-     {{100, Z, true}, {150, F6, true}, {160, F6, false}, {200, Z, false}},
-     300,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.1\n",
-     "100 On 0 48 102\n200 Off 0 48 100\n300 AllOff\n"},
-    {"the touch of a MIDI key is stored, and heard times 0.8",
-     {},
-     {{100, MIDI_60, true, 90}, {200, MIDI_60, false}, {300, MIDI_60, true, 33}, {400, MIDI_60, false}},
-     500,
-     false,
-     0.0,
-     1.0F,
+    {"a note ends as what it began, whatever the octave has become", "", "100+Z 150+F6 160-F6 200-Z", 300,
+     "0.1 48 127 0.1\n", "100 On 0 48 102\n200 Off 0 48 100\n300 AllOff\n"},
+    {"the touch of a MIDI key is stored, and heard times 0.8", "", "100+60:90 200-60 300+60:33 400-60", 500,
      "0.1 60 90 0.1\n0.3 60 33 0.1\n",
      "100 On 0 60 72\n200 Off 0 60 100\n300 On 0 60 26\n400 Off 0 60 100\n500 AllOff\n"},
-    {"a press of 0 ms is kept, its off goes in the next round",
-     {},
-     {{100, Z, true}, {100, Z, false}},
-     200,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0\n",
+    {"a press of 0 ms is kept, its off goes in the next round", "", "100+Z 100-Z", 200, "0.1 48 127 0\n",
      "100 On 0 48 102\n101 Off 0 48 100\n200 AllOff\n"},
-    {"a press of 1 ms",
-     {},
-     {{100, Z, true}, {101, Z, false}},
-     200,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.001\n",
-     "100 On 0 48 102\n101 Off 0 48 100\n200 AllOff\n"},
-    {"three keys at once: one a round, all stored at their arrival",
-     {},
-     {{100, Z, true},
-      {100, X, true},
-      {100, MIDI_60, true, 100},
-      {300, Z, false},
-      {400, X, false},
-      {500, MIDI_60, false}},
-     600,
-     false,
-     0.0,
-     1.0F,
-     "0.1 48 127 0.2\n0.1 50 127 0.3\n0.1 60 100 0.4\n",
+    {"three keys at once: one a round, all stored at their arrival", "",
+     "100+Z 100+X 100+60:100 300-Z 400-X 500-60", 600, "0.1 48 127 0.2\n0.1 50 127 0.3\n0.1 60 100 0.4\n",
      nullptr},
-    {"keys that mean nothing",
-     {},
-     {{100, 200, true}, {150, F12, true}, {200, 200, false}},
-     300,
-     false,
-     0.0,
-     1.0F,
-     "",
-     "300 AllOff\n"},
-    {"touching notes are heard apart",
-     {{0.1, 60, 100, 0.1}, {0.2, 60, 100, 0.1}},
-     {},
-     400,
-     false,
-     0.0,
-     1.0F,
+    {"keys that mean nothing", "", "100+200 150+F12 200-200", 300, "", "300 AllOff\n"},
+    {"touching notes are heard apart", "0.1 60 100 0.1\n0.2 60 100 0.1", "", 400,
      "0.1 60 100 0.1\n0.2 60 100 0.1\n",
      "100 On 0 60 80\n200 Off 0 60 100\n200 On 0 60 80\n300 Off 0 60 100\n400 AllOff\n"},
-    {"overlapping notes: one off, at the end of the later",
-     {{0.1, 60, 100, 0.3}, {0.2, 60, 50, 0.1}},
-     {},
-     500,
-     false,
-     0.0,
-     1.0F,
-     "0.1 60 100 0.3\n0.2 60 50 0.1\n",
-     "100 On 0 60 80\n200 On 0 60 40\n400 Off 0 60 100\n500 AllOff\n"},
-};
+    {"overlapping notes: one off, at the end of the later", "0.1 60 100 0.3\n0.2 60 50 0.1", "", 500,
+     "0.1 60 100 0.3\n0.2 60 50 0.1\n", "100 On 0 60 80\n200 On 0 60 40\n400 Off 0 60 100\n500 AllOff\n"}};
 
 TEST(Recording_Roads, From_Keys_To_Song_And_Sound) {
     for (const Road& road : ROADS) {
         SCOPED_TRACE(road.name);
         Transport_Rig rig;
-        for (const Rig_Note& note : road.stored)
-            rig.Add_Note(note);
-        rig.Script(road.edges);
+        rig.Add_Notes(road.stored);
+        rig.Keys(road.keys);
         EXPECT_TRUE(rig.Record(road.stopMs, road.overwrite, road.position, road.speed));
         EXPECT_EQ(rig.Events(), road.events);
         if (road.trace != nullptr) {
@@ -256,21 +86,16 @@ TEST(Recording_Roads, From_Keys_To_Song_And_Sound) {
 
 TEST(Recording_Roads, Sound_Is_Due_When_The_Key_Was_Hit) {
     Transport_Rig rig;
-    rig.Script({{100, Z, true}, {100, X, true}, {300, Z, false}});
+    rig.Keys("100+Z 100+X 300-Z");
     rig.Record(400);
-    std::vector<std::int64_t> due;
-    for (const Sound_Message& message : rig.sound.posted) {
-        if (message.op == Sound_Op::NoteOn)
-            due.push_back(message.dueNs / 1'000'000);
-    }
-    EXPECT_EQ(due, (std::vector<std::int64_t>{100, 100}));
+    EXPECT_EQ(rig.Due_Ms(), (std::vector<std::int64_t>{100, 100}));
 }
 
 TEST(Recording_Roads, The_First_Key_Falls_At_The_Start) {
     Transport_Rig rig;
     rig.options.Global_Rec_WaitForKey = true;
     rig.Add_Note({2.1, 60, 100, 0.1});
-    rig.Script({{200, X, false}, {700, Z, true}, {900, Z, false}});
+    rig.Keys("200-X 700+Z 900-Z");
     rig.Record(1200, false, 2.0);
     // The key opens the run at 700 and sounds in its first round; the stored note 100 ms later.
     EXPECT_EQ(rig.Trace(),
@@ -286,7 +111,7 @@ TEST(Recording_Roads, Waiting_Ends_With_Stop_Or_Escape_And_Wipes_Nothing) {
         rig.Add_Note({0.0, 60, 100, 1.0});
         rig.counter.Advance_Ns(700'000); // a real clock never stands on a whole millisecond
         if (withEscape)
-            rig.Script({{300, ESCAPE, true}});
+            rig.Keys("300+ESC");
         EXPECT_TRUE(rig.Record(withEscape ? 5000 : 300, true));
         EXPECT_EQ(rig.Events(), "0 60 100 1\n");
         EXPECT_LE(rig.counter.Now_Ms(), 301);
@@ -304,16 +129,14 @@ TEST(Recording_Roads, Clicks_Fall_On_Whole_Beats) {
         const char* trace;
     };
     // 80 x 1.27 = 101.6, so 102; at half speed 249.5 song ms read 250.
-    const Case cases[] = {
-        {"each 250 ms at 240", true, true, 240, 1.0F, 0.0,
-         "1 On 9 33 102\n250 On 9 33 102\n500 On 9 33 102\n600 AllOff\n"},
-        {"each 500 ms at half speed", true, true, 240, 0.5F, 0.0,
-         "1 On 9 33 102\n499 On 9 33 102\n600 AllOff\n"},
-        {"no click late in a beat", true, true, 240, 1.0F, 0.25,
-         "188 On 9 33 102\n438 On 9 33 102\n600 AllOff\n"},
-        {"check box off", true, false, 240, 1.0F, 0.0, "600 AllOff\n"},
-        {"argument off", false, true, 240, 1.0F, 0.0, "600 AllOff\n"},
-    };
+    const Case cases[] = {{"each 250 ms at 240", true, true, 240, 1.0F, 0.0,
+                           "1 On 9 33 102\n250 On 9 33 102\n500 On 9 33 102\n600 AllOff\n"},
+                          {"each 500 ms at half speed", true, true, 240, 0.5F, 0.0,
+                           "1 On 9 33 102\n499 On 9 33 102\n600 AllOff\n"},
+                          {"no click late in a beat", true, true, 240, 1.0F, 0.25,
+                           "188 On 9 33 102\n438 On 9 33 102\n600 AllOff\n"},
+                          {"check box off", true, false, 240, 1.0F, 0.0, "600 AllOff\n"},
+                          {"argument off", false, true, 240, 1.0F, 0.0, "600 AllOff\n"}};
     for (const Case& item : cases) {
         SCOPED_TRACE(item.name);
         Transport_Rig rig;
@@ -342,7 +165,7 @@ TEST(Recording_Roads, Mute_And_Solo_Act_While_It_Runs) {
 TEST(Recording_Roads, The_Volume_Is_Followed) {
     Transport_Rig rig;
     rig.At(200, [&] { rig.channels.Set_Volume(rig.firstChannel, 40); });
-    rig.Script({{100, Z, true}, {150, Z, false}, {300, Z, true}, {350, Z, false}});
+    rig.Keys("100+Z 150-Z 300+Z 350-Z");
     rig.Record(400);
     // 127 x 0.4 = 50.8
     EXPECT_EQ(rig.Trace(),
@@ -352,14 +175,14 @@ TEST(Recording_Roads, The_Volume_Is_Followed) {
 TEST(Recording_Roads, A_Take_Follows_Tempo_Changes) {
     Transport_Rig rig;
     rig.tempoChanges.AddTempoChange(0.5, 120); // from 500 ms on a beat is 500 ms
-    rig.Script({{400, Z, true}, {750, Z, false}});
+    rig.Keys("400+Z 750-Z");
     rig.Record(1000);
     EXPECT_EQ(rig.Events(), "0.4 48 127 0.6\n");
 }
 
 TEST(Recording_Roads, Two_Takes_Lie_Side_By_Side) {
     Transport_Rig rig;
-    rig.Script({{100, Z, true}, {200, Z, false}, {600, X, true}, {700, X, false}});
+    rig.Keys("100+Z 200-Z 600+X 700-X");
     rig.Record(500);
     rig.Record(500);
     // The second take begins at 500 ms: its key comes 100 ms into it, with the first take's note.
@@ -372,7 +195,7 @@ TEST(Recording_Roads, The_Hub_Hears_The_Take_In_Order) {
     Transport_Rig rig;
     rig.Add_Note({0.1, 60, 100, 1.0});
     rig.state.PlayPosition = 3.5;
-    rig.Script({{100, Z, true}, {200, Z, false}});
+    rig.Keys("100+Z 200-Z");
     rig.recorder.RecStopped = [&] { rig.hubMessages.push_back(0); };
     rig.Record(300, true);
     EXPECT_EQ(rig.hubMessages, (std::vector<int>{1014, 1017, 1200, 1102, 0}));
@@ -381,7 +204,7 @@ TEST(Recording_Roads, The_Hub_Hears_The_Take_In_Order) {
 
 TEST(Recording_Roads, Where_Nothing_Can_Be_Recorded) {
     Transport_Rig rig;
-    rig.Script({{50, Z, true}});
+    rig.Keys("50+Z");
     rig.firstChannel += 5;
     EXPECT_TRUE(rig.Record(100)); // no such channel
     rig.firstChannel = rig.channels.New_ChannelID();
@@ -409,28 +232,16 @@ TEST(Recording_Roads, It_Stops_Behind_The_End_Time) {
 }
 
 TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {
-    struct Case {
-        const char* name;
-        std::int32_t channel;
-        const char* trace;
-    };
-    Transport_Rig probe;
-    const Case cases[] = {
-        {"plain: slot 0, velocity as played", RecorderClass::PRACTICE_PLAIN,
-         "0 Volume 0 127 0\n100 On 0 48 127\n200 Off 0 48 100\n300 On 0 50 127\n400 AllOff\n400 Off 0 50 "
-         "100\n"},
-        {"the sound of a channel", probe.firstChannel,
-         "100 On 0 48 102\n200 Off 0 48 100\n300 On 0 50 102\n400 AllOff\n400 Off 0 50 100\n"},
-    };
-    for (const Case& item : cases) {
-        SCOPED_TRACE(item.name);
+    for (const bool plain : {true, false}) { // on slot 0, velocity as played, or with a channel's sound
+        SCOPED_TRACE(plain);
         Transport_Rig rig;
         rig.Add_Note({0.0, 60, 100, 1.0});
         rig.recorder.PracticeMode = true;
         rig.options.Global_Rec_WaitForKey = true; // is not for practice
-        rig.Script({{100, Z, true}, {200, Z, false}, {300, X, true}});
+        rig.Keys("100+Z 200-Z 300+X");
+        const std::int32_t channel = plain ? RecorderClass::PRACTICE_PLAIN : rig.firstChannel;
         EXPECT_FALSE(rig.recorder.StartRecording(0, 0, 0, false, true, true)); // no round before the set-up
-        EXPECT_TRUE(rig.recorder.StartRecording(0, 1, item.channel, false, true, false));
+        EXPECT_TRUE(rig.recorder.StartRecording(0, 1, channel, false, true, false));
         EXPECT_FALSE(rig.Record(10)); // the recorder is busy; Record forgets the trace of the set-up
         while (rig.counter.Now_Ms() < 400) {
             rig.counter.Advance_Ms(1);
@@ -438,8 +249,9 @@ TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {
             EXPECT_TRUE(rig.recorder.StartRecording(0, 0, 0, false, true, true));
         }
         EXPECT_FALSE(rig.recorder.IsRunning());
-        const std::string whole = item.trace;
-        EXPECT_EQ(rig.Trace(), whole.substr(whole.rfind("100 On 0 48")));
+        const std::string vol = plain ? "127" : "102";
+        EXPECT_EQ(rig.Trace(), "100 On 0 48 " + vol + "\n200 Off 0 48 100\n300 On 0 50 " + vol +
+                                   "\n400 AllOff\n400 Off 0 50 100\n");
         EXPECT_EQ(rig.Events(), "0 60 100 1\n");
         EXPECT_TRUE(rig.hubMessages.empty());
     }
@@ -448,7 +260,7 @@ TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {
 TEST(Recording_Roads, Practice_Follows_Its_Channel_Between_Notes) {
     Transport_Rig rig;
     rig.recorder.PracticeMode = true;
-    rig.Script({{10, Z, true}, {30, Z, false}, {50, X, true}});
+    rig.Keys("10+Z 30-Z 50+X");
     EXPECT_TRUE(rig.recorder.StartRecording(0, 1, rig.firstChannel, false, true, false));
     while (rig.counter.Now_Ms() < 60) {
         rig.counter.Advance_Ms(1);

@@ -17,25 +17,8 @@ std::string Beat_Text(double beats) {
     return text.str();
 }
 
-const char* Op_Text(Sound_Op op) {
-    switch (op) {
-    case Sound_Op::NoteOn:
-        return "On";
-    case Sound_Op::NoteOff:
-        return "Off";
-    case Sound_Op::Patch:
-        return "Patch";
-    case Sound_Op::Pan:
-        return "Pan";
-    case Sound_Op::Volume:
-        return "Volume";
-    case Sound_Op::ChannelNotesOff:
-        return "ChannelOff";
-    case Sound_Op::AllNotesOff:
-        return "AllOff";
-    }
-    return "?";
-}
+/// In the order of Sound_Op.
+constexpr const char* OP_TEXTS[] = {"On", "Off", "Patch", "Pan", "Volume", "ChannelOff", "AllOff"};
 
 } // namespace
 
@@ -107,6 +90,32 @@ void Transport_Rig::Script(const std::vector<Rig_Edge>& edges) {
         input.InputDevice = 1;
 }
 
+void Transport_Rig::Keys(const std::string& text) {
+    const std::map<std::string, int> names = {{"Z", Z},   {"X", X},   {"A", A},   {"ESC", ESCAPE},
+                                              {"F2", 60}, {"F6", 64}, {"F12", 88}};
+    std::istringstream words(text);
+    std::vector<Rig_Edge> edges;
+    Rig_Edge edge{};
+    char way = 0;
+    std::string key;
+    while (words >> edge.ms >> way >> key) {
+        const auto named = names.find(key);
+        const int number = named == names.end() ? std::stoi(key) : named->second;
+        edge.key = named == names.end() && number < 128 ? 256 + number : number;
+        edge.down = way == '+';
+        const std::size_t colon = key.find(':');
+        edge.velocity = colon == std::string::npos ? 100 : std::stoi(key.substr(colon + 1));
+        edges.push_back(edge);
+    }
+    Script(edges);
+}
+
+void Transport_Rig::Add_Notes(const std::string& text) {
+    std::istringstream words(text);
+    for (Rig_Note note{}; words >> note.start >> note.note >> note.vol >> note.length;)
+        Add_Note(note);
+}
+
 bool Transport_Rig::Record(std::int64_t stopMs, bool overwrite, double position, float speed,
                            bool metronome) {
     sent.clear();
@@ -131,7 +140,7 @@ std::string Transport_Rig::Trace() const {
             continue;
         if (!withVolumes && message.op == Sound_Op::Volume)
             continue;
-        text << message.ms << ' ' << Op_Text(message.op);
+        text << message.ms << ' ' << OP_TEXTS[static_cast<int>(message.op)];
         if (message.op != Sound_Op::AllNotesOff)
             text << ' ' << message.slot << ' ' << message.a << ' ' << message.b;
         text << '\n';
@@ -149,6 +158,14 @@ std::string Transport_Rig::Events(int row) const {
                  << int{event->Note->Vol} << ' ' << Beat_Text(event->Note->Length) << '\n';
     }
     return text.str();
+}
+
+std::vector<std::int64_t> Transport_Rig::Due_Ms() const {
+    std::vector<std::int64_t> due;
+    for (const Sound_Message& message : sound.posted)
+        if (message.op == Sound_Op::NoteOn)
+            due.push_back(message.dueNs / NS_PER_MS);
+    return due;
 }
 
 void Transport_Rig::Send(Msg_Sender, int msg, const Args& args) {

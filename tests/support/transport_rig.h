@@ -45,6 +45,11 @@ public:
     std::int32_t Add_Note(const Rig_Note& note, int row = 0);
     void Add_Patch(double start, int patchRow, int row = 0);
     void Script(const std::vector<Rig_Edge>& edges);
+    /// The same as text: "100+Z 350-Z", ms and key; Z X A ESC F2 F6 F12, a number below 128 with its
+    /// velocity (60:90) is a MIDI note, one above a scan code.
+    void Keys(const std::string& text);
+    /// Notes as Events() writes them down, without the last line break.
+    void Add_Notes(const std::string& text);
     /// Does something between two rounds, ms after the start of the program.
     void At(std::int64_t ms, std::function<void()> action) { actions.emplace(ms, std::move(action)); }
     /// Records on the first channel until the Stop button at stopMs.
@@ -58,6 +63,8 @@ public:
     std::string Trace() const;
     /// The events of a row in time order: "<start> <note> <vol> <length>" a line.
     std::string Events(int row = 0) const;
+    /// When each note begins to sound, in ms, in the order sent.
+    std::vector<std::int64_t> Due_Ms() const;
 
     // Channel_Host
     double Song_Length_Beats() const override { return project.SongLength; }
