@@ -2,6 +2,7 @@
 // on a key that plays, a switch to another window. Prints what it measured; the exit code is the number of
 // checks that failed. Run it by tests/manual/key_state_check.sh, which starts the server.
 
+#include "manual/check.h"
 #include "platform/millisecond_counter.h"
 #include "platform/qt/qt_key_state.h"
 
@@ -28,13 +29,7 @@ using namespace tonvex;
 namespace {
 
 constexpr unsigned Z = 52;
-int failed = 0;
 const Monotonic_Counter counter;
-
-void Check(bool good, const std::string& what) {
-    std::printf("%s  %s\n", good ? "ok    " : "FAILED", what.c_str());
-    failed += good ? 0 : 1;
-}
 
 /// Types on the X server by a connection of its own, from any one thread.
 class Typist {
@@ -78,14 +73,6 @@ std::vector<Seen> Read_All(Qt_Key_State& keys) {
     }
 }
 
-std::string Percentiles(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const auto at = [&](std::size_t percent) {
-        return std::to_string(values[std::min(values.size() - 1, values.size() * percent / 100)]);
-    };
-    return "p50 " + at(50) + ", p95 " + at(95) + ", max " + at(100) + " ms";
-}
-
 void Check_Stamps(Qt_Key_State& keys, Typist& typist, int busyMs) {
     constexpr int EDGES = 200;
     std::vector<std::int64_t> typed;
@@ -115,11 +102,7 @@ void Check_Stamps(Qt_Key_State& keys, Typist& typist, int busyMs) {
     }
     Check(seen.size() == EDGES, std::to_string(seen.size()) + " of " + std::to_string(EDGES) +
                                     " edges with the window busy for " + std::to_string(busyMs) + " ms");
-    if (errors.empty())
-        return;
-    std::vector<double> sorted = errors;
-    std::sort(sorted.begin(), sorted.end());
-    Check(sorted[sorted.size() * 95 / 100] < 2.0, "stamp against arrival: " + Percentiles(errors));
+    Check(Percentile(errors, 0.95) < 2.0, "stamp against arrival: " + Percentiles(errors));
     std::printf("        handled after arrival: %s\n", Percentiles(delays).c_str());
 }
 

@@ -3,6 +3,7 @@
 // Run it by tests/manual/midi_ports_check.sh.
 
 #include "input/midi_in_module.h"
+#include "manual/check.h"
 #include "platform/millisecond_counter.h"
 #include "platform/rtmidi_ports.h"
 
@@ -26,19 +27,10 @@ using namespace tonvex;
 
 namespace {
 
-int failed = 0;
 const Monotonic_Counter counter;
 
 double Now_Ms() {
     return static_cast<double>(counter.Now_Ns()) / 1e6;
-}
-void Wait_Ms(int ms) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
-
-void Check(bool good, const std::string& what) {
-    std::printf("%s  %s\n", good ? "ok    " : "FAILED", what.c_str());
-    failed += good ? 0 : 1;
 }
 
 bool Wait_Until(const std::function<bool()>& condition, int limitMs = 5000) {

@@ -5,6 +5,7 @@
 
 #include "app/session.h"
 #include "app/stock_data.h"
+#include "manual/check.h"
 #include "platform/make_sound_door.h"
 #include "platform/rtmidi_ports.h"
 #include "platform/settings_store.h"
@@ -24,16 +25,6 @@ using namespace tonvex;
 namespace {
 
 constexpr int NOTES = 200;
-int failed = 0;
-
-void Check(bool good, const std::string& what) {
-    std::printf("%s  %s\n", good ? "ok    " : "FAILED", what.c_str());
-    failed += good ? 0 : 1;
-}
-
-void Wait_Ms(int ms) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
 
 /// Rounds in real time, without windows.
 class Sleeping_Run_Loop final : public Run_Loop {

@@ -7,6 +7,7 @@
 #include "app/stock_data.h"
 #include "app/windows/frm_main.h"
 #include "engine/windows/frm_recorder.h"
+#include "manual/check.h"
 #include "platform/make_sound_door.h"
 #include "platform/qt/qt_key_state.h"
 #include "platform/qt/qt_run_loop.h"
@@ -46,13 +47,6 @@ constexpr int BUSY_MS = 100;
 constexpr int BUSY_EVERY_MS = 150;
 constexpr double MOST_MS_P95 = 2.0;
 constexpr unsigned X_ESCAPE = 9;
-
-int failed = 0;
-
-void Check(bool good, const std::string& what) {
-    std::printf("%s  %s\n", good ? "ok    " : "FAILED", what.c_str());
-    failed += good ? 0 : 1;
-}
 
 /// Notes when key presses arrive at the X server, on a thread and a connection of its own, so that no work
 /// of the window delays it.
@@ -136,10 +130,6 @@ private:
     bool isRecording = false;
 };
 
-double Milliseconds(std::vector<double>& sorted, double share) {
-    return sorted[static_cast<std::size_t>(share * static_cast<double>(sorted.size() - 1))];
-}
-
 void Compare(std::vector<std::int64_t> arrived, const std::vector<std::int64_t>& events, std::size_t wanted) {
     Check(events.size() == wanted && arrived.size() == wanted,
           std::to_string(arrived.size()) + " presses gave " + std::to_string(events.size()) + " events of " +
@@ -149,10 +139,7 @@ void Compare(std::vector<std::int64_t> arrived, const std::vector<std::int64_t>&
     std::vector<double> apart;
     for (std::size_t i = 0; i < events.size(); ++i)
         apart.push_back(std::abs(static_cast<double>(events[i] - arrived[i])) / 1e6);
-    std::sort(apart.begin(), apart.end());
-    std::printf("        event against arrival: p50 %.2f ms, p95 %.2f ms, max %.2f ms\n",
-                Milliseconds(apart, 0.5), Milliseconds(apart, 0.95), apart.back());
-    Check(Milliseconds(apart, 0.95) < MOST_MS_P95, "p95 under 2 ms");
+    Check(Percentile(apart, 0.95) < MOST_MS_P95, "event against arrival: " + Percentiles(apart));
 }
 
 } // namespace
