@@ -41,8 +41,7 @@ TEST(AppPaths_Class_Test, Reads_Lines) {
         {"unknown macro stays", "temp={Nowhere}/x", true, "temp", "{Nowhere}/x"},
         {"all macros", "temp={AppEXE}|{CommonApplicationData}|{LocalApplicationData}|{Cache}", true, "temp",
          "/exe|/usr/share|/home/u/.local/share|/home/u/.cache"},
-        {"a byte that is no UTF-8 is Windows-1252", "temp=/\xe4", true, "temp", "/\xc3\xa4"},
-    };
+        {"a byte that is no UTF-8 is Windows-1252", "temp=/\xe4", true, "temp", "/\xc3\xa4"}};
     for (const Line_Case& row : cases) {
         SCOPED_TRACE(row.name);
         const Temp_Folder folder;
@@ -117,8 +116,7 @@ TEST(AppPaths_Class_Test, Folders_Of_The_Desktop) {
          "XDG_DOCUMENTS_DIR=\"/srv/papers\"",
          &Path_Macros::MyDocuments,
          "/srv/papers"},
-        {"a broken line", {}, "XDG_DOCUMENTS_DIR=\"", &Path_Macros::MyDocuments, h},
-    };
+        {"a broken line", {}, "XDG_DOCUMENTS_DIR=\"", &Path_Macros::MyDocuments, h}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         home.Write(".config/user-dirs.dirs", row.userDirs);

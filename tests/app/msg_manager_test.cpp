@@ -30,12 +30,14 @@ protected:
     std::int32_t Add_Note(double start, std::uint8_t note, double length = 1.0) {
         return store.AddNewEvent(start, NoteData{note, 100, length});
     }
+    using Args = Change_Hub::Args;
+    using Told = std::vector<int>;
     /// What one message does: what is told (nothing: it is refused) and what then holds.
     struct Case {
         const char* name;
         int msg;
-        Change_Hub::Args args;
-        std::vector<int> told;
+        Args args;
+        Told told;
         std::function<bool()> holds;
     };
     void Check(const std::vector<Case>& cases) {
@@ -111,8 +113,7 @@ TEST_F(MsgManager_Test, Channel_Messages) {
          {-1004, 1004, 1200},
          [&] { return session.channels->ChannelI(FIRST_ID + 1) < 0; }},
         {"delete again", 1004, {FIRST_ID + 1}, {}, {}},
-        {"unknown number", 4711, {CHANNEL}, {}, {}},
-    };
+        {"unknown number", 4711, {CHANNEL}, {}, {}}};
     Check(cases);
 }
 
@@ -223,8 +224,7 @@ TEST_F(MsgManager_Test, Event_Messages) {
          [&] { return chord().ChordName == "Dm" && chord().ChordNotes[0] == 50; }},
         {"delete", 1017, {CHANNEL, id}, {-1017, 1017, 1200}, [&] { return store.GetEvent_I(id) < 0; }},
         {"delete again", 1017, {CHANNEL, id}, {}, {}},
-        {"of nobody", 1019, {NOBODY}, {}, {}},
-    };
+        {"of nobody", 1019, {NOBODY}, {}, {}}};
     Check(cases);
 }
 
@@ -309,8 +309,7 @@ TEST_F(MsgManager_Test, Song_Messages) {
         {"move tempo", 1701, {FIRST_ID, 16.0}, {1701, 1200}, [&] { return change(1).BeatN == 16.0; }},
         {"move tempo onto another", 1701, {FIRST_ID, 4.0}, {}, [&] { return change(1).BeatN == 16.0; }},
         {"delete tempo", 1601, {FIRST_ID + 1}, {1601, 1200}, [&] { return tempoCount() == 1; }},
-        {"delete nobody", 1601, {5}, {}, [&] { return tempoCount() == 1; }},
-    };
+        {"delete nobody", 1601, {5}, {}, [&] { return tempoCount() == 1; }}};
     Check(cases);
 }
 

@@ -61,8 +61,7 @@ TEST(Session_Test, What_Is_Missing_Is_Told) {
         {"no chords", [](Test_Session& t) { fs::remove(t.folder / "data/chords.txt"); }, true,
          "Cannot open '@/data/chords.txt'"},
         {"output gone", [](Test_Session& t) { t.store.Set("Config", "Global_MidiSetup_OutDevice", "3"); },
-         true, "Can't open Output device\nTry configuring the Output device"},
-    };
+         true, "Can't open Output device\nTry configuring the Output device"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         Test_Session test;

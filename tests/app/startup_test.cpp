@@ -99,8 +99,7 @@ TEST_F(Start_Routine_Test, Failures_Are_Told) {
     const std::vector<Row> rows = {
         {"bad paths", "temp=a\ntemp=b", 0, "Couldn't find paths setup. Tonvex will now exit"},
         {"no config folder", "config=" + blocked, 2,
-         "Can't create forlder: " + blocked + "\nTonvex will now exit"},
-    };
+         "Can't create forlder: " + blocked + "\nTonvex will now exit"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         Put_Paths(row.firstLine);
@@ -131,8 +130,7 @@ TEST(Startup_Test, Project_Argument) {
         {"\"a b.tvx", called, true}, {"../my songs/a b.tvx", called, true},
         {"a b.tvx", "/", false},     {"other.tvx", called, false},
         {"", called, false},         {"\"\"", called, false},
-        {".", called, false},
-    };
+        {".", called, false}};
     for (const auto& [argument, from, found] : rows) {
         const auto resolved = Project_Argument(argument, from);
         EXPECT_EQ(resolved.has_value(), found) << argument;

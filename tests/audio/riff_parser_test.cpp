@@ -55,8 +55,7 @@ TEST(RiffParser, Files_Become_Rows) {
                      "demodata\xfe\xff\xff\xff"
                      "xy",
                      22),
-         {"RIFF/demo 0 -1 4294967295@8", "data/ 1 0 4294967294@20"}},
-    };
+         {"RIFF/demo 0 -1 4294967295@8", "data/ 1 0 4294967294@20"}}};
     for (const Row& row : rows)
         EXPECT_EQ(Rows_Of(row.file), row.rows) << row.name;
     // Lists below the deepest level are not entered; the file goes on behind them.

@@ -172,8 +172,7 @@ TEST_F(Cli_Test, What_A_Script_May_Ask_For) {
         {"edges out of order, two at one moment",
          R"({"end_ms": 900, "edges": [{"ms": 450, "key": 44, "down": false}, {"ms": 150, "key": 44, "down": true},
              {"ms": 450, "key": 44, "down": true}]})",
-         "150 48 300\n450 48 450\n"},
-    };
+         "150 48 300\n450 48 450\n"}};
     for (const Case& item : cases) {
         SCOPED_TRACE(item.name);
         Write("keys.json", item.script);
@@ -221,8 +220,7 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
         {"dance", 2, nullptr},
         {"", 2, nullptr},
         {"fonts no.sf2", 1, "tonvex-cli: no.sf2: is not a soundfont\n"},
-        {"fonts none.sf2", 1, "tonvex-cli: none.sf2: there is no such file\n"},
-    };
+        {"fonts none.sf2", 1, "tonvex-cli: none.sf2: there is no such file\n"}};
     for (const Case& item : cases) {
         SCOPED_TRACE(item.words);
         const Run_Result run = Call(item.words);

@@ -63,21 +63,19 @@ TEST_F(Synth_Fonts, A_Patch_Finds_Its_Font) {
         std::int32_t font;
         float level;
     };
-    const Row rows[] = {
-        {"named font", 0, 0, 0, handles[0], 30000},
-        {"last font that has it", 0, 0, 0, 0, 15000},
-        {"only the first has it", 1, 5, 0, 0, 25000},
-        {"only the second has the bank", 1, 5, 3, 0, 10000},
-        {"no font has the bank", 2, 5, 7, 0, 25000},
-        {"no font has the program", 3, 9, 0, 0, 15000},
-        {"the named font lacks it", 4, 5, 0, handles[1], 25000},
-        {"a font that is not there", 5, 0, 0, 99, 15000},
-        {"values out of range", 6, 255, 255, -7, 15000},
-        {"drum kit", 9, 16, 0, 0, 6000},
-        {"drum kit of a named font", 9, 0, 0, handles[0], 20000},
-        {"no such drum kit", 9, 40, 0, 0, 20000},
-        {"slot 25 is melodic", 25, 5, 0, 0, 25000},
-    };
+    const Row rows[] = {{"named font", 0, 0, 0, handles[0], 30000},
+                        {"last font that has it", 0, 0, 0, 0, 15000},
+                        {"only the first has it", 1, 5, 0, 0, 25000},
+                        {"only the second has the bank", 1, 5, 3, 0, 10000},
+                        {"no font has the bank", 2, 5, 7, 0, 25000},
+                        {"no font has the program", 3, 9, 0, 0, 15000},
+                        {"the named font lacks it", 4, 5, 0, handles[1], 25000},
+                        {"a font that is not there", 5, 0, 0, 99, 15000},
+                        {"values out of range", 6, 255, 255, -7, 15000},
+                        {"drum kit", 9, 16, 0, 0, 6000},
+                        {"drum kit of a named font", 9, 0, 0, handles[0], 20000},
+                        {"no such drum kit", 9, 40, 0, 0, 20000},
+                        {"slot 25 is melodic", 25, 5, 0, 0, 25000}};
     Patch(31, 0, 0, handles[0]);
     const float loudest = Peak_Of_Note(31);
     ASSERT_GT(loudest, 0.05F);

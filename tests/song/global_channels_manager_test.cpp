@@ -131,11 +131,10 @@ TEST_F(Channel_Table, Names_Are_Unique_Letter_Case_Aside) {
     const std::string fifty(50, 'n');
     const std::string umlauts = "ÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜÜ"; // fifty
     const std::pair<std::string, std::string> cases[] = {
-        {"", "Channel 1"},        {"  ", "Channel 2"},         {"Lead", "Lead"},
-        {"LEAD", "LEAD 2"},       {" lead ", "lead 3"},        {"Übung", "Übung"},
-        {"üBUNG", "üBUNG 2"},     {fifty + "too long", fifty}, {fifty, fifty.substr(0, 48) + " 2"},
-        {umlauts + "x", umlauts},
-    };
+        {"", "Channel 1"},       {"  ", "Channel 2"},         {"Lead", "Lead"},
+        {"LEAD", "LEAD 2"},      {" lead ", "lead 3"},        {"Übung", "Übung"},
+        {"üBUNG", "üBUNG 2"},    {fifty + "too long", fifty}, {fifty, fifty.substr(0, 48) + " 2"},
+        {umlauts + "x", umlauts}};
     for (const auto& [asked, given] : cases)
         EXPECT_EQ(Row(Add(NOT_GIVEN, asked)).ChannelName, given) << asked;
     table.Set_Name(FIRST_ID + 2, "lead");
@@ -177,8 +176,7 @@ TEST_F(Channel_Table, Mute_Wins_Over_Solo) {
     const Case cases[] = {
         {false, false, false, false, false, false}, {true, false, false, false, true, false},
         {false, true, false, false, false, true},   {true, true, false, false, true, true},
-        {false, true, false, true, false, false},   {false, true, true, true, false, true},
-    };
+        {false, true, false, true, false, false},   {false, true, true, true, false, true}};
     const std::int32_t a = Add();
     const std::int32_t b = Add();
     const int rowA = table.ChannelI(a);

@@ -102,8 +102,7 @@ TEST(Clock, ReadsPositions) {
         // the clock starts 1790 ms back and stands 333 ms into the segment, 1/3 ms short.
         {"rounded segments", 70, {{1.0, 100}, {2.0, 90}}, 1.0F, 2.5, 0, 2.0 + 333.0 / (2000.0 / 3.0), 2.4995},
         {"a tempo of 0 counts as 1", 0, {}, 1.0F, 0.0, 30000, 0.5, 0.5},
-        {"a speed of 0 counts as 1", 60, {}, 0.0F, 3.0, 500, 3.5, 3.5},
-    };
+        {"a speed of 0 counts as 1", 60, {}, 0.0F, 3.0, 500, 3.5, 3.5}};
     for (const Case& one : cases) {
         SCOPED_TRACE(one.name);
         Clock_Bed bed(one.baseTempo, one.map, one.speed);
