@@ -4,6 +4,7 @@
 #include "support/audio_thread_guard.h"
 #include "support/click_font.h"
 #include "support/onsets.h"
+#include "support/real_time.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -19,19 +20,8 @@
 namespace tonvex {
 namespace {
 
-void Wait_Ms(int ms) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
-
-template <typename Condition>
-bool Comes_True(Condition condition) {
-    for (int tries = 0; tries < 1000; ++tries) {
-        if (condition())
-            return true;
-        Wait_Ms(5);
-    }
-    return false;
-}
+using test::Comes_True;
+using test::Wait_Ms;
 
 Sound_Message Note(std::int64_t dueNs) {
     Sound_Message note;

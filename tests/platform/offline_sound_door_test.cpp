@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 
@@ -46,9 +47,7 @@ protected:
     void Run_Ms(int ms) {
         for (int i = 0; i < ms; ++i) {
             clock.Advance_Ms(1);
-            door.Render_Until(clock.Now_Ns(), [this](std::span<const float> stereo) {
-                samples.insert(samples.end(), stereo.begin(), stereo.end());
-            });
+            door.Render_Until(clock.Now_Ns(), keep);
         }
     }
     /// Highest sample of one click at the present settings.
@@ -64,6 +63,9 @@ protected:
     Simulated_Counter clock;
     Offline_Sound_Door door;
     std::vector<float> samples;
+    const std::function<void(std::span<const float>)> keep = [this](std::span<const float> stereo) {
+        samples.insert(samples.end(), stereo.begin(), stereo.end());
+    };
 };
 
 class Offline_Blocks : public Offline_Door, public ::testing::WithParamInterface<int> {
@@ -94,15 +96,6 @@ TEST_P(Offline_Blocks, Sound_One_Block_After_Their_Moment_Live_And_Ahead) {
 
 INSTANTIATE_TEST_SUITE_P(Sizes, Offline_Blocks, ::testing::Values(64, 100, 256, 1024));
 
-TEST_F(Offline_Door, A_Moment_That_Has_Passed_Sounds_At_Once) {
-    Run_Ms(500);
-    const auto before = static_cast<std::int64_t>(samples.size() / 2);
-    door.Post(Note(0));
-    Run_Ms(50);
-    ASSERT_EQ(test::Onsets(samples).size(), 1U);
-    EXPECT_LE(test::Onsets(samples).front(), before + 6);
-}
-
 TEST_F(Offline_Door, Each_Slot_Sounds_In_Its_Own_Pair) {
     for (int slot = 0; slot < OUTPUT_SLOTS; ++slot) {
         door.Post(Note(clock.Now_Ns(), slot));
@@ -112,8 +105,7 @@ TEST_F(Offline_Door, Each_Slot_Sounds_In_Its_Own_Pair) {
             EXPECT_EQ(peak > 0.0F, other == slot) << "note in " << slot << ", heard in " << other;
         }
     }
-    EXPECT_EQ(door.Slot_Peak(-1), 0.0F);
-    EXPECT_EQ(door.Slot_Peak(32), 0.0F);
+    EXPECT_EQ(door.Slot_Peak(-1) + door.Slot_Peak(32), 0.0F);
 }
 
 TEST_F(Offline_Door, Rows_Of_The_Player_Can_Be_Taken_Back) {
@@ -236,8 +228,7 @@ TEST_F(Offline_Door, The_Same_Messages_Give_The_Same_Samples) {
 
 TEST_F(Offline_Door, The_Tail_Ends_With_The_Last_Voice_Or_At_Its_Limit) {
     door.Post(Note(300 * MS));
-    door.Render_Tail(8.0,
-                     [this](std::span<const float> s) { samples.insert(samples.end(), s.begin(), s.end()); });
+    door.Render_Tail(8.0, keep);
     ASSERT_EQ(test::Onsets(samples).size(), 1U);
     EXPECT_LT(door.Frames_Rendered(), 44100);
     const std::int64_t before = door.Frames_Rendered();

@@ -3,6 +3,7 @@
 #include "platform/live_sound_door.h"
 #include "support/click_font.h"
 #include "support/onsets.h"
+#include "support/real_time.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -11,10 +12,11 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <spawn.h>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -23,6 +25,9 @@
 
 namespace tonvex {
 namespace {
+
+using test::Comes_True;
+using test::Wait_Ms;
 
 #if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
 constexpr bool SANITIZED = true;
@@ -59,7 +64,7 @@ public:
                 child = -1;
                 return;
             }
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            Wait_Ms(10);
         }
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
@@ -95,17 +100,6 @@ private:
     std::string before;
 };
 
-template <typename Condition>
-bool Comes_True(Condition condition, int seconds) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
-}
-
 struct Row {
     Device_Api api;
     const char* name;
@@ -128,17 +122,13 @@ protected:
             const std::string socket = (folder / "native").string();
             variables.push_back(std::make_unique<Set_Variable>("PULSE_SERVER", ("unix:" + socket).c_str()));
             variables.push_back(std::make_unique<Set_Variable>("XDG_RUNTIME_DIR", folder.Path().c_str()));
-            command = {"pulseaudio",
-                       "-n",
-                       "--daemonize=no",
-                       "--exit-idle-time=-1",
-                       "--use-pid-file=no",
-                       "--realtime=no",
-                       "--high-priority=no",
-                       "-L",
-                       "module-native-protocol-unix auth-anonymous=1 socket=" + socket,
-                       "-L",
-                       "module-null-sink sink_name=out1 rate=44100 channels=2 norewinds=1"};
+            std::istringstream words("pulseaudio -n --daemonize=no --exit-idle-time=-1 --use-pid-file=no "
+                                     "--realtime=no --high-priority=no");
+            command.assign(std::istream_iterator<std::string>(words), {});
+            for (const std::string& module :
+                 {"module-native-protocol-unix auth-anonymous=1 socket=" + socket,
+                  std::string("module-null-sink sink_name=out1 rate=44100 channels=2 norewinds=1")})
+                command.insert(command.end(), {"-L", module});
         }
         if (!server.Start(command))
             GTEST_SKIP() << command.front() << " is not installed";
@@ -183,13 +173,13 @@ TEST_P(Real_Server, Sounds_And_Runs_On_When_The_Server_Goes) {
     EXPECT_EQ(status.blockFrames, GetParam().block);
     Play_Click();
     EXPECT_TRUE(Clicks_Heard(1));
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    Wait_Ms(50);
 
     Play_Click(); // sounds while the server goes
     server.End();
     EXPECT_TRUE(Comes_True([this] { return door->Status().deviceLost; }, 5));
     EXPECT_TRUE(Clicks_Heard(2)) << "what was under way is not lost";
-    std::this_thread::sleep_for(std::chrono::milliseconds(50)); // or the clicks would run together
+    Wait_Ms(50); // or the clicks would run together
     Play_Click();
     EXPECT_TRUE(Clicks_Heard(3)) << "the quiet driver has taken over";
 

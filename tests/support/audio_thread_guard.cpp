@@ -49,15 +49,17 @@ void Count(const char* call) noexcept {
     }
 }
 
-/// The C library's own definition of a call that this file stands before.
-template <typename Function>
-Function* Real(std::atomic<void*>& known, const char* name) noexcept {
+/// Counts the call and hands it to the C library's own definition, which this file stands before.
+template <auto Function, typename... Arguments>
+auto Guarded(const char* name, Arguments... arguments) {
+    Count(name);
+    static std::atomic<void*> known{nullptr};
     void* found = known.load(std::memory_order_relaxed);
     if (found == nullptr) {
         found = dlsym(RTLD_NEXT, name);
         known.store(found, std::memory_order_relaxed);
     }
-    return reinterpret_cast<Function*>(found);
+    return reinterpret_cast<decltype(Function)>(found)(arguments...);
 }
 
 } // namespace
@@ -104,81 +106,55 @@ int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexce
 }
 
 int pthread_mutex_lock(pthread_mutex_t* mutex) noexcept {
-    Count("pthread_mutex_lock");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(pthread_mutex_t*)>(known, "pthread_mutex_lock")(mutex);
+    return Guarded<&pthread_mutex_lock>("pthread_mutex_lock", mutex);
 }
 
 int pthread_mutex_trylock(pthread_mutex_t* mutex) noexcept {
-    Count("pthread_mutex_trylock");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(pthread_mutex_t*)>(known, "pthread_mutex_trylock")(mutex);
+    return Guarded<&pthread_mutex_trylock>("pthread_mutex_trylock", mutex);
 }
 
 int pthread_cond_wait(pthread_cond_t* condition, pthread_mutex_t* mutex) {
-    Count("pthread_cond_wait");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(pthread_cond_t*, pthread_mutex_t*)>(known, "pthread_cond_wait")(condition, mutex);
+    return Guarded<&pthread_cond_wait>("pthread_cond_wait", condition, mutex);
 }
 
 int clock_nanosleep(clockid_t clock, int flags, const timespec* request, timespec* remain) {
-    Count("clock_nanosleep");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(clockid_t, int, const timespec*, timespec*)>(known, "clock_nanosleep")(clock, flags,
-                                                                                           request, remain);
+    return Guarded<&clock_nanosleep>("clock_nanosleep", clock, flags, request, remain);
 }
 
 int nanosleep(const timespec* request, timespec* remain) {
-    Count("nanosleep");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(const timespec*, timespec*)>(known, "nanosleep")(request, remain);
+    return Guarded<&nanosleep>("nanosleep", request, remain);
 }
 
 FILE* fopen(const char* path, const char* mode) {
-    Count("fopen");
-    static std::atomic<void*> known{nullptr};
-    return Real<FILE*(const char*, const char*)>(known, "fopen")(path, mode);
+    return Guarded<&fopen>("fopen", path, mode);
 }
 
 int open(const char* path, int flags, ...) {
-    Count("open");
     va_list arguments;
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    static std::atomic<void*> known{nullptr};
-    return Real<int(const char*, int, ...)>(known, "open")(path, flags, mode);
+    return Guarded<&open>("open", path, flags, mode);
 }
 
 ssize_t read(int file, void* bytes, std::size_t count) {
-    Count("read");
-    static std::atomic<void*> known{nullptr};
-    return Real<ssize_t(int, void*, std::size_t)>(known, "read")(file, bytes, count);
+    return Guarded<&read>("read", file, bytes, count);
 }
 
 ssize_t write(int file, const void* bytes, std::size_t count) {
-    Count("write");
-    static std::atomic<void*> known{nullptr};
-    return Real<ssize_t(int, const void*, std::size_t)>(known, "write")(file, bytes, count);
+    return Guarded<&write>("write", file, bytes, count);
 }
 
 std::size_t fwrite(const void* bytes, std::size_t size, std::size_t count, FILE* file) {
-    Count("fwrite");
-    static std::atomic<void*> known{nullptr};
-    return Real<std::size_t(const void*, std::size_t, std::size_t, FILE*)>(known, "fwrite")(bytes, size,
-                                                                                            count, file);
+    return Guarded<&fwrite>("fwrite", bytes, size, count, file);
 }
 
 int fputs(const char* text, FILE* file) {
-    Count("fputs");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(const char*, FILE*)>(known, "fputs")(text, file);
+    return Guarded<&fputs>("fputs", text, file);
 }
 
 int vfprintf(FILE* file, const char* format, va_list arguments) {
-    Count("vfprintf");
-    static std::atomic<void*> known{nullptr};
-    return Real<int(FILE*, const char*, va_list)>(known, "vfprintf")(file, format, arguments);
+    return Guarded<&vfprintf>("vfprintf", file, format, arguments);
 }
 
 int __vfprintf_chk(FILE* file, int, const char* format, va_list arguments) {
