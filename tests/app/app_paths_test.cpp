@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <optional>
 #include <vector>
 
 namespace tonvex {
@@ -84,45 +82,32 @@ TEST(AppPaths_Class_Test, Folders_Of_The_Desktop) {
     const std::string h = home.Path().string();
     struct Row {
         const char* name;
-        std::map<std::string, std::string> environment;
+        const char* variable; ///< with its value
         const char* userDirs;
         std::string Path_Macros::*field;
         std::string expected;
     };
+    using M = Path_Macros;
     const std::vector<Row> rows = {
-        {"config by default", {}, "", &Path_Macros::ApplicationData, h + "/.config"},
-        {"config told", {{"XDG_CONFIG_HOME", "/c"}}, "", &Path_Macros::ApplicationData, "/c"},
-        {"a relative folder is none",
-         {{"XDG_CONFIG_HOME", "c"}},
-         "",
-         &Path_Macros::ApplicationData,
-         h + "/.config"},
-        {"data by default", {}, "", &Path_Macros::LocalApplicationData, h + "/.local/share"},
-        {"cache by default", {}, "", &Path_Macros::Cache, h + "/.cache"},
-        {"common by default", {}, "", &Path_Macros::CommonApplicationData, "/usr/share"},
-        {"the first common one",
-         {{"XDG_DATA_DIRS", "/one:/two"}},
-         "",
-         &Path_Macros::CommonApplicationData,
-         "/one"},
-        {"no documents folder", {}, "", &Path_Macros::MyDocuments, h},
-        {"documents below home",
-         {},
-         "#x\nXDG_DOCUMENTS_DIR=\"$HOME/Papers\"\n",
-         &Path_Macros::MyDocuments,
-         h + "/Papers"},
-        {"documents elsewhere",
-         {},
-         "XDG_DOCUMENTS_DIR=\"/srv/papers\"",
-         &Path_Macros::MyDocuments,
-         "/srv/papers"},
-        {"a broken line", {}, "XDG_DOCUMENTS_DIR=\"", &Path_Macros::MyDocuments, h}};
+        {"config by default", "", "", &M::ApplicationData, h + "/.config"},
+        {"config told", "XDG_CONFIG_HOME=/c", "", &M::ApplicationData, "/c"},
+        {"a relative folder is none", "XDG_CONFIG_HOME=c", "", &M::ApplicationData, h + "/.config"},
+        {"data by default", "", "", &M::LocalApplicationData, h + "/.local/share"},
+        {"cache by default", "", "", &M::Cache, h + "/.cache"},
+        {"common by default", "", "", &M::CommonApplicationData, "/usr/share"},
+        {"the first common one", "XDG_DATA_DIRS=/one:/two", "", &M::CommonApplicationData, "/one"},
+        {"no documents folder", "", "", &M::MyDocuments, h},
+        {"documents below home", "", "#x\nXDG_DOCUMENTS_DIR=\"$HOME/Pap\"\n", &M::MyDocuments, h + "/Pap"},
+        {"documents elsewhere", "", "XDG_DOCUMENTS_DIR=\"/srv/papers\"", &M::MyDocuments, "/srv/papers"},
+        {"a broken line", "", "XDG_DOCUMENTS_DIR=\"", &M::MyDocuments, h}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         home.Write(".config/user-dirs.dirs", row.userDirs);
+        const std::string variable = row.variable;
         const Path_Macros macros = Path_Macros::From("/exe", [&](const std::string& name) {
-            const auto found = row.environment.find(name);
-            return name == "HOME" ? h : found == row.environment.end() ? std::string() : found->second;
+            return name == "HOME"                     ? h
+                   : variable.starts_with(name + "=") ? variable.substr(name.size() + 1)
+                                                      : "";
         });
         EXPECT_EQ(macros.*row.field, row.expected);
         EXPECT_EQ(macros.AppEXE, "/exe");

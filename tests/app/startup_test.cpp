@@ -154,20 +154,18 @@ TEST(Startup_Test, Installation_Is_Numbered_Once) {
 
 TEST(Startup_Test, Program_Files_Are_Looked_For_In_Order) {
     const Temp_Folder folder;
-    const fs::path exe = folder / "bin";
-    const fs::path source = folder / "src";
-    EXPECT_EQ(Find_Program_Files(exe, source).pathsFile, exe / "paths.cfg") << "nowhere";
-    folder.Write("src/paths.cfg", "");
-    folder.Write("src/chords.txt", "");
-    EXPECT_EQ(Find_Program_Files(exe, source).pathsFile, source / "paths.cfg");
-    EXPECT_EQ(Find_Program_Files(exe, source).dataFolder, source);
-    folder.Write("share/tonvex/paths.cfg", "");
-    folder.Write("share/tonvex/chords.txt", "");
-    EXPECT_EQ(Find_Program_Files(exe, source).pathsFile, folder / "share/tonvex/paths.cfg");
-    EXPECT_EQ(Find_Program_Files(exe, source).dataFolder, folder / "share/tonvex");
+    const auto found = [&folder] {
+        const Program_Files files = Find_Program_Files(folder / "bin", folder / "src");
+        return std::pair{files.pathsFile, files.dataFolder};
+    };
+    EXPECT_EQ(found().first, folder / "bin/paths.cfg") << "nowhere";
+    for (const char* place : {"src", "share/tonvex"}) {
+        folder.Write(std::string(place) + "/paths.cfg", "");
+        folder.Write(std::string(place) + "/chords.txt", "");
+        EXPECT_EQ(found(), std::pair(folder / place / "paths.cfg", folder / place));
+    }
     folder.Write("bin/paths.cfg", "");
-    EXPECT_EQ(Find_Program_Files(exe, source).pathsFile, exe / "paths.cfg");
-    EXPECT_EQ(Find_Program_Files(exe, source).dataFolder, folder / "share/tonvex") << "each by itself";
+    EXPECT_EQ(found(), std::pair(folder / "bin/paths.cfg", folder / "share/tonvex")) << "each by itself";
 }
 
 TEST(Stock_Data_Test, Changed_Files_Stay_And_Unchanged_Ones_Follow_The_Program) {
@@ -190,11 +188,11 @@ TEST(Stock_Data_Test, Changed_Files_Stay_And_Unchanged_Ones_Follow_The_Program) 
         folder.Write("stock/" + std::string(name), "two");
     result = Copy_Stock_Files(folders, manifest);
     EXPECT_TRUE(result.errors.empty());
-    const std::vector<std::pair<const char*, const char*>> expected = {{"same.txt", "two"},
-                                                                       {"deep/edited.txt", "edited"},
-                                                                       {"a b.txt", "one"},
-                                                                       {"own.txt", "mine"},
-                                                                       {"new.txt", "two"}};
+    const std::pair<const char*, const char*> expected[] = {{"same.txt", "two"},
+                                                            {"deep/edited.txt", "edited"},
+                                                            {"a b.txt", "one"},
+                                                            {"own.txt", "mine"},
+                                                            {"new.txt", "two"}};
     for (const auto& [name, text] : expected)
         EXPECT_EQ(Temp_Folder::Text_Of(folder / "user" / name), text) << name;
     EXPECT_EQ(result.updated, 1U);

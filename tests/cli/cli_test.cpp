@@ -138,13 +138,9 @@ TEST_F(Cli_Test, Perform_Writes_Song_Trace_And_Sound) {
 
 TEST_F(Cli_Test, The_Same_Files_On_Every_Run) {
     const std::string demo = std::string("'") + TONVEX_SOURCE_DATA + "/demo/morning_walk.keys.json'";
-    for (const char* n : {"1", "2"}) {
-        const std::string name = n;
-        ASSERT_EQ(Call("perform - " + demo + " s" + name + ".json --trace t" + name + ".jsonl --wav w" +
-                       name + ".wav")
-                      .status,
-                  0);
-    }
+    for (const char* words :
+         {" s1.json --trace t1.jsonl --wav w1.wav", " s2.json --trace t2.jsonl --wav w2.wav"})
+        ASSERT_EQ(Call("perform - " + demo + words).status, 0);
     EXPECT_EQ(Read("s1.json"), Read("s2.json"));
     EXPECT_EQ(Read("t1.jsonl"), Read("t2.jsonl"));
     EXPECT_TRUE(Read("w1.wav") == Read("w2.wav"));
@@ -153,29 +149,25 @@ TEST_F(Cli_Test, The_Same_Files_On_Every_Run) {
 
 TEST_F(Cli_Test, What_A_Script_May_Ask_For) {
     struct Case {
-        const char* name;
-        const char* script;
+        const char* fields;
+        const char* edges; ///< "<ms> <down> " each, of the Z key
         const char* notes; ///< start, note, length in ms of 80 beats a minute
     };
-    const Case cases[] = {
-        {"octave", R"({"end_ms": 300, "notes_octave": 5, "edges": [{"ms": 75, "key": 44, "down": true}]})",
-         "75 72 225\n"},
-        {"tuning", R"({"end_ms": 300, "tuning": 2, "edges": [{"ms": 75, "key": 44, "down": true}]})",
-         "75 50 225\n"},
-        {"position", R"({"end_ms": 300, "position": 2, "edges": [{"ms": 75, "key": 44, "down": true}]})",
-         "1575 48 225\n"},
-        {"speed", R"({"end_ms": 300, "speed": 50, "edges": [{"ms": 100, "key": 44, "down": true}]})",
-         "50 48 100\n"},
-        {"wait_for_key",
-         R"({"end_ms": 900, "wait_for_key": true, "edges": [{"ms": 600, "key": 44, "down": true}]})",
-         "0 48 300\n"},
-        {"edges out of order, two at one moment",
-         R"({"end_ms": 900, "edges": [{"ms": 450, "key": 44, "down": false}, {"ms": 150, "key": 44, "down": true},
-             {"ms": 450, "key": 44, "down": true}]})",
-         "150 48 300\n450 48 450\n"}};
+    const Case cases[] = {{R"("end_ms": 300, "notes_octave": 5)", "75 1", "75 72 225\n"},
+                          {R"("end_ms": 300, "tuning": 2)", "75 1", "75 50 225\n"},
+                          {R"("end_ms": 300, "position": 2)", "75 1", "1575 48 225\n"},
+                          {R"("end_ms": 300, "speed": 50)", "100 1", "50 48 100\n"},
+                          {R"("end_ms": 900, "wait_for_key": true)", "600 1", "0 48 300\n"},
+                          // out of order, two at one moment
+                          {R"("end_ms": 900)", "450 0 150 1 450 1", "150 48 300\n450 48 450\n"}};
     for (const Case& item : cases) {
-        SCOPED_TRACE(item.name);
-        Write("keys.json", item.script);
+        SCOPED_TRACE(item.fields);
+        json script = json::parse("{" + std::string(item.fields) + "}");
+        std::istringstream edges(item.edges);
+        int down = 0;
+        for (int ms = 0; edges >> ms >> down;)
+            script["edges"].push_back({{"ms", ms}, {"key", 44}, {"down", down != 0}});
+        Write("keys.json", script.dump());
         const Run_Result run = Call("perform - keys.json song.json");
         ASSERT_EQ(run.status, 0) << run.err;
         const json song = json::parse(Read("song.json"));

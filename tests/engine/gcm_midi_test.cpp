@@ -96,17 +96,6 @@ TEST_F(GCM_Midi_Test, While_The_Engine_Runs_Only_Live_Notes_Go_Out) {
     EXPECT_EQ(Sent(), (Words{"on 3:62@90", "on 3:63@90", "off 3:62"}));
 }
 
-TEST_F(GCM_Midi_Test, Overlapping_Stored_Notes_End_Once) {
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    gcm.GCM_PlayNoteOn(lead, 60, 90, false);
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    EXPECT_EQ(gcm.Note_Count(lead, 60), 1);
-    EXPECT_EQ(Sent(), (Words{"on 3:60@80", "on 3:60@90"}));
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false); // nothing is left to end
-    EXPECT_EQ(Sent(), (Words{"off 3:60"}));
-}
-
 TEST_F(GCM_Midi_Test, Two_Rows_On_A_Slot_Do_Not_Cut_Each_Other_Off) {
     gcm.GCM_PlayNoteOn(lead, 60, 80, false);
     gcm.GCM_PlayNoteOn(second, 60, 70, false);
@@ -134,13 +123,6 @@ TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
     channels.Delete_Channel(1);
     gcm.GCM_PlayNoteOff(lead, 64, 100, false);
     EXPECT_EQ(Sent(), (Words{"on 6:64@80", "off 6:64"}));
-}
-
-TEST_F(GCM_Midi_Test, Cleared_Counts_Start_Afresh) {
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    gcm.Clear_Note_Counts();
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    EXPECT_EQ(Sent(), (Words{"on 3:60@80"}));
 }
 
 TEST_F(GCM_Midi_Test, Rows_And_Notes_That_Do_Not_Exist_Are_Passed_Over) {

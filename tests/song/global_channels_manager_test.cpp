@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace tonvex {
@@ -40,11 +41,8 @@ TEST_F(Channel_Table, New_Channels_Take_Defaults_And_The_Lowest_Free_Places) {
     EXPECT_EQ(first, FIRST_ID);
     EXPECT_EQ(second, FIRST_ID + 2);
     const GlobalChannel& row = Row(first);
-    EXPECT_EQ(row.Volume, 80);
-    EXPECT_EQ(row.Pan, 64);
-    EXPECT_EQ(row.PatchI, 0);
-    EXPECT_EQ(row.PatchByte1, 2);
-    EXPECT_EQ(row.OutputChannel, 0);
+    EXPECT_EQ(std::tuple(row.Volume, row.Pan, row.PatchI, row.PatchByte1, row.OutputChannel),
+              std::tuple(80, 64, 0, 2, 0));
     EXPECT_EQ(Row(second).OutputChannel, 1);
     EXPECT_EQ(Row(audio).OutputChannel, 255);
     EXPECT_EQ(Row(audio).AudioOutput, 0);
@@ -170,24 +168,19 @@ TEST_F(Channel_Table, Maps_Come_And_Go_With_Channels) {
 }
 
 TEST_F(Channel_Table, Mute_Wins_Over_Solo) {
-    struct Case {
-        bool muteA, soloA, muteB, soloB, silentA, silentB;
-    };
-    const Case cases[] = {
-        {false, false, false, false, false, false}, {true, false, false, false, true, false},
-        {false, true, false, false, false, true},   {true, true, false, false, true, true},
-        {false, true, false, true, false, false},   {false, true, true, true, false, true}};
+    // mute and solo of A and of B, then whether each is silent
+    const char* const cases[] = {"---- --", "m--- s-", "-s-- -s", "ms-- ss", "-s-s --", "-sms -s"};
     const std::int32_t a = Add();
     const std::int32_t b = Add();
     const int rowA = table.ChannelI(a);
     const int rowB = table.ChannelI(b);
-    for (const Case& c : cases) {
-        EXPECT_EQ(table.Set_Mute(a, c.muteA), c.muteA);
-        EXPECT_EQ(table.Set_Solo(a, c.soloA), c.soloA);
-        table.Set_Mute(b, c.muteB);
-        table.Set_Solo(b, c.soloB);
-        EXPECT_EQ(table.Effective_Mute(rowA), c.silentA) << (&c - cases);
-        EXPECT_EQ(table.Effective_Mute(rowB), c.silentB) << (&c - cases);
+    for (const char* c : cases) {
+        EXPECT_EQ(table.Set_Mute(a, c[0] == 'm'), c[0] == 'm');
+        EXPECT_EQ(table.Set_Solo(a, c[1] == 's'), c[1] == 's');
+        table.Set_Mute(b, c[2] == 'm');
+        table.Set_Solo(b, c[3] == 's');
+        EXPECT_EQ(table.Effective_Mute(rowA), c[5] == 's') << c;
+        EXPECT_EQ(table.Effective_Mute(rowB), c[6] == 's') << c;
         EXPECT_FALSE(table.Effective_Mute(GlobalChannelsManager::PRACTICE_ROW));
     }
     EXPECT_TRUE(table.Set_Solo(a, false, true) != table.Set_Solo(a, false, true)) << "toggled twice";
@@ -226,10 +219,8 @@ TEST_F(Channel_Table, Unknown_Channels_Change_Nothing) {
         EXPECT_FALSE(table.Set_Solo(other, true));
     }
     EXPECT_EQ(table.Count_Channels(), 1);
-    EXPECT_EQ(Row(id).Volume, 127);
-    EXPECT_EQ(Row(id).Pan, 64);
+    EXPECT_EQ(std::tuple(Row(id).Volume, Row(id).Pan, Row(id).OutputChannel), std::tuple(127, 64, 5));
     EXPECT_EQ(Row(id).ChannelName, "Only");
-    EXPECT_EQ(Row(id).OutputChannel, 5);
     for (std::size_t row = 1; row < table.Channels.size(); ++row)
         EXPECT_FALSE(Is_On(table.Channels[row].InUse)) << row;
 }

@@ -64,13 +64,6 @@ TEST(Notes, NamesInFourNotations) {
     EXPECT_EQ(notes.ChordTypeByName("min"), -1);
 }
 
-TEST(Notes, TuningGivesTheOpenStrings) {
-    const NotesStuff notes;
-    EXPECT_EQ(notes.OpenNotes, (Frets{0, 64, 59, 55, 50, 45, 40}));
-    EXPECT_EQ(notes.BassOpenNotes, (std::array<int, 5>{0, 43, 38, 33, 28}));
-    EXPECT_EQ(notes.BassTuning, (std::array<int, 5>{0, 10, 5, 0, 7}));
-}
-
 TEST(Notes, FillPianoChords) {
     NotesStuff notes;
     struct Case {
