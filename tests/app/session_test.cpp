@@ -118,6 +118,12 @@ TEST(Session_Test, Ends_In_Order) {
     EXPECT_NE(full.dialogs.shown[0].text.find("settings could not be saved"), std::string::npos);
 }
 
+TEST(Session_Test, Own_Default_Layout_Comes_First) {
+    Test_Session test;
+    fs::copy(test.folder / "config/keyboard/Tonvex default.dat", test.folder / "config/keyboard/default.dat");
+    EXPECT_EQ(test.Load().layout->KeyboardFileName, "default");
+}
+
 TEST(Session_Test, Input_Source) {
     Test_Session test;
     test.midi.inputs = {{"Keys", 4}};

@@ -314,7 +314,6 @@ TEST(StockLayouts, ShipAsTheyAreMade) {
         EXPECT_EQ(As_Bytes(shipped), Write_Layout(stock.tables)) << stock.name << ": run make_layouts";
         bed.folder.Write("keyboard/" + stock.name + ".dat", shipped);
     }
-    auto& layout = bed.layout;
     layout.LoadKeyboardSettings("Tonvex default", 80.0);
     EXPECT_EQ(bed.Sounds({44, 31, 50, 53}), (std::vector<int>{48, 49, 59, 64})) << "Z S M /";
     std::string digits;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "support/real_time.h"
+
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace tonvex {
@@ -16,9 +16,7 @@ inline void Check(bool good, const std::string& what) {
     failed += good ? 0 : 1;
 }
 
-inline void Wait_Ms(int ms) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-}
+using test::Wait_Ms;
 
 /// The value that the share of all values stays below; 0 where there are none.
 inline double Percentile(std::vector<double> values, double share) {

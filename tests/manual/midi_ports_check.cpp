@@ -6,26 +6,22 @@
 #include "manual/check.h"
 #include "platform/millisecond_counter.h"
 #include "platform/rtmidi_ports.h"
+#include "support/child_process.h"
 
 #include <RtMidi.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <string>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
 #include <vector>
 
 using namespace tonvex;
 
 namespace {
+
+using test::Comes_True;
 
 const Monotonic_Counter counter;
 
@@ -33,43 +29,12 @@ double Now_Ms() {
     return static_cast<double>(counter.Now_Ns()) / 1e6;
 }
 
-bool Wait_Until(const std::function<bool()>& condition, int limitMs = 5000) {
-    const double end = Now_Ms() + limitMs;
-    while (Now_Ms() < end) {
-        if (condition())
-            return true;
-        Wait_Ms(1);
-    }
-    return condition();
-}
-
-/// A jackd with the dummy driver; SERVER is in JACK_DEFAULT_SERVER.
-class Server {
-public:
+/// A jackd with the dummy driver; its name is in JACK_DEFAULT_SERVER.
+struct Server : test::Child_Process {
     Server() {
-        pid = fork();
-        if (pid == 0) {
-            const int nowhere = open("/dev/null", O_WRONLY);
-            dup2(nowhere, 1);
-            dup2(nowhere, 2);
-            execlp("jackd", "jackd", "-n", std::getenv("JACK_DEFAULT_SERVER"), "--no-realtime", "-d", "dummy",
-                   "-r", "44100", "-p", "1024", nullptr);
-            _exit(127);
-        }
+        Start({"jackd", "-n", std::getenv("JACK_DEFAULT_SERVER"), "--no-realtime", "-d", "dummy", "-r",
+               "44100", "-p", "1024"});
     }
-    ~Server() { End(SIGTERM); }
-    Server(const Server&) = delete;
-    Server& operator=(const Server&) = delete;
-    void End(int signal) {
-        if (pid > 0) {
-            kill(pid, signal);
-            waitpid(pid, nullptr, 0);
-        }
-        pid = -1;
-    }
-
-private:
-    pid_t pid = -1;
 };
 
 std::int32_t Id_Of(const std::vector<Midi_Port>& ports, const std::string& name) {
@@ -98,7 +63,7 @@ struct Other_Program {
 int Received_In_Order(RtMidiIn& sink, int expected) {
     int next = 0;
     std::vector<unsigned char> bytes;
-    Wait_Until(
+    Comes_True(
         [&] {
             while (true) {
                 sink.getMessage(&bytes);
@@ -108,7 +73,7 @@ int Received_In_Order(RtMidiIn& sink, int expected) {
                     ++next;
             }
         },
-        3000);
+        3);
     return next;
 }
 
@@ -124,7 +89,7 @@ void Check_Short_Notes(RtMidi_Ports& ports, Other_Program& other) {
     }
     int edges = 0;
     bool inOrder = true;
-    Wait_Until([&] {
+    Comes_True([&] {
         for (Key_Edge edge = midiIn.MidiIn_GetNextEvent(); edge.Key >= 0;
              edge = midiIn.MidiIn_GetNextEvent()) {
             inOrder = inOrder && edge.Key == 256 + (edges / 2) % 128 && edge.Action == edges % 2;
@@ -143,7 +108,7 @@ void Check_Bursts(RtMidi_Ports& ports, Other_Program& other) {
     for (int i = 0; i < 2000; ++i)
         other.Send(0x90, i % 128, i / 128);
     int next = 0;
-    Wait_Until([&] {
+    Comes_True([&] {
         Midi_In_Message message;
         while (ports.Take_Input(message))
             if (message.data1 + 128 * message.data2 == next)
@@ -200,7 +165,7 @@ void Check_Virtual_Ports(RtMidi_Ports& ports) {
     const double sent = Now_Ms();
     out.sendMessage(bytes, 3);
     Midi_In_Message message;
-    const bool came = Wait_Until([&] { return ports.Take_Input(message); });
+    const bool came = Comes_True([&] { return ports.Take_Input(message); });
     Check(came && message.data1 == 64 && message.data2 == 99 && message.status == 0x91,
           "a note comes in by the virtual port, stamped " +
               std::to_string(static_cast<double>(message.arrivedNs) / 1e6 - sent) + " ms after sending");
@@ -215,7 +180,7 @@ void Check_Loss(RtMidi_Ports& ports, std::unique_ptr<Server>& server, std::uniqu
     ports.Ports_Changed();
     server->End(SIGKILL);
     const double killed = Now_Ms();
-    Wait_Until([&] { return ports.Ports_Changed(); });
+    Comes_True([&] { return ports.Ports_Changed(); });
     const double noticed = Now_Ms() - killed;
     Check(ports.Input_Ports().empty() && !ports.Input_Alive() && !ports.Output_Alive(),
           "the server's death shows after " + std::to_string(noticed) + " ms");
@@ -230,10 +195,10 @@ void Check_Loss(RtMidi_Ports& ports, std::unique_ptr<Server>& server, std::uniqu
     Check(Now_Ms() - start < 100, "closing takes " + std::to_string(Now_Ms() - start) + " ms");
     other.reset();
     server = std::make_unique<Server>();
-    Wait_Until([&] { return ports.Ports_Changed(); });
+    Comes_True([&] { return ports.Ports_Changed(); });
     Wait_Ms(200);
     other = std::make_unique<Other_Program>();
-    Check(Wait_Until([&] { return Id_Of(ports.Input_Ports(), "Other:keys") != -1; }),
+    Check(Comes_True([&] { return Id_Of(ports.Input_Ports(), "Other:keys") != -1; }),
           "the new server's ports show");
     Check_Short_Notes(ports, *other);
 }
@@ -249,9 +214,9 @@ int main() {
     Check(none, "no server, no port; the look took " + std::to_string(Now_Ms() - start) + " ms");
     Check(ports.Open_Input(5) == Midi_Result::BadDevice, "a port that is not there does not open");
     auto server = std::make_unique<Server>();
-    Check(Wait_Until([&] { return ports.Ports_Changed(); }), "a server that comes up is noticed");
+    Check(Comes_True([&] { return ports.Ports_Changed(); }), "a server that comes up is noticed");
     auto other = std::make_unique<Other_Program>();
-    Check(Wait_Until([&] { return ports.Ports_Changed(); }), "a program that brings ports is noticed");
+    Check(Comes_True([&] { return ports.Ports_Changed(); }), "a program that brings ports is noticed");
     const double looks = Now_Ms();
     for (int i = 0; i < 100; ++i)
         ports.Ports_Changed();

@@ -1,6 +1,7 @@
 #include "platform/rtaudio_driver.h"
 
 #include "platform/live_sound_door.h"
+#include "support/child_process.h"
 #include "support/click_font.h"
 #include "support/onsets.h"
 #include "support/real_time.h"
@@ -9,14 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <iterator>
-#include <spawn.h>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
@@ -34,47 +31,6 @@ constexpr bool SANITIZED = true;
 #else
 constexpr bool SANITIZED = false;
 #endif
-
-/// A child process, ended with this object.
-class Server {
-public:
-    bool Start(std::vector<std::string> words) {
-        std::vector<char*> arguments;
-        arguments.reserve(words.size() + 1);
-        for (std::string& word : words)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        for (const int file : {STDOUT_FILENO, STDERR_FILENO})
-            posix_spawn_file_actions_addopen(&actions, file, "/dev/null", O_WRONLY, 0);
-        const int failed = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
-        posix_spawn_file_actions_destroy(&actions);
-        if (failed != 0)
-            child = -1;
-        return failed == 0;
-    }
-    /// A JACK server must take its name out of a registry that has room for eight, so it is asked to end.
-    void End() {
-        if (child <= 0)
-            return;
-        kill(child, SIGTERM);
-        for (int tries = 0; tries < 200; ++tries) {
-            if (waitpid(child, nullptr, WNOHANG) == child) {
-                child = -1;
-                return;
-            }
-            Wait_Ms(10);
-        }
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        child = -1;
-    }
-    ~Server() { End(); }
-
-private:
-    pid_t child = -1;
-};
 
 /// A variable of the environment, as it was before again at the end.
 class Set_Variable {
@@ -160,7 +116,7 @@ protected:
 
     Temp_Folder folder;
     std::vector<std::unique_ptr<Set_Variable>> variables;
-    Server server;
+    test::Child_Process server;
     Monotonic_Counter clock;
     std::unique_ptr<Live_Sound_Door> door;
 };

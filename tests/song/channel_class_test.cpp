@@ -85,10 +85,9 @@ TEST_F(Channel_Class, Starts_Empty) {
         EXPECT_EQ(store.GetEvent_Length(row), 0.0) << row;
     }
     EXPECT_EQ(store.AddNewEvent(0.0, Note(60)), FIRST_ID);
-    const std::int32_t row = store.GetEvent_I(FIRST_ID);
-    EXPECT_TRUE(store.DeleteEvent(FIRST_ID));
-    EXPECT_FALSE(store.DeleteEvent(store.AddNewEvent(1.0, Note(61)) + 1, row))
-        << "another's row hides nothing";
+    const std::int32_t freed = store.GetEvent_I(store.AddNewEvent(1.0, Note(61)));
+    EXPECT_TRUE(store.DeleteEvent(FIRST_ID + 1));
+    EXPECT_FALSE(store.DeleteEvent(FIRST_ID, freed)) << "a row that is free hides the ID";
 }
 
 TEST_F(Channel_Class, Equal_Times_Keep_The_Order_Of_Arrival_On_Every_Road) {

@@ -92,6 +92,7 @@ TEST(Notes, FillPianoChords) {
 
 TEST(Notes, FillGuitarChords) {
     NotesStuff notes;
+    EXPECT_EQ(notes.BassOpenNotes, (std::array<int, 5>{0, 43, 38, 33, 28}));
     ASSERT_TRUE(
         notes.Parse_Chords("- Major\n-- NULL\nC x32010 032010\nG 320003 210003\n- Fives\n-- 5\nA5 502xxx\n"));
     EXPECT_EQ(Used_Notes(Filled(notes, 0, 0, 3, true)), (Notes{48, 52, 55, 60, 64}));
