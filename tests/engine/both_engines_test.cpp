@@ -129,7 +129,7 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              chord.StepMs = 120;
              chord.PatternNoteCount = 3;
              chord.PatternNotes = {1, 2, 3};
-             chord.ChordFlagB = FLAG_ON;
+             chord.ChordFlagB = 1;
              chord.Length = 0.77;
              rig.channels.Store(0).AddNewEvent(0.5, chord);
              chord.Length = 0.1;
