@@ -125,6 +125,13 @@ TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
     EXPECT_EQ(Sent(), (Words{"on 6:64@80", "off 6:64"}));
 }
 
+TEST_F(GCM_Midi_Test, Cleared_Counts_Start_Afresh) {
+    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
+    gcm.Clear_Note_Counts();
+    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
+    EXPECT_EQ(Sent(), (Words{"on 3:60@80"}));
+}
+
 TEST_F(GCM_Midi_Test, Rows_And_Notes_That_Do_Not_Exist_Are_Passed_Over) {
     for (const int row : {-1, clips, clips + 1, 101, 109, 110, 100000}) {
         gcm.GCM_NoteOn(row, 60, 90, false);
