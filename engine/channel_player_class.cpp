@@ -200,7 +200,8 @@ void CHannelPlayerClass::Restore_Heap() {
 }
 
 CHannelPlayerClass::Moment CHannelPlayerClass::Next_Moment() const noexcept {
-    if (renderer != nullptr)
+    // With the player library on, only the channel on show is walked, for its notes to be seen.
+    if (renderer != nullptr && !output.Views(channelRow))
         return {NEVER, true};
     const Moment start{NextEventI < 0 ? NEVER : Moment_At(nextStart + TimeOffset), true};
     if (activeEvents.empty())
@@ -231,7 +232,7 @@ void CHannelPlayerClass::Start_Next_Event() {
             Start_Note(*event);
         else if (event->Kind == EV_QCHORD && event->QChord != nullptr)
             Start_Chord(*event);
-        else if (event->Kind == EV_PATCH)
+        else if (event->Kind == EV_PATCH && renderer == nullptr)
             output.GCM_SetChannelPatch(channelRow, event->DataRef);
     }
     Set_Next(store->Get_NextEventI(NextEventI));

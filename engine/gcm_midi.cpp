@@ -73,7 +73,10 @@ void GCM_Midi::Count_Live(int note, int change) {
 
 void GCM_Midi::GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live, std::int64_t dueNs) {
     const int slot = Slot_Of(channelRow);
-    if (slot < 0 || !Is_Note(note) || Dropped(live))
+    if (slot < 0 || !Is_Note(note))
+        return;
+    Show_Note(channelRow, note);
+    if (Dropped(live))
         return;
     std::int32_t& count = ChannelNoteCount[Index(channelRow)][Index(note)];
     std::uint8_t& heldOn = noteSlot[Index(channelRow)][Index(note)];
@@ -89,11 +92,12 @@ void GCM_Midi::GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
     ++count;
     ++slotNoteCount[Index(slot)][Index(note)];
     output.Midi_NoteOn(slot, note, velocity, dueNs);
-    if (Viewed(channelRow))
-        viewer->On_Note_Shown(note);
 }
 
 void GCM_Midi::GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live, std::int64_t dueNs) {
+    if (!Is_Note(note))
+        return;
+    Hide_Note(channelRow, note);
     // No test of the row: a channel deleted while it sounds still gets its notes ended.
     if (Note_Count(channelRow, note) == 0 || Dropped(live))
         return;
@@ -102,8 +106,20 @@ void GCM_Midi::GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live
     const bool held = slot == transport.LiveSlot && transport.LiveNotes[Index(note)] > 0;
     if (--slotNoteCount[Index(slot)][Index(note)] == 0 && !held)
         output.Midi_NoteOff(slot, note, velocity, dueNs);
-    if (Viewed(channelRow))
-        viewer->On_Note_Hidden(note);
+}
+
+void GCM_Midi::Show_Note(int channelRow, int note) {
+    if (!Views(channelRow))
+        return;
+    ++shownNotes[Index(note)];
+    viewer->On_Note_Shown(note);
+}
+
+void GCM_Midi::Hide_Note(int channelRow, int note) {
+    if (!Views(channelRow) || shownNotes[Index(note)] == 0)
+        return;
+    --shownNotes[Index(note)];
+    viewer->On_Note_Hidden(note);
 }
 
 void GCM_Midi::Send_Patch(int slot, int patchRow) {
@@ -203,6 +219,7 @@ void GCM_Midi::Clear_Note_Counts() {
         row.fill(0);
     for (auto& slot : slotNoteCount)
         slot.fill(0);
+    shownNotes.fill(0);
 }
 
 int GCM_Midi::Note_Count(int channelRow, int note) const {

@@ -66,6 +66,8 @@ public:
 
     int ViewChannelRow = -1;              ///< the channel shown on the record piano
     Transport_Observer* viewer = nullptr; ///< hears the notes of ViewChannelRow; may be null
+    /// Notes of this row's player path are shown, those that the player library sounds too.
+    bool Views(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
 
     /// A patch reference as four bytes: flag, bank, patch low, patch high.
     static std::uint32_t GCM_PackPatch(std::int16_t patch, std::uint8_t bank, std::uint8_t flag) noexcept;
@@ -86,7 +88,8 @@ private:
     void Count_Live(int note, int change);
     bool Stored_Holds(int slot, int note) const;
     bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
-    bool Viewed(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
+    void Show_Note(int channelRow, int note);
+    void Hide_Note(int channelRow, int note);
 
     midiapi& output;
     GlobalChannelsManager& channels;
@@ -94,6 +97,7 @@ private:
     std::array<std::array<std::int32_t, NOTES>, ROWS> ChannelNoteCount{};
     std::array<std::array<std::uint8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
     std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};
+    std::array<std::int32_t, NOTES> shownNotes{};
     std::array<int, OUTPUT_SLOTS> lastPatch{};
     std::array<int, OUTPUT_SLOTS> lastPan{};
     std::array<int, OUTPUT_SLOTS> lastVolume{};
