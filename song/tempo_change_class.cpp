@@ -126,9 +126,8 @@ void TempoChangeClass::Clear() {
 
 std::int32_t Tempo_At(double beats, const TempoChangeClass& tempoChanges, std::int32_t baseTempo) {
     const std::vector<TempoChange>& changes = tempoChanges.In_Time_Order();
-    const auto behind =
-        std::partition_point(changes.begin(), changes.end(),
-                             [beats](const TempoChange& change) { return change.BeatN <= beats; });
+    const auto behind = std::partition_point(
+        changes.begin(), changes.end(), [beats](const TempoChange& change) { return change.BeatN <= beats; });
     return behind == changes.begin() ? baseTempo : std::prev(behind)->Tempo;
 }
 
