@@ -52,11 +52,11 @@ void Distortion::Filter::Pass(float in, float frequency, float damping, float& l
     second = frequency * band + low;
 }
 
-float Distortion::Side::Pass(float in, const Distortion& owner, float drive) noexcept {
+float Distortion::Side::Pass(float in, const Distortion& owner, float factor) noexcept {
     float low = 0.0F;
     float band = 0.0F;
     before.Pass(in, owner.lowpass.Now(), BUTTERWORTH, low, band);
-    const double x = static_cast<double>(low) * static_cast<double>(drive);
+    const double x = static_cast<double>(low) * static_cast<double>(factor);
     const double integralNow = Log_Cosh(x);
     const double way = x - driven;
     const double shaped =

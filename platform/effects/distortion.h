@@ -24,7 +24,7 @@ private:
         float second = 0.0F;
     };
     struct Side {
-        float Pass(float in, const Distortion& owner, float drive) noexcept;
+        float Pass(float in, const Distortion& owner, float factor) noexcept;
         Filter before;
         Filter behind;
         double driven = 0.0; ///< the frame before, and the integral there

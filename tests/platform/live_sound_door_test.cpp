@@ -180,7 +180,8 @@ TEST_F(Live_Door, The_Audio_Thread_Neither_Allocates_Nor_Locks_Nor_Touches_Files
     std::string error;
     ASSERT_TRUE(door->Open({30, 6}, error)) << error;
     Exercise(*door, folder, plugged, 2000);
-    EXPECT_GT(door->Status().cpuPercent, 0.0);
+    // The figure begins anew on the driver that took over.
+    EXPECT_TRUE(Comes_True([&] { return door->Status().cpuPercent > 0.0; }));
     door->Close();
     EXPECT_EQ(guard.Violations(), 0) << guard.First_Violation();
 }
