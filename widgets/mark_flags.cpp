@@ -13,9 +13,10 @@ QColor Mark_Colour(const Theme_Tokens& tokens, const Mark& mark, int row) {
             static_cast<int>((bits >> 16U) & 255U)};
 }
 
-QColor Text_On(const Theme_Tokens& tokens, const QColor& ground) {
-    return Contrast_Ratio(tokens.ebony, ground) >= Contrast_Ratio(tokens.ivory, ground) ? tokens.ebony
-                                                                                        : tokens.ivory;
+QColor Text_On(const QColor& ground) {
+    const QColor black(Qt::black);
+    const QColor white(Qt::white);
+    return Contrast_Ratio(black, ground) >= Contrast_Ratio(white, ground) ? black : white;
 }
 
 std::vector<QRectF> Flag_Boxes(std::span<const Mark_Flag> flags, double top, double height, double air,

@@ -19,8 +19,9 @@ struct Mark_Flag {
 
 /// Colour of a mark: its own (red in the low byte), or, where it never got one, that of its row.
 QColor Mark_Colour(const Theme_Tokens& tokens, const Mark& mark, int row);
-/// The colour of a text on any ground: of the two that a palette has for this, the one that stands out more.
-QColor Text_On(const Theme_Tokens& tokens, const QColor& ground);
+/// The colour of a text on any ground: black or white, whichever stands out more. One of them always has a
+/// contrast of 4.58 to 1 at least.
+QColor Text_On(const QColor& ground);
 
 /// The flags' boxes between top and top + height, in the order given, which is that of x: as wide as the text
 /// and its air, but not over the next flag, though never narrower than leastWidth.

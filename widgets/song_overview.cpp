@@ -234,7 +234,7 @@ void Song_Overview::Draw_Flags(QPainter& painter, const Overview_Scale& scale) {
             painter.drawRect(
                 QRectF(box.left(), box.bottom(), scale.X_Of(mark.MarkEnd) - box.left(), theme.Px(2)));
         const int room = static_cast<int>(box.width()) - 2 * theme.Px(6) + 1;
-        painter.setPen(Text_On(theme.Tokens(), colour));
+        painter.setPen(Text_On(colour));
         if (room > 0)
             painter.drawText(box, Qt::AlignCenter,
                              metrics.elidedText(QString::fromStdString(mark.MarkName), Qt::ElideRight, room));
