@@ -137,6 +137,18 @@ TEST(ChordRoads, A_Late_Round_Gives_Every_Step_Its_Own_Moment) {
     EXPECT_EQ(ons, expected);
 }
 
+TEST(ChordRoads, A_Stored_Chord_Leaves_Out_What_The_Performer_Holds) {
+    Chord_Rig rig;
+    QChordData stored = rig.layout.KeyQChordTable[ONE];
+    stored.ChordNotes = {48, 52, 55};
+    stored.Length = 0.2;
+    rig.channels.Store(0).AddNewEvent(0.2, stored);
+    rig.Script({{100, Transport_Rig::Z, true}, {600, Transport_Rig::Z, false}});
+    ASSERT_TRUE(rig.Record(700));
+    EXPECT_EQ(rig.Trace(), "100 On 0 48 102\n200 On 0 52 80\n200 On 0 55 80\n400 Off 0 52 100\n"
+                           "400 Off 0 55 100\n600 Off 0 48 100\n700 AllOff\n");
+}
+
 TEST(ChordRoads, Practice_Sounds_And_Shows_A_Chord_And_Keeps_Nothing) {
     struct Piano : Transport_Observer {
         std::string seen;
