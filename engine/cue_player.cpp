@@ -284,7 +284,15 @@ void Cue_Player::Settle(std::int64_t untilNs) {
 }
 
 bool Cue_Player::At_End() const {
-    return inFlight.empty() && Next_List() == NO_LIST;
+    // The end of a note that began before the start of the run is nothing to wait for.
+    const auto isOver = [](const List& list) {
+        const auto left = list.rows->Items().subspan(list.next);
+        return std::all_of(left.begin(), left.end(), [&list](const Cue_List::Item& item) {
+            return item.kind == Cue_List::Kind::Off &&
+                   list.sounding[static_cast<std::size_t>(item.note)] == 0;
+        });
+    };
+    return inFlight.empty() && std::all_of(lists.begin(), lists.end(), isOver);
 }
 
 /// Once between two calls of Advance: from cutNs on everything is as if it had not been walked.
