@@ -79,6 +79,17 @@ void CHannelPlayerClass::SetTimePos(double time) {
     const std::int32_t patchRow = Patch_Before(time - TimeOffset);
     if (patchRow >= 0)
         output.GCM_SetChannelPatch(channelRow, patchRow);
+    Resume_Chords(time - TimeOffset);
+}
+
+void CHannelPlayerClass::Resume_Chords(double position) {
+    for (auto eventI = store->FirstEvent(); eventI >= 0 && eventI != NextEventI;
+         eventI = store->Get_NextEventI(eventI)) {
+        const auto event = store->ReadEvent(eventI);
+        if (event && event->Kind == EV_QCHORD && event->QChord != nullptr &&
+            event->StartTime + event->QChord->Length > position)
+            Start_Chord(*event, position);
+    }
 }
 
 std::int32_t CHannelPlayerClass::Patch_Before(double position) {
@@ -231,7 +242,7 @@ void CHannelPlayerClass::Start_Next_Event() {
         if (event->Kind == EV_NOTE && event->Note != nullptr)
             Start_Note(*event);
         else if (event->Kind == EV_QCHORD && event->QChord != nullptr)
-            Start_Chord(*event);
+            Start_Chord(*event, event->StartTime);
         else if (event->Kind == EV_PATCH && renderer == nullptr)
             output.GCM_SetChannelPatch(channelRow, event->DataRef);
     }
@@ -245,6 +256,8 @@ int CHannelPlayerClass::Velocity(std::uint8_t volume) const {
 }
 
 void CHannelPlayerClass::Add_Active(ActiveEventRow row) {
+    if (row.chord != nullptr && row.chord->QChord.Is_Over())
+        return;
     row.Find_Next();
     activeEvents.push_back(std::move(row));
     std::push_heap(activeEvents.begin(), activeEvents.end());
@@ -259,14 +272,22 @@ void CHannelPlayerClass::Start_Note(const ChannelClass::Event_View& event) {
     Add_Active({event.StartTime + note.Length, nextOrder++, note.Length, event.EventID, note.Note, nullptr});
 }
 
-/// Its first notes are a step like the others, and due at once.
-void CHannelPlayerClass::Start_Chord(const ChannelClass::Event_View& event) {
+/// Its first notes are a step like the others, and due at once. Steps before from are passed over.
+void CHannelPlayerClass::Start_Chord(const ChannelClass::Event_View& event, double from) {
     const QChordData& data = *event.QChord;
     if (data.Length <= 0.0 || data.ChordVol == 0)
         return;
     auto chord = std::make_unique<Active_Chord>(Active_Chord{QChordClass(chordParts), data.ChordVol, {}});
     chord->QChord.Set_Stored_Chord(data, event.StartTime);
-    Add_Active({event.StartTime + data.Length, nextOrder++, data.Length, event.EventID, 0, std::move(chord)});
+    QChord_Messages passed;
+    while (Moment_At(chord->QChord.Next_Step_Time()) < Moment_At(from)) {
+        chord->QChord.GetMsg_On_Time(chord->QChord.Next_Step_Time(), passed);
+        for (std::size_t i = 0; i < passed.Rows(); ++i)
+            chord->leftOut.set(passed.Notes[i], passed.Actions[i] == QChord_Messages::NOTE_ON);
+    }
+    const double end = event.StartTime + data.Length;
+    if (QChordClass::Step_Sounds(chord->QChord.Next_Step_Time(), end))
+        Add_Active({end, nextOrder++, data.Length, event.EventID, 0, std::move(chord)});
 }
 
 void CHannelPlayerClass::Step_First_Chord() {

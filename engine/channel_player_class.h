@@ -76,7 +76,8 @@ private:
     struct Active_Chord {
         QChordClass QChord;
         std::uint8_t volume;
-        std::bitset<128> leftOut; ///< notes of it that were not begun, since the performer held them
+        std::bitset<128> leftOut; ///< notes of it that were not begun: the performer held them, or
+                                  ///< they lie before the start of the run
     };
     struct ActiveEventRow {
         double EndTime;
@@ -99,7 +100,9 @@ private:
     void Set_Next(std::int32_t eventI);
     void Start_Next_Event();
     void Start_Note(const ChannelClass::Event_View& event);
-    void Start_Chord(const ChannelClass::Event_View& event);
+    void Start_Chord(const ChannelClass::Event_View& event, double from);
+    /// Chords that began before position and last past it go on with their next step.
+    void Resume_Chords(double position);
     void Add_Active(ActiveEventRow row);
     void Step_First_Chord();
     void Play_Messages(Active_Chord& chord, const QChord_Messages& messages, std::int64_t due);

@@ -70,6 +70,21 @@ struct Case {
     int toleranceMs = 0;
 };
 
+/// Notes 48, 52 and 55 in turn, one every 120 ms, as long as it lasts.
+QChordData Arpeggio(double length) {
+    QChordData chord;
+    chord.ChordTypeIndex = 255;
+    chord.ChordNotes = {48, 52, 55, 0, 0, 0};
+    chord.Active = 3;
+    chord.ChordVol = 90;
+    chord.StepMs = 120;
+    chord.PatternNoteCount = 3;
+    chord.PatternNotes = {1, 2, 3};
+    chord.ChordFlagB = 1;
+    chord.Length = length;
+    return chord;
+}
+
 void Play_To_The_End(Transport_Rig& rig) {
     EXPECT_TRUE(rig.Play());
 }
@@ -136,6 +151,27 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              rig.channels.Store(0).AddNewEvent(1.5, chord);
          },
          Play_To_The_End, 15},
+        {"a chord without notes lasts no time",
+         [](Transport_Rig& rig) {
+             QChordData chord = Arpeggio(3.0);
+             chord.Active = 0;
+             rig.channels.Store(0).AddNewEvent(0.0, chord);
+             rig.Add_Note({0.0, 60, 100, 0.2});
+         },
+         Play_To_The_End, 3},
+        {"begun inside an arpeggio, sought into it, edited beside it",
+         [](Transport_Rig& rig) {
+             rig.channels.Store(0).AddNewEvent(0.0, Arpeggio(2.0));
+             rig.Add_Note({0.9, 52, 100, 0.4});
+             rig.At(400, [&rig] { rig.Add_Note({1.9, 70, 100, 0.2}); });
+             rig.At(500, [&rig] { rig.state.SeekRequest = 0.7; });
+         },
+         [](Transport_Rig& rig) { rig.Play(0.85); }, 30},
+        {"begun behind the start of the last note",
+         [](Transport_Rig& rig) {
+             rig.Add_Note({0.0, 60, 100, 2.0});
+         },
+         [](Transport_Rig& rig) { EXPECT_TRUE(rig.Play(1.0)); }, 1},
         {"begun inside notes", Dense_Song, [](Transport_Rig& rig) { rig.Play(0.777); }, 40},
         {"a mute now and then, a solo, another volume",
          [](Transport_Rig& rig) {
