@@ -151,6 +151,38 @@ TEST_F(MsgManager_Test, Live_Changes_Sound_At_Once) {
     EXPECT_EQ(test.sound.posted.front().slot, 4);
 }
 
+TEST_F(MsgManager_Test, Volume_And_Output_Reach_The_Song_While_Either_Engine_Plays_It) {
+    for (const bool engine : {false, true}) {
+        SCOPED_TRACE(engine);
+        session.options.Global_UseThreadEngine = engine;
+        Send(1002, CHANNEL, 100);
+        Send(1012, CHANNEL, 0);
+        Fresh();
+        const std::int64_t startMs = test.counter.Now_Ns() / 1'000'000;
+        bool engineRan = false;
+        test.loop.betweenRounds = [&](std::int64_t nowMs) {
+            engineRan = engineRan || session.transport.EngineRunning;
+            if (nowMs - startMs == 700)
+                Send(1002, CHANNEL, 50);
+            if (nowMs - startMs == 1700)
+                Send(1012, CHANNEL, 4);
+        };
+        for (const double start : {0.0, 2.0, 4.0}) { // 0, 1000 and 2000 ms at tempo 120
+            if (!engine)
+                Add_Note(start, 60);
+        }
+        session.player->Transport_Play(0.0, false, 1.0F);
+        test.loop.betweenRounds = nullptr;
+        std::string ons;
+        for (const Sound_Message& message : test.sound.posted) {
+            if (message.op == Sound_Op::NoteOn)
+                ons += std::to_string(message.slot) + ":" + std::to_string(message.b) + " ";
+        }
+        EXPECT_EQ(ons, "0:100 0:50 4:50 ");
+        EXPECT_EQ(engineRan, engine);
+    }
+}
+
 TEST_F(MsgManager_Test, Event_Messages) {
     const std::int32_t id = Add_Note(4.0, 60);
     QChordData chordData;
