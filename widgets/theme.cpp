@@ -90,6 +90,7 @@ QMenu::item:disabled { color: {dim}; }
 QMenu::separator { height: 1px; background: {line}; margin: [4]px [8]px; }
 QMenu::indicator { width: [14]px; height: [14]px; left: [8]px; }
 QMenu::indicator:non-exclusive:checked, QMenu::indicator:exclusive:checked { image: url({check}); }
+QDialogButtonBox { button-layout: 3; }
 QToolTip { background: {control}; color: {text}; border: 1px solid {line}; padding: [4]px [6]px; }
 QPushButton { background: {control}; color: {text}; border: 1px solid {line}; border-radius: [8]px;
   padding: [4]px [16]px; min-height: [20]px; }
