@@ -188,8 +188,8 @@ ordered_json Effects_Json(const Song_Effects& effects, int row) {
 std::string Dump_Song(const Session& session) {
     ordered_json song;
     song["globals"]["ProjectTempo"] = session.project.ProjectTempo;
-    song["globals"]["MetronomeNoteA"] = session.project.MetronomeVolume;
-    song["globals"]["MetronomeNoteB"] = session.project.MetronomeNote;
+    song["globals"]["MetronomeNoteA"] = session.project.MetronomeNoteA;
+    song["globals"]["MetronomeNoteB"] = session.project.MetronomeNoteB;
     song["globals"]["ProjectTitle"] = session.project.ProjectTitle;
     song["channels"] = ordered_json::array();
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {

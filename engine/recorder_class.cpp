@@ -181,9 +181,9 @@ void RecorderClass::Wait_For_Key() {
 }
 
 bool RecorderClass::Start_Clock() {
-    ClickNote = parts.project.MetronomeNote;
+    ClickNote = parts.project.MetronomeNoteB;
     ClickVelocity =
-        static_cast<std::int32_t>(RoundHalfEven(parts.project.MetronomeVolume * CLICK_VELOCITY_FACTOR));
+        static_cast<std::int32_t>(RoundHalfEven(parts.project.MetronomeNoteA * CLICK_VELOCITY_FACTOR));
     LastClickBeat = -1;
     clock.Reset();
     startNs = parts.counter.Now_Ns();

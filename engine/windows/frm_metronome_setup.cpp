@@ -41,9 +41,9 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget
     grid->setColumnStretch(1, 1);
     const Project_State& project = session.project;
     note = Make_Pair(grid, theme, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE,
-                     project.MetronomeNote);
+                     project.MetronomeNoteB);
     volume = Make_Pair(grid, theme, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST,
-                       project.MetronomeVolume);
+                       project.MetronomeNoteA);
     const int tempo = project.ProjectTempo;
     speed = Make_Pair(grid, theme, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3,
                       std::min(SLOWEST, tempo), std::max(FASTEST, tempo), tempo);
@@ -156,9 +156,9 @@ void frmMetronomeSetup::Click() {
 
 void frmMetronomeSetup::Accept_Choice() {
     Project_State& project = session.project;
-    if (note.text->value() != project.MetronomeNote || volume.text->value() != project.MetronomeVolume) {
-        project.MetronomeNote = note.text->value();
-        project.MetronomeVolume = volume.text->value();
+    if (note.text->value() != project.MetronomeNoteB || volume.text->value() != project.MetronomeNoteA) {
+        project.MetronomeNoteB = note.text->value();
+        project.MetronomeNoteA = volume.text->value();
         project.Modified = true;
         session.hub->Message(this, MSG_GENERAL_UPDATE);
     }

@@ -4,11 +4,37 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QStringList>
 
 namespace tonvex {
 
 namespace {
+
+constexpr int PROGRESS_SHOWN_AFTER_MS = 500;
+constexpr int WHOLE_PERCENT = 100;
+
+class Qt_Work_Progress final : public Work_Progress {
+public:
+    Qt_Work_Progress(QWidget* owner, const std::string& title)
+        : window(QString(), QProgressDialog::tr("Cancel"), 0, WHOLE_PERCENT, owner) {
+        window.setWindowTitle(QString::fromStdString(title));
+        window.setWindowModality(Qt::WindowModal);
+        window.setMinimumDuration(PROGRESS_SHOWN_AFTER_MS);
+        // The work is over when its owner says so, not when a step says 100.
+        window.setAutoReset(false);
+        window.setAutoClose(false);
+        window.setValue(0);
+    }
+    bool Show(const std::string& status, int percent) override {
+        window.setLabelText(QString::fromStdString(status));
+        window.setValue(percent);
+        return !window.wasCanceled();
+    }
+
+private:
+    QProgressDialog window;
+};
 
 QMessageBox::Icon Icon_Of(Box_Kind kind) {
     switch (kind) {
@@ -47,6 +73,18 @@ bool Qt_User_Dialogs::Ask_YesNo(const std::string& text, const std::string& titl
            QMessageBox::Yes;
 }
 
+Answer Qt_User_Dialogs::Ask_YesNoCancel(const std::string& text, const std::string& title) {
+    switch (Show_Box(Owner(parent), QMessageBox::Question, title, text,
+                     QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel)) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    default:
+        return Answer::Cancel;
+    }
+}
+
 std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
                                                  const std::vector<std::string>& filters) {
     QStringList patterns;
@@ -57,6 +95,31 @@ std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
     if (!chosen.isEmpty())
         lastFolder = QFileInfo(chosen).absolutePath();
     return chosen.toStdString();
+}
+
+std::string Qt_User_Dialogs::Choose_File_To_Save(const Save_Request& request) {
+    QStringList patterns;
+    for (const std::string& filter : request.filters)
+        patterns << QString::fromStdString(filter);
+    QFileDialog dialog(Owner(parent), QString::fromStdString(request.title), lastFolder);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(patterns);
+    // The dialog asks about a file that exists, under the name that it completes itself.
+    dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
+    const QFileInfo suggested(QString::fromStdString(request.suggestion));
+    if (suggested.isAbsolute())
+        dialog.setDirectory(suggested.absolutePath());
+    if (!request.suggestion.empty())
+        dialog.selectFile(suggested.fileName());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    const QString chosen = dialog.selectedFiles().constFirst();
+    lastFolder = QFileInfo(chosen).absolutePath();
+    return chosen.toStdString();
+}
+
+std::unique_ptr<Work_Progress> Qt_User_Dialogs::Begin_Work(const std::string& title) {
+    return std::make_unique<Qt_Work_Progress>(Owner(parent), title);
 }
 
 } // namespace tonvex

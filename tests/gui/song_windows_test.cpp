@@ -182,15 +182,15 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     QTRY_COMPARE(clicks().size(), 2);
     test->click();
     QCOMPARE(test->text(), QStringLiteral("Test Metronome"));
-    QCOMPARE(s.session.project.MetronomeNote, 44); // the test keeps nothing
+    QCOMPARE(s.session.project.MetronomeNoteB, 44); // the test keeps nothing
     QVERIFY(!s.session.project.Modified);
     test->click();
     window.accept(); // not the button: Escape, the frame and Cancel end the test as well
     QCOMPARE(test->text(), QStringLiteral("Test Metronome"));
 
     Find<QPushButton>(window, "Command1")->click();
-    QCOMPARE(s.session.project.MetronomeNote, 37);
-    QCOMPARE(s.session.project.MetronomeVolume, 50);
+    QCOMPARE(s.session.project.MetronomeNoteB, 37);
+    QCOMPARE(s.session.project.MetronomeNoteA, 50);
     QVERIFY(s.session.project.Modified);
 }
 

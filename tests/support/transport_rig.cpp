@@ -24,8 +24,8 @@ constexpr const char* OP_TEXTS[] = {"On", "Off", "Patch", "Pan", "Volume", "Chan
 
 Transport_Rig::Transport_Rig() {
     project.ProjectTempo = 60;
-    project.MetronomeNote = 33;
-    project.MetronomeVolume = 80;
+    project.MetronomeNoteB = 33;
+    project.MetronomeNoteA = 80;
     output.Midi_OpenDevice(midiapi::SYNTH_DEVICE);
     output.Set_Observer(this);
     options.Global_UseThreadEngine = false;
