@@ -8,6 +8,26 @@
 
 namespace tonvex {
 
+/// Whether the song has unsaved changes. It counts how often it was set, so that who keeps copies of the song
+/// sees that it has moved on since the last one. A flag in whose place another is put has been set too.
+class Modified_Flag {
+public:
+    Modified_Flag() = default;
+    Modified_Flag(const Modified_Flag&) = default;
+    Modified_Flag& operator=(const Modified_Flag& other) noexcept { return *this = other.on; }
+    Modified_Flag& operator=(bool modified) noexcept {
+        on = modified;
+        ++timesSet;
+        return *this;
+    }
+    operator bool() const noexcept { return on; }
+    std::uint64_t Times_Set() const noexcept { return timesSet; }
+
+private:
+    bool on = false;
+    std::uint64_t timesSet = 0;
+};
+
 /// Values of the song as a whole. A new project holds these defaults; what the settings give a new project is
 /// set by whoever makes one.
 struct Project_State {
@@ -16,7 +36,7 @@ struct Project_State {
     std::string ProjectAuthor;
     std::string ProjectComments; ///< lines end in "\r\n"
     double SongLength = 0.0;     ///< beats
-    bool Modified = false;
+    Modified_Flag Modified;
     std::int32_t MetronomeNoteB = 44; ///< MIDI note on the drum slot
     std::int32_t MetronomeNoteA = 70; ///< volume, 0 to 100
 
