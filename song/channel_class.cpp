@@ -5,14 +5,6 @@
 
 namespace tonvex {
 
-namespace {
-
-double Start_In_Song(double beats) noexcept {
-    return std::max(0.0, Stored_Beats(beats, 0.0));
-}
-
-} // namespace
-
 EventData ChannelClass::Event_View::Payload() const {
     if (Note != nullptr)
         return *Note;
@@ -34,13 +26,28 @@ ChannelClass::ChannelClass(Channel_Host& channelHost) : host(channelHost) {}
 std::int32_t ChannelClass::New_ID() {
     if (NextID != std::numeric_limits<std::int32_t>::max())
         return NextID++;
-    while (rowById.contains(lowestSpareId))
+    while (Row_By_ID().contains(lowestSpareId))
         ++lowestSpareId;
     return lowestSpareId++;
 }
 
+std::unordered_map<std::int32_t, std::int32_t>& ChannelClass::Row_By_ID() const {
+    if (!rowsIndexed) {
+        rowById.clear();
+        rowById.reserve(Events.size() + RecEvents.size());
+        for (std::int32_t row = 0; row < std::ssize(Events); ++row)
+            if (Is_On(Row(row).InUse))
+                rowById[Row(row).ID] = row;
+        for (const RecEvent& recorded : RecEvents)
+            rowById[recorded.ID] = -1;
+        rowsIndexed = true;
+    }
+    return rowById;
+}
+
 void ChannelClass::Raise_NextID(std::int32_t next) noexcept {
     NextID = std::max(NextID, next);
+    Changed();
 }
 
 void ChannelClass::Place(const ChannelEvent& event, bool notSorted) {
@@ -51,7 +58,9 @@ void ChannelClass::Place(const ChannelEvent& event, bool notSorted) {
     }
     const auto row = static_cast<std::int32_t>(Events.size());
     Events.push_back(event);
-    rowById[event.ID] = row;
+    if (rowsIndexed)
+        rowById[event.ID] = row;
+    Changed();
     ++LastEventN;
     if (notSorted) {
         reSortOwed = true;
@@ -79,7 +88,9 @@ bool ChannelClass::DeleteEvent(std::int32_t eventId, std::int32_t eventI) {
         return false;
     ChannelEvent& event = Row(row);
     Log(event.ID, MOD_DELETED);
-    rowById.erase(event.ID);
+    if (rowsIndexed)
+        rowById.erase(event.ID);
+    Changed();
     if (event.ID >= 0)
         lowestSpareId = std::min(lowestSpareId, event.ID);
     event.InUse = FLAG_OFF;
@@ -95,6 +106,8 @@ void ChannelClass::Clear() {
     timeList.Clear();
     reSortOwed = false;
     rowById.clear();
+    rowsIndexed = false;
+    Changed();
     NextID = FIRST_ID;
     lowestSpareId = 0;
     LastEventN = -1;
@@ -112,8 +125,10 @@ std::int32_t ChannelClass::AddNewEvent_RecMode(double startTime, const EventData
                    .DataRef = tables.Add(data),
                    .Length = 0.0};
     event.Length = Length_Of(event.Kind, event.DataRef, event.StartTime);
-    rowById[event.ID] = -1;
+    if (rowsIndexed)
+        rowById[event.ID] = -1;
     RecEvents.push_back(event);
+    Changed();
     return Recorded_Count() - 1;
 }
 
@@ -181,8 +196,9 @@ std::optional<ChannelClass::Event_View> ChannelClass::ReadEvent_RecMode(std::int
 }
 
 std::int32_t ChannelClass::GetEvent_I(std::int32_t eventId) const {
-    const auto found = rowById.find(eventId);
-    return found == rowById.end() ? -1 : found->second;
+    const auto& rows = Row_By_ID();
+    const auto found = rows.find(eventId);
+    return found == rows.end() ? -1 : found->second;
 }
 
 std::int32_t ChannelClass::GetEvent_ID(std::int32_t eventI) const {
@@ -307,6 +323,50 @@ void ChannelClass::Clear_Mods() noexcept {
 
 void ChannelClass::Add_Special_Mod(std::int32_t code) {
     Log(0, code);
+}
+
+// ---- the whole as plain rows ----
+
+std::shared_ptr<const Channel_Content> ChannelClass::Content() const {
+    if (const auto last = lastContent.lock(); last && last->ChannelNumber == ChannelNumber)
+        return last;
+    auto content = std::make_shared<Channel_Content>();
+    content->ChannelNumber = ChannelNumber;
+    content->NextID = NextID;
+    content->FirstEventI = timeList.First();
+    content->Events = Events;
+    for (std::int32_t row = 0; row < std::ssize(Events); ++row)
+        content->Events[static_cast<std::size_t>(row)].NextI = timeList.Next(row);
+    content->Tables = tables;
+    lastContent = content;
+    return content;
+}
+
+void ChannelClass::Take_Content(const Channel_Content& content) {
+    Clear();
+    ChannelNumber = content.ChannelNumber;
+    NextID = content.NextID;
+    Events = content.Events;
+    tables = content.Tables;
+    std::vector<Event_Time_List::Place> linked;
+    linked.reserve(Events.size());
+    std::vector<bool> visited(Events.size());
+    bool inOrder = true;
+    for (std::int32_t row = content.FirstEventI; ExistsEventI(row) && !visited[static_cast<std::size_t>(row)];
+         row = Row(row).NextI) {
+        visited[static_cast<std::size_t>(row)] = true;
+        linked.emplace_back(Row(row).StartTime, row);
+        inOrder = inOrder && (linked.size() < 2 || linked[linked.size() - 2] < linked.back());
+    }
+    const auto live = std::count_if(Events.begin(), Events.end(),
+                                    [](const ChannelEvent& event) { return Is_On(event.InUse); });
+    LastEventN = static_cast<std::int32_t>(live) - 1;
+    if (std::ssize(linked) != live) {
+        Relink();
+        return;
+    }
+    timeList.Rebuild(linked);
+    reSortOwed = !inOrder;
 }
 
 } // namespace tonvex

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "song/channel_content.h"
 #include "song/event_data.h"
 #include "song/event_tables.h"
 #include "song/event_time_list.h"
 #include "song/song_length_source.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -158,14 +160,15 @@ public:
     void Clear_Mods() noexcept;
     void Add_Special_Mod(std::int32_t code);
 
+    // ---- the whole as plain rows ----
+    /// All rows as they stand. As long as nothing changes and somebody still holds the last one, the same
+    /// object is given again, so that a copy of a big song shares what has not changed since the one before.
+    std::shared_ptr<const Channel_Content> Content() const;
+    /// Becomes what content says, row for row, with its links and IDs; what is being recorded and the log
+    /// go. Links that do not visit every live row once are made anew, in order of time.
+    void Take_Content(const Channel_Content& content);
+
 private:
-    struct ChannelEvent {
-        std::int32_t ID = 0;
-        double StartTime = 0.0;
-        Event_Kind Kind = EV_NOTE;
-        std::int32_t DataRef = -1;
-        Flag16 InUse = FLAG_OFF;
-    };
     struct RecEvent {
         std::int32_t ID = 0;
         double StartTime = 0.0;
@@ -185,15 +188,20 @@ private:
     void Forget_Ends() const;
     double Length_Of(Event_Kind kind, std::int32_t dataRef, double startTime) const;
     void Log(std::int32_t eventId, std::int32_t code);
+    std::unordered_map<std::int32_t, std::int32_t>& Row_By_ID() const;
+    void Changed() noexcept { lastContent.reset(); }
 
     Channel_Host& host;
-    std::vector<ChannelEvent> Events; ///< in order of arrival
+    std::vector<ChannelEvent> Events; ///< in order of arrival; the links are timeList's, not NextI
     Event_Tables tables;
     Event_Time_List timeList;
     /// A start time was changed, or an event appended, without linking in order.
     bool reSortOwed = false;
-    /// Row by ID; -1 for an event in the recording buffer.
-    std::unordered_map<std::int32_t, std::int32_t> rowById;
+    /// Row by ID; -1 for an event in the recording buffer. Made when an ID is first looked for, kept in step
+    /// from then on: a song that is only loaded, played and saved never pays for it.
+    mutable std::unordered_map<std::int32_t, std::int32_t> rowById;
+    mutable bool rowsIndexed = false;
+    mutable std::weak_ptr<const Channel_Content> lastContent;
     std::int32_t NextID = FIRST_ID;
     /// No ID from 0 to below this is free, once NextID has run out.
     std::int32_t lowestSpareId = 0;

@@ -53,6 +53,7 @@ bool ChannelClass::Set_Event_StartTime(std::int32_t eventId, double newTime, dou
     if (std::isnan(*time))
         return false;
     event.StartTime = Stored_Beats(*time, 0.0);
+    Changed();
     if (event.StartTime < 0.0) {
         Fall_Out(event.ID);
         return false;
@@ -72,6 +73,7 @@ void ChannelClass::Set_Event_Length(std::int32_t eventId, double newLength, doub
     if (!length || std::isnan(*length))
         return;
     *stored = std::max(MIN_LENGTH_BEATS, Stored_Beats(*length, MIN_LENGTH_BEATS));
+    Changed();
     Note_End(event->EventI);
     Log(eventId, MOD_LENGTH);
 }
@@ -84,6 +86,7 @@ void ChannelClass::Set_Event_Volume(std::int32_t eventId, std::int32_t newVol, s
     std::uint8_t& stored = event->Kind == EV_NOTE ? tables.Notes[i].Vol : tables.QChords[i].ChordVol;
     if (const std::optional<std::int64_t> volume = Asked(std::int64_t{stored}, newVol, delta))
         stored = static_cast<std::uint8_t>(std::clamp<std::int64_t>(*volume, 0, HIGHEST));
+    Changed();
 }
 
 void ChannelClass::Set_Event_Note(std::int32_t eventId, std::int32_t newNote, std::int32_t delta) {
@@ -126,6 +129,7 @@ void ChannelClass::Shift_Notes(std::int32_t eventI, std::int64_t semitones) {
     } else {
         tables.MCEvents[i].Root = shiftedRoot(tables.MCEvents[i].Root);
     }
+    Changed();
     Log(event.ID, MOD_NOTE);
 }
 
@@ -133,6 +137,7 @@ void ChannelClass::Set_Event_ChordType(std::int32_t eventId, std::uint8_t chordT
     const auto event = ReadEvent(GetEvent_I(eventId));
     if (!event || event->Kind != EV_QCHORD)
         return;
+    Changed();
     host.Retype_Chord(tables.QChords[static_cast<std::size_t>(event->DataRef)], chordType);
     Log(eventId, MOD_PROPERTIES);
 }
@@ -146,6 +151,7 @@ void ChannelClass::Set_Event_Properties(std::int32_t eventId, const EventData& d
         Row(event->EventI).DataRef = patch->DataRef;
     else if (!tables.Replace(event->Kind, event->DataRef, data))
         return;
+    Changed();
     Note_End(event->EventI);
     Log(eventId, MOD_PROPERTIES);
 }
@@ -163,19 +169,23 @@ void ChannelClass::Relink() {
     timeList.Rebuild(ordered);
     reSortOwed = false;
     Forget_Ends();
+    Changed();
 }
 
 void ChannelClass::ReSort_StartTime() {
+    // Dense and linked in order: all of it would come out as it stands.
+    if (!reSortOwed && std::ssize(Events) == LastEventN + 1)
+        return;
     std::size_t live = 0;
     for (std::size_t i = 0; i < Events.size(); ++i) {
         if (!Is_On(Events[i].InUse))
             continue;
-        if (live != i) {
+        if (live != i)
             Events[live] = Events[i];
-            rowById[Events[live].ID] = static_cast<std::int32_t>(live);
-        }
         ++live;
     }
+    if (live != Events.size())
+        rowsIndexed = false;
     Events.resize(live);
     Relink();
 }
@@ -188,7 +198,8 @@ void ChannelClass::Defrag_Data() {
             uses.push_back({.kind = event.Kind, .dataRef = &event.DataRef});
     for (RecEvent& event : RecEvents)
         uses.push_back({.kind = event.Kind, .dataRef = &event.DataRef});
-    tables.Compact(uses);
+    if (tables.Compact(uses))
+        Changed();
 }
 
 void ChannelClass::Project_ChangeSpeed(float factor) {

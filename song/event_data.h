@@ -42,6 +42,8 @@ inline constexpr double MAX_EVENT_BEATS = 268435454.0;
 /// What a store keeps of a time or length in beats: at most MAX_EVENT_BEATS, and never less than
 /// -MAX_EVENT_BEATS; instead when it is not a number, so that the order of events is always defined.
 double Stored_Beats(double beats, double instead) noexcept;
+/// What a store keeps of an event's start: 0 to MAX_EVENT_BEATS, 0 when it is not a number.
+double Start_In_Song(double beats) noexcept;
 
 struct NoteData {
     std::uint8_t Note = 0; ///< MIDI note 0 to 127; 128 + n in a key: n semitones above the active octave

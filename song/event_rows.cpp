@@ -3,10 +3,19 @@
 #include "base/text_codec.h"
 
 #include <algorithm>
+#include <span>
 
 namespace tonvex {
 
 namespace {
+
+constexpr std::size_t EVENT_NAME_BYTES = 20;
+constexpr std::size_t NAMED_BLOCK_BYTES = 101;
+
+std::string Read_Fixed_Text(Byte_Cursor& cursor, std::size_t size) {
+    const auto field = cursor.Read_Bytes(size);
+    return Text_From_Fixed_Field({reinterpret_cast<const char*>(field.data()), field.size()});
+}
 
 template <std::size_t N>
 void Read_Array(Byte_Cursor& cursor, std::array<std::uint8_t, N>& target) {
@@ -27,9 +36,7 @@ NoteData Read_Note_Row(Byte_Cursor& cursor) {
 QChordData Read_QChord_Row(Byte_Cursor& cursor) {
     QChordData chord;
     chord.Active = cursor.Read_U8();
-    const auto name = cursor.Read_Bytes(CHORD_NAME_BYTES);
-    chord.ChordName =
-        Text_From_Fixed_Field(std::string_view(reinterpret_cast<const char*>(name.data()), name.size()));
+    chord.ChordName = Read_Fixed_Text(cursor, CHORD_NAME_BYTES);
     chord.Octave = cursor.Read_U8();
     chord.VariableOctave = cursor.Read_U16();
     chord.Length = cursor.Read_Double();
@@ -46,6 +53,15 @@ QChordData Read_QChord_Row(Byte_Cursor& cursor) {
     return chord;
 }
 
+NamedEventData Read_Named_Row(Byte_Cursor& cursor) {
+    NamedEventData event;
+    event.InUse = cursor.Read_U16();
+    event.EventName = Read_Fixed_Text(cursor, EVENT_NAME_BYTES);
+    const auto block = cursor.Read_Bytes(NAMED_BLOCK_BYTES);
+    std::copy(block.begin(), block.end(), event.Block.begin());
+    return event;
+}
+
 MCEventData Read_MC_Row(Byte_Cursor& cursor) {
     MCEventData event;
     event.Root = cursor.Read_U8();
@@ -56,6 +72,17 @@ MCEventData Read_MC_Row(Byte_Cursor& cursor) {
     event.Style = cursor.Read_U8();
     Read_Array(cursor, event.StyleBlock);
     event.Reserved = cursor.Read_U8();
+    return event;
+}
+
+AudioEventData Read_Audio_Row(Byte_Cursor& cursor) {
+    AudioEventData event;
+    event.InUse = cursor.Read_U16();
+    event.SampleCount = cursor.Read_I32();
+    event.FadeIn = cursor.Read_I32();
+    event.FadeOut = cursor.Read_I32();
+    event.Take = cursor.Read_I16();
+    event.ClipID = cursor.Read_I32();
     return event;
 }
 
@@ -83,6 +110,12 @@ void Write_QChord_Row(Byte_Writer& writer, const QChordData& chord) {
     writer.Write_I16(chord.StepMs);
 }
 
+void Write_Named_Row(Byte_Writer& writer, const NamedEventData& event) {
+    writer.Write_U16(event.InUse);
+    writer.Write_Text(Fixed_Field(event.EventName, EVENT_NAME_BYTES));
+    writer.Write_Bytes(std::span(event.Block).first(NAMED_BLOCK_BYTES));
+}
+
 void Write_MC_Row(Byte_Writer& writer, const MCEventData& event) {
     writer.Write_U8(event.Root);
     writer.Write_U8(event.Minor);
@@ -92,6 +125,15 @@ void Write_MC_Row(Byte_Writer& writer, const MCEventData& event) {
     writer.Write_U8(event.Style);
     writer.Write_Bytes(event.StyleBlock);
     writer.Write_U8(event.Reserved);
+}
+
+void Write_Audio_Row(Byte_Writer& writer, const AudioEventData& event) {
+    writer.Write_U16(event.InUse);
+    writer.Write_I32(event.SampleCount);
+    writer.Write_I32(event.FadeIn);
+    writer.Write_I32(event.FadeOut);
+    writer.Write_I16(event.Take);
+    writer.Write_I32(event.ClipID);
 }
 
 } // namespace tonvex

@@ -16,32 +16,33 @@ std::size_t Index(std::int32_t row) noexcept {
     return static_cast<std::size_t>(row);
 }
 
-/// What a table keeps of a payload.
+/// Makes of a payload what a table keeps of it.
 template <typename Row>
-Row Stored(Row row) {
+void Mark_Stored(Row& row) {
     if constexpr (requires { row.InUse; })
         row.InUse = FLAG_ON;
     if constexpr (requires { row.Length; })
         row.Length = Stored_Beats(row.Length, MIN_LENGTH_BEATS);
-    return row;
 }
 
 template <typename Row>
 std::int32_t Append(std::vector<Row>& table, const Row& row) {
-    table.push_back(Stored(row));
+    table.push_back(row);
+    Mark_Stored(table.back());
     return static_cast<std::int32_t>(table.size()) - 1;
 }
 
 template <typename Row>
 void Overwrite(Row& old, const Row& data) {
-    Row row = Stored(data);
+    Row row = data;
+    Mark_Stored(row);
     if constexpr (requires { row.Length; })
         row.Length = old.Length;
     old = std::move(row);
 }
 
 template <typename Row>
-void Compact_Table(std::vector<Row>& table, Event_Kind kind, const std::vector<Event_Tables::Use>& uses) {
+bool Compact_Table(std::vector<Row>& table, Event_Kind kind, const std::vector<Event_Tables::Use>& uses) {
     constexpr std::int32_t FREE = -1;
     std::vector<std::int32_t> newRow(table.size(), FREE);
     for (const Event_Tables::Use& use : uses)
@@ -61,10 +62,13 @@ void Compact_Table(std::vector<Row>& table, Event_Kind kind, const std::vector<E
         newRow[end] = static_cast<std::int32_t>(hole);
     }
     const std::size_t rowsBefore = table.size();
+    if (end == rowsBefore)
+        return false;
     table.resize(end);
     for (const Event_Tables::Use& use : uses)
         if (use.kind == kind && Is_Row(*use.dataRef, rowsBefore))
             *use.dataRef = newRow[Index(*use.dataRef)];
+    return true;
 }
 
 } // namespace
@@ -133,12 +137,24 @@ void Event_Tables::Clear() {
     *this = Event_Tables{};
 }
 
-void Event_Tables::Compact(const std::vector<Use>& uses) {
-    Compact_Table(Notes, EV_NOTE, uses);
-    Compact_Table(QChords, EV_QCHORD, uses);
-    Compact_Table(NamedEvents, EV_NAMED, uses);
-    Compact_Table(MCEvents, EV_MC, uses);
-    Compact_Table(AudioEvents, EV_AUDIO, uses);
+void Event_Tables::Bring_Into_Range() {
+    const auto store = [](auto& table) {
+        for (auto& row : table)
+            Mark_Stored(row);
+    };
+    store(Notes);
+    store(QChords);
+    store(NamedEvents);
+    store(MCEvents);
+    store(AudioEvents);
+}
+
+bool Event_Tables::Compact(const std::vector<Use>& uses) {
+    bool changed = Compact_Table(Notes, EV_NOTE, uses);
+    changed = Compact_Table(QChords, EV_QCHORD, uses) || changed;
+    changed = Compact_Table(NamedEvents, EV_NAMED, uses) || changed;
+    changed = Compact_Table(MCEvents, EV_MC, uses) || changed;
+    return Compact_Table(AudioEvents, EV_AUDIO, uses) || changed;
 }
 
 } // namespace tonvex

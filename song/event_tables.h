@@ -28,6 +28,9 @@ public:
     double* Stored_Length(Event_Kind kind, std::int32_t dataRef) noexcept;
     const double* Stored_Length(Event_Kind kind, std::int32_t dataRef) const noexcept;
     void Clear();
+    /// Every row as Add would have stored it; for rows that came from a file.
+    void Bring_Into_Range();
+    bool operator==(const Event_Tables&) const = default;
 
     /// One use of a row by an event or a recorded event.
     struct Use {
@@ -35,8 +38,9 @@ public:
         std::int32_t* dataRef;
     };
     /// Fills rows that nobody uses with the last used ones, cuts the tables, and re-points all users of a
-    /// moved row. Linear. A use of a row that does not exist is left alone.
-    void Compact(const std::vector<Use>& uses);
+    /// moved row. Linear. A use of a row that does not exist is left alone. False when there was nothing to
+    /// do.
+    bool Compact(const std::vector<Use>& uses);
 };
 
 } // namespace tonvex
