@@ -99,6 +99,8 @@ void Session::New_Project() {
     channels->Clear();
     tempoChanges.Clear();
     marks.New_Project();
+    creator.InitNewFileSettings();
+    editorSetup = EventsEditor_Setup{};
     gcm->Clear_Note_Counts();
     project = Project_State{};
     channels->Add_Channel(channels->New_ChannelID(), false, 0, FIRST_CHANNEL_NAME);

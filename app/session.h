@@ -6,6 +6,7 @@
 #include "app/session_temp_folder.h"
 #include "app/settings.h"
 #include "audio/dls_list_class.h"
+#include "creator/music_creator_module.h"
 #include "engine/cue_engine.h"
 #include "engine/gcm_midi.h"
 #include "engine/midi_cue_output.h"
@@ -22,6 +23,7 @@
 #include "platform/settings_store.h"
 #include "platform/sound_door.h"
 #include "platform/user_dialogs.h"
+#include "song/events_editor_setup.h"
 #include "song/global_channels_manager.h"
 #include "song/marks.h"
 #include "song/notes_stuff.h"
@@ -92,6 +94,8 @@ public:
     Project_State project;
     TempoChangeClass tempoChanges;
     Song_Marks marks;
+    MusicCreator_Module creator;
+    EventsEditor_Setup editorSetup;
     NotesStuff notes;
     Transport_State transport;
     Transport_Options options;
