@@ -26,15 +26,20 @@ bool Is_Dead_And_Empty(const fs::path& folder) {
     return !error && hasLock;
 }
 
-void Remove_Dead_Folders(const fs::path& base) {
+std::vector<fs::path> Session_Folders(const fs::path& base) {
     std::error_code error;
     std::vector<fs::path> found;
     for (fs::directory_iterator at(base, error), end; !error && at != end; at.increment(error)) {
         std::error_code ignored;
-        if (at->path().filename().string().starts_with(PREFIX) && at->is_directory(ignored))
+        if (at->path().filename().string().starts_with(PREFIX) && at->is_directory(ignored) &&
+            !at->is_symlink(ignored))
             found.push_back(at->path());
     }
-    for (const fs::path& folder : found) {
+    return found;
+}
+
+void Remove_Dead_Folders(const fs::path& base) {
+    for (const fs::path& folder : Session_Folders(base)) {
         if (!Is_Dead_And_Empty(folder))
             continue;
         bool heldByOther = false;
@@ -68,6 +73,16 @@ std::optional<Session_Temp_Folder> Session_Temp_Folder::Make(const fs::path& bas
             return Session_Temp_Folder(own, std::move(*held));
     }
     return std::nullopt;
+}
+
+std::vector<Session_Temp_Folder> Session_Temp_Folder::Take_Left(const fs::path& base) {
+    std::vector<Session_Temp_Folder> left;
+    for (const fs::path& folder : Session_Folders(base)) {
+        bool heldByOther = false;
+        if (auto held = Held_Lock::Try(folder / LOCK_NAME, heldByOther))
+            left.push_back(Session_Temp_Folder(folder, std::move(*held)));
+    }
+    return left;
 }
 
 void Session_Temp_Folder::Remove() {

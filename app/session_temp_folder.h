@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <vector>
 
 namespace tonvex {
 
@@ -16,11 +17,16 @@ public:
     /// removed. Nothing when no folder could be made.
     static std::optional<Session_Temp_Folder> Make(const std::filesystem::path& base);
 
+    /// The folders of dead sessions, whatever they hold, their locks held from now on: nobody else takes
+    /// them. Those that are not removed stay for the next one who asks.
+    static std::vector<Session_Temp_Folder> Take_Left(const std::filesystem::path& base);
+
     Session_Temp_Folder(Session_Temp_Folder&&) noexcept = default;
     Session_Temp_Folder& operator=(Session_Temp_Folder&&) noexcept = default;
 
     const std::filesystem::path& Path() const noexcept { return folder; }
-    /// Removes the folder with all it holds and gives the lock back: the session ended in order.
+    /// Removes the folder with all it holds and gives the lock back: the session ended in order, or what it
+    /// left behind is wanted no more.
     void Remove();
 
 private:

@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -49,6 +49,20 @@ std::string System_Error(const fs::path& path) {
     return path.string() + ": " + std::strerror(errno);
 }
 
+/// A new file beside target. Its permissions are the process's usual ones, given by the system: asking for
+/// the mask would change it for a moment, under another thread's hands. Its descriptor, -1 with errno set.
+int Create_Beside(const fs::path& target, fs::path& created) {
+    std::random_device random;
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        created =
+            target.parent_path() / (".tonvex-" + target.filename().string() + "-" + std::to_string(random()));
+        const int opened = ::open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (opened >= 0 || errno != EEXIST)
+            return opened;
+    }
+    return -1;
+}
+
 } // namespace
 
 std::optional<std::vector<std::uint8_t>> Read_File(const fs::path& path, std::size_t maxBytes) {
@@ -79,23 +93,20 @@ bool Replace_File(const fs::path& path, std::span<const std::uint8_t> bytes, std
     fs::path target = fs::weakly_canonical(path, failed);
     if (failed)
         target = path;
-    std::string name =
-        (target.parent_path() / (".tonvex-" + target.filename().string() + "-XXXXXX")).string();
-    Descriptor file(::mkostemp(name.data(), O_CLOEXEC));
+    fs::path fresh;
+    Descriptor file(Create_Beside(target, fresh));
     if (file.Get() < 0) {
         error = System_Error(target);
         return false;
     }
     struct stat old {};
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    const mode_t mode = ::stat(target.c_str(), &old) == 0 ? (old.st_mode & 07777U) : (0666U & ~mask);
-    const bool written = Write_All(file.Get(), bytes) && ::fchmod(file.Get(), mode) == 0 &&
-                         ::fsync(file.Get()) == 0 && file.Close() &&
-                         ::rename(name.c_str(), target.c_str()) == 0;
+    const bool replaces = ::stat(target.c_str(), &old) == 0;
+    const bool written =
+        Write_All(file.Get(), bytes) && (!replaces || ::fchmod(file.Get(), old.st_mode & 07777U) == 0) &&
+        ::fsync(file.Get()) == 0 && file.Close() && ::rename(fresh.c_str(), target.c_str()) == 0;
     if (!written) {
         error = System_Error(target);
-        ::unlink(name.c_str());
+        ::unlink(fresh.c_str());
         return false;
     }
     Descriptor folder(::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
