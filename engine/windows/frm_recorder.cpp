@@ -14,6 +14,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <utility>
 
 namespace tonvex {
 
@@ -276,6 +277,15 @@ void frmRecorder::Button_Stop() {
     session.transport.PlayRequested = false;
 }
 
+void frmRecorder::Stop_Then(const std::function<void()>& act) {
+    if (!session.transport.Song_Runs() && !session.recorder->IsRunning()) {
+        act();
+        return;
+    }
+    afterRun = act;
+    Button_Stop();
+}
+
 void frmRecorder::Go_To(double beats) {
     beats = std::max(0.0, beats);
     if (session.transport.PlayRequested)
@@ -383,6 +393,8 @@ void frmRecorder::On_Waiting_For_Key(bool isWaiting) {
 
 void frmRecorder::On_Run_Ended() {
     waiting->hide();
+    if (afterRun)
+        QTimer::singleShot(0, this, std::exchange(afterRun, nullptr));
 }
 
 } // namespace tonvex

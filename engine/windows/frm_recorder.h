@@ -7,6 +7,7 @@
 
 #include <QWidget>
 
+#include <functional>
 #include <vector>
 
 class QLabel;
@@ -29,6 +30,9 @@ public:
     void Button_Rec();
     void Button_Play();
     void Button_Stop();
+    /// At once when no run is on; else the run is stopped, and act follows when all is over. Of several that
+    /// wait for one run the last alone is carried out.
+    void Stop_Then(const std::function<void()>& act);
     void To_Start();
     void To_End();
     void Move_By_Seconds(int seconds);
@@ -102,6 +106,7 @@ private:
     QLabel* cpu = nullptr;
     std::vector<QWidget*> dispensable; ///< what a narrow bar leaves out, first to last
     QMenu* speedMenu = nullptr;
+    std::function<void()> afterRun;
     int subscription = 0;
 };
 
