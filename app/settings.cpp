@@ -114,4 +114,11 @@ void Settings::Add_Recent(const std::string& path) {
     LRU.front() = path;
 }
 
+void Settings::Remove_Recent(const std::string& path) {
+    const std::string gone = Lower_Ascii(path);
+    const auto end = std::remove_if(LRU.begin(), LRU.end(),
+                                    [&gone](const std::string& row) { return Lower_Ascii(row) == gone; });
+    std::fill(end, LRU.end(), std::string());
+}
+
 } // namespace tonvex

@@ -45,6 +45,8 @@ struct Settings {
     void Save(Settings_Store& store) const;
     /// To the top of the list, letter case aside; nothing is doubled, the tenth falls off.
     void Add_Recent(const std::string& path);
+    /// The rows below it move up.
+    void Remove_Recent(const std::string& path);
 };
 
 } // namespace tonvex
