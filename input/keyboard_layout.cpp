@@ -188,15 +188,21 @@ bool KeyboardLayout::Save_Untuned(const fs::path& file, bool quiet) {
 void KeyboardLayout::LoadKeyboardSettings(const std::string& name, double currentTempo) {
     if (!Is_File_Name(name))
         return;
+    // Changes that could not be kept are not thrown away.
     if (!KeyboardFileName.empty() && KeyboardModified &&
-        dialogs.Ask_YesNo("Keyboard setup was modified.\nSave changes ?"))
-        (void)Save_Untuned(Layout_File(KeyboardFileName), true);
+        dialogs.Ask_YesNo("Keyboard setup was modified.\nSave changes ?") &&
+        !Save_Untuned(Layout_File(KeyboardFileName), true))
+        return;
     fs::path file = Layout_File(name);
     std::error_code unknown;
     for (const char* other : {FALLBACK_LAYOUT, STOCK_LAYOUT})
         if (!fs::exists(file, unknown))
             file = Layout_File(other);
-    Tune_After(Read_Tables_Of(file, currentTempo));
+    const Read_Result result = Read_Tables_Of(file, currentTempo);
+    Tune_After(result);
+    // The layout before stays in force; one without a name could never be asked about.
+    if (result == Read_Result::Failed && !KeyboardFileName.empty())
+        return;
     KeyboardFileName = name;
     KeyboardModified = false;
 }
@@ -217,7 +223,10 @@ bool KeyboardLayout::Delete_Layout(const std::string& name) {
     if (!Is_File_Name(name) || !dialogs.Ask_YesNo(name + "\nDelete  ?"))
         return false;
     std::error_code failed;
-    return fs::remove(Layout_File(name), failed);
+    if (fs::remove(Layout_File(name), failed))
+        return true;
+    dialogs.Show_Message(Box_Kind::Critical, "Error deleting file");
+    return false;
 }
 
 bool KeyboardLayout::Is_Special_Key(int key) noexcept {

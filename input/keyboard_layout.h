@@ -45,12 +45,13 @@ public:
     /// Names of the layouts in the folder, sorted.
     std::vector<std::string> Layout_Names() const;
     /// Asks about unsaved changes, then reads name, else "default", else "Tonvex default". A name that is
-    /// empty or holds a slash does nothing. currentTempo is in beats per minute (old files hold lengths in
+    /// empty or holds a slash does nothing. Changes that could not be saved, and a broken file, leave the
+    /// layout in force, name and all. currentTempo is in beats per minute (old files hold lengths in
     /// milliseconds).
     void LoadKeyboardSettings(const std::string& name, double currentTempo);
     /// Saves under name, asking before it overwrites; false after a message or a no.
     bool SaveKeyboardSettings(const std::string& name);
-    /// Asks, then deletes the layout's file; true when it is gone.
+    /// Asks, then deletes the layout's file; false after a no or a message.
     bool Delete_Layout(const std::string& name);
     /// Reads one file over rows 0 to 255, untransposed; AppliedTuning is then 0. A file of a version that
     /// holds nothing keeps the tables. False, with a box, when the file is broken or missing. The special

@@ -151,6 +151,7 @@ TEST(KeyboardLayout, BrokenFilesKeepTheTables) {
         EXPECT_EQ(bed.Last_Box(), box) << content;
         EXPECT_EQ(layout.KeyNoteTable[40].Note, 45) << content << ": as it was, the tuning not doubled";
         EXPECT_EQ(layout.KeyMap[1].Kind, KEY_RESERVED) << content;
+        EXPECT_EQ(layout.KeyboardFileName, box.empty() ? "bad" : "good") << content;
     }
     EXPECT_FALSE(layout.Read_File_Into_Tables(bed.folder / "none.dat", 80.0));
     EXPECT_EQ(bed.Last_Box(), "Error loading file");
@@ -235,6 +236,12 @@ TEST(KeyboardLayout, SavesUntransposed) {
     EXPECT_EQ(bed.Last_Box(), "Error saving file");
     EXPECT_FALSE(layout.SaveKeyboardSettings("../copy"));
     EXPECT_EQ(layout.KeyNoteTable[40].Note, 47);
+    layout.Set_Key_Function(40, 1);
+    bed.dialogs.answers["Keyboard setup was modified.\nSave changes ?"] = true;
+    bed.dialogs.shown.clear();
+    layout.LoadKeyboardSettings("mine", 80.0);
+    EXPECT_EQ(bed.Last_Box(), "Error saving file");
+    EXPECT_TRUE(layout.KeyMap[40].Kind == KEY_QCHORD && layout.KeyboardModified) << "nothing is lost";
 }
 
 TEST(KeyboardLayout, AsksInItsWords) {
@@ -273,6 +280,8 @@ TEST(KeyboardLayout, AsksInItsWords) {
     bed.dialogs.answers["own\nDelete  ?"] = true;
     EXPECT_TRUE(layout.Delete_Layout("own"));
     EXPECT_FALSE(std::filesystem::exists(own));
+    EXPECT_FALSE(layout.Delete_Layout("own"));
+    EXPECT_EQ(bed.Last_Box(), "Error deleting file");
 }
 
 TEST(KeyboardLayout, KeysGetFunctions) {
