@@ -47,7 +47,7 @@ void frmMain::Make_Marks_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("M&arks"));
     Add_Action(menu, tr("&Select mark"), {QKeySequence(Qt::Key_T)}, [this] { Open_Marks(false); });
     Add_Action(menu, tr("&Add/save mark"), {}, [this] {
-        if (marks->Add_At_Play_Position())
+        if (marks->Select_Or_Add_At_Play_Position())
             Open_Marks(true);
     });
     Add_Action(menu, tr("&Delete mark"), {}, [this] { marks->Delete(); });

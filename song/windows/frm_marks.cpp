@@ -41,6 +41,8 @@ frmMarks::frmMarks(Session& owner, Theme& look, Mark_Selection& chosen, QWidget*
 }
 
 frmMarks::~frmMarks() {
+    // A field that has the focus loses it on the way out, and there is nobody left to hear of it.
+    name->disconnect(this);
     session.events.Unsubscribe(subscription);
 }
 

@@ -47,6 +47,8 @@ frmTempo::frmTempo(Session& owner, const Theme& theme, QWidget* parent) : QDialo
 }
 
 frmTempo::~frmTempo() {
+    // A field that has the focus loses it on the way out, and there is nobody left to hear of it.
+    songTempo->disconnect(this);
     session.events.Unsubscribe(subscription);
 }
 

@@ -30,14 +30,18 @@ bool Mark_Selection::Needs_Mark() {
     return false;
 }
 
-bool Mark_Selection::Add_At_Play_Position() {
-    const double here = session.transport.PlayPosition;
+bool Mark_Selection::Select_Or_Add_At_Play_Position() {
     for (const int live : session.marks.In_Time_Order()) {
-        if (session.marks.Row(live).MarkStart == here) {
+        if (session.marks.Row(live).MarkStart == session.transport.PlayPosition) {
             Select(live);
             return true;
         }
     }
+    return Add_At_Play_Position();
+}
+
+bool Mark_Selection::Add_At_Play_Position() {
+    const double here = session.transport.PlayPosition;
     const int added = session.marks.Mark_Count();
     session.hub->Message(this, MSG_ADD_MARK, here, Msg_Arg(), std::string("New Mark"));
     if (!session.marks.Is_Live(added)) {

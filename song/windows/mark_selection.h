@@ -17,9 +17,11 @@ public:
     /// Row of the table of marks; -1 when none is selected.
     int Row() const noexcept { return row; }
     void Select(int markRow);
-    /// A mark at the play position, which is then the selected one: the one that stands there, or else a
-    /// new one. False, after telling, when the table has no room.
+    /// A new mark at the play position, which is then the selected one; others may stand there. False, after
+    /// telling, when the table has no room.
     bool Add_At_Play_Position();
+    /// The mark that stands at the play position, or else a new one, is then the selected one.
+    bool Select_Or_Add_At_Play_Position();
     /// The next four tell when no mark is selected.
     void Set_Start_At_Play_Position();
     void Set_End_At_Play_Position();

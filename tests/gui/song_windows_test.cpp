@@ -150,6 +150,12 @@ void Song_Windows_Test::A_Tempo_Change_Is_Edited() {
     QCOMPARE(Changes(s.session), QStringLiteral("5:1.0=60"));
     Find<QSpinBox>(window, "songTempo")->setValue(95);
     QCOMPARE(s.session.project.ProjectTempo, 95);
+    {
+        frmTempo going(s.session, s.theme);
+        Show(going, Find<QSpinBox>(going, "songTempo"));
+        QTest::keyClicks(Find<QSpinBox>(going, "songTempo"), QStringLiteral("7"));
+    }
+    QCOMPARE(s.session.project.ProjectTempo, 95); // a window that goes sends nothing more
 }
 
 void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
@@ -229,7 +235,7 @@ void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
     QTest::keyClick(name, Qt::Key_Return);
     QCOMPARE(s.session.marks.Row(1).MarkName, std::string("Verse"));
     QCOMPARE(list->currentItem()->text(1), QStringLiteral("3:2.5"));
-    Find<QToolButton>(window, "add")->click(); // the one that is there, not a second one
+    QVERIFY(selection.Select_Or_Add_At_Play_Position()); // the menu finds the one that is there
     QCOMPARE(s.session.marks.Mark_Count(), 2);
 
     list->setFocus();
@@ -249,6 +255,10 @@ void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
     QCOMPARE(list->topLevelItemCount(), 1);
     selection.Delete();
     QCOMPARE(s.test.dialogs.shown.back().text, std::string("You need to select a mark"));
+    s.session.transport.PlayPosition = 0.0;
+    QTest::keyClick(list, Qt::Key_Insert); // the window adds a second one beside "Start"
+    QCOMPARE(list->topLevelItemCount(), 2);
+    QCOMPARE(selection.Row(), 2);
 }
 
 // Before each row the selected mark spans beats 8 to 16, or is a plain one at 8.
