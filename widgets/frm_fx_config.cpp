@@ -1,5 +1,7 @@
 #include "widgets/frm_fx_config.h"
 
+#include "song/effect_records.h"
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -28,6 +30,17 @@ QString Whole_Figure(const Effect_Parameter& parameter, int value) {
     return value == 0 ? QObject::tr("No") : QObject::tr("Yes");
 }
 
+/// The text with the first of its letters that is not taken yet as its key.
+QString With_Mnemonic(const QString& text, QString& taken) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!text[i].isLetter() || taken.contains(text[i], Qt::CaseInsensitive))
+            continue;
+        taken += text[i];
+        return text.left(i) + QLatin1Char('&') + text.mid(i);
+    }
+    return text;
+}
+
 } // namespace
 
 QString Effect_Caption(Effect_Kind kind) {
@@ -49,7 +62,7 @@ QString Effect_Caption(Effect_Kind kind) {
 frmFX_Config::frmFX_Config(Session& owner, const Theme& look, QWidget* parent)
     : QDialog(parent), session(owner), theme(look), about(new QLabel(this)),
       hint(new QLabel(tr("Effects are only available when using the SoundFont synthesizer"), this)),
-      tabs(new QTabWidget(this)) {
+      tabs(new QTabWidget(this)), gesture(owner, this) {
     setObjectName(QStringLiteral("frmFX_Config"));
     about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
     about->setTextFormat(Qt::PlainText);
@@ -71,6 +84,9 @@ frmFX_Config::frmFX_Config(Session& owner, const Theme& look, QWidget* parent)
     buttons->addStretch(1);
     buttons->addWidget(close);
     all->addLayout(buttons);
+    pause.setSingleShot(true);
+    pause.setInterval(PAUSE_MS);
+    connect(&pause, &QTimer::timeout, this, &frmFX_Config::End_Gesture);
     subscription = session.events.Subscribe([this](int msg, std::int32_t, const std::string&) {
         if (msg == MSG_SET_EFFECTS || msg == MSG_SET_NAME || msg == MSG_SET_OUTPUT ||
             msg == MSG_GENERAL_UPDATE)
@@ -92,18 +108,20 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
     grid->setVerticalSpacing(theme.Px(8));
     page.on = new QCheckBox(tr("%1 o&n").arg(Effect_Caption(kind)), sheet);
     connect(page.on, &QCheckBox::clicked, this, [this, kind](bool on) {
+        End_Gesture();
         session.hub->Message(this, MSG_SET_EFFECTS, channelId, static_cast<std::int32_t>(kind), on);
     });
     auto* reset = new QPushButton(tr("&Reset"), sheet);
     reset->setObjectName(QStringLiteral("reset"));
     reset->setAutoDefault(false);
     reset->setToolTip(tr("Sets every value of this effect to what it is in a new song"));
-    connect(reset, &QPushButton::clicked, this, [this, kind] { Send_Values(kind, Neutral_Values(kind)); });
+    connect(reset, &QPushButton::clicked, this, [this, kind] { Reset(kind); });
+    QString letters = QStringLiteral("ncr"); // of the check above, of "Close" and of "Reset"
     grid->addWidget(page.on, 0, 0, 1, 2);
     grid->addWidget(reset, 0, 2);
     int line = 1;
     for (const Effect_Parameter& parameter : Parameters_Of(kind)) {
-        auto* label = new QLabel(tr(parameter.name), sheet);
+        auto* label = new QLabel(With_Mnemonic(tr(parameter.name), letters), sheet);
         auto* slider = new QSlider(Qt::Horizontal, sheet);
         auto* figure = new QLabel(sheet);
         slider->setAccessibleName(tr(parameter.name));
@@ -119,6 +137,7 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
         const auto place = static_cast<std::size_t>(line - 1);
         connect(slider, &QSlider::valueChanged, this,
                 [this, kind, place](int step) { Change(kind, place, step); });
+        connect(slider, &QSlider::sliderReleased, this, &frmFX_Config::End_Gesture);
         grid->addWidget(label, line, 0);
         grid->addWidget(slider, line, 1);
         grid->addWidget(figure, line, 2);
@@ -166,20 +185,40 @@ int frmFX_Config::Row() const {
 }
 
 void frmFX_Config::Change(Effect_Kind kind, std::size_t parameter, int step) {
-    const int row = Row();
-    if (row < 0)
-        return;
-    Effect_Values values = session.channels->Effects.Row(row).Of(kind);
-    values[parameter] = Value_At(Parameters_Of(kind)[parameter], step);
-    Send_Values(kind, values);
+    const Effect_Parameter& turned = Parameters_Of(kind)[parameter];
+    const Page& page = pages[static_cast<std::size_t>(kind)];
+    gesture.Turn(channelId, kind, parameter, Value_At(turned, step));
+    page.figures[parameter]->setText(Figure(turned, gesture.Values(channelId, kind)[parameter]));
+    if (page.sliders[parameter]->isSliderDown())
+        pause.stop();
+    else
+        pause.start();
 }
 
-void frmFX_Config::Send_Values(Effect_Kind kind, const Effect_Values& values) {
-    session.hub->Message(this, MSG_SET_EFFECTS, channelId, static_cast<std::int32_t>(kind), std::monostate{},
-                         Effect_Record_Text(kind, values));
+void frmFX_Config::End_Gesture() {
+    pause.stop();
+    gesture.End();
+}
+
+void frmFX_Config::Reset(Effect_Kind kind) {
+    pause.stop();
+    gesture.Cancel();
+    const Effect_Values neutral = Neutral_Values(kind);
+    if (gesture.Values(channelId, kind) != neutral)
+        session.hub->Message(this, MSG_SET_EFFECTS, channelId, static_cast<std::int32_t>(kind),
+                             std::monostate{}, Effect_Record_Text(kind, neutral));
+    Refresh();
+}
+
+/// Whoever turns to another window has ended the gesture.
+bool frmFX_Config::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide)
+        End_Gesture();
+    return QDialog::event(event);
 }
 
 void frmFX_Config::Show_Effect(std::int32_t newId, Effect_Kind kind) {
+    End_Gesture();
     channelId = newId;
     tabs->setCurrentIndex(static_cast<int>(kind));
     Refresh();
@@ -208,7 +247,7 @@ void frmFX_Config::Refresh() {
                          settings.Is_On(kind) ? tr("%1 •").arg(Effect_Caption(kind)) : Effect_Caption(kind));
         const auto parameters = Parameters_Of(kind);
         for (std::size_t i = 0; i < parameters.size(); ++i) {
-            const float value = settings.Of(kind)[i];
+            const float value = gesture.Values(channelId, kind)[i];
             const QSignalBlocker quiet(page.sliders[i]);
             page.sliders[i]->setValue(Step_Of(parameters[i], value));
             page.figures[i]->setText(Figure(parameters[i], value));

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "app/session.h"
+#include "widgets/effect_gesture.h"
 #include "widgets/theme.h"
 
 #include <QDialog>
+#include <QTimer>
 
 #include <cstdint>
 #include <vector>
@@ -15,8 +17,9 @@ class QTabWidget;
 
 namespace tonvex {
 
-/// The effects of a channel's output, a page each: on or off, every parameter with its figure, "Reset". A
-/// change sounds at once, while a song runs too. The window does not block; it goes with its channel.
+/// The effects of a channel's output, a page each: on or off, every parameter with its figure, "Reset". What
+/// is turned sounds at once, while a song runs too; the song is changed once, when the slider is let go, or
+/// after steps by keys or wheel when they pause. The window does not block; it goes with its channel.
 /// Interface thread. Session and theme outlive it.
 class frmFX_Config final : public QDialog {
     Q_OBJECT
@@ -32,6 +35,10 @@ public:
     static float Value_At(const Effect_Parameter& parameter, int step);
     /// "Sine", "+90 degrees", "-18.0 dB".
     static QString Figure(const Effect_Parameter& parameter, float value);
+    static constexpr int PAUSE_MS = 500; ///< between two steps by keys or wheel of one change, at most
+
+protected:
+    bool event(QEvent* event) override;
 
 private:
     struct Page {
@@ -41,7 +48,8 @@ private:
     };
     QWidget* Make_Page(Effect_Kind kind);
     void Change(Effect_Kind kind, std::size_t parameter, int step);
-    void Send_Values(Effect_Kind kind, const Effect_Values& values);
+    void End_Gesture();
+    void Reset(Effect_Kind kind);
     void Refresh();
     /// Row of the table of effects, -1 when the channel is gone.
     int Row() const;
@@ -53,6 +61,8 @@ private:
     QLabel* hint;
     QTabWidget* tabs;
     std::array<Page, EFFECT_KINDS> pages;
+    Effect_Gesture gesture;
+    QTimer pause;
     int subscription = 0;
 };
 

@@ -6,6 +6,8 @@
 #include <QSlider>
 #include <QTabWidget>
 
+#include <utility>
+
 using namespace tonvex;
 
 namespace {
@@ -13,7 +15,10 @@ namespace {
 constexpr std::int32_t CHANNEL = FIRST_ID; // on slot 0
 
 struct Effects_World : World {
-    Effects_World() : window(S(), theme) {}
+    Effects_World() : window(S(), theme) {
+        S().events.Subscribe(
+            [this](int msg, std::int32_t, const std::string&) { changes += msg == MSG_SET_EFFECTS ? 1 : 0; });
+    }
     Effect_Values Of(Effect_Kind kind) { return S().channels->Effects.Row(0).Of(kind); }
     QWidget& Page(Effect_Kind kind) {
         window.Show_Effect(CHANNEL, kind);
@@ -21,6 +26,7 @@ struct Effects_World : World {
     }
 
     frmFX_Config window;
+    int changes = 0; ///< of effects, in the song
 };
 
 } // namespace
@@ -30,6 +36,7 @@ class Effects_Window_Test : public QObject {
 private slots:
     void Every_Slider_Reaches_Its_Parameter_data();
     void Every_Slider_Reaches_Its_Parameter();
+    void Steps_Are_Joined();
     void The_Window_Goes_With_Its_Channel();
 };
 
@@ -51,13 +58,23 @@ void Effects_Window_Test::Every_Slider_Reaches_Its_Parameter() {
         QSlider* slider = sliders[static_cast<qsizetype>(i)];
         QCOMPARE(slider->accessibleName(), QString::fromLatin1(parameters[i].name));
         for (const bool most : {true, false}) {
-            Effect_Values expected = w.Of(effect);
+            const Effect_Values before = w.Of(effect);
+            Effect_Values expected = before;
             expected[i] = most ? parameters[i].most : parameters[i].least;
+            slider->setSliderDown(true);
+            slider->setValue((slider->minimum() + slider->maximum()) / 2);
             slider->setValue(most ? slider->maximum() : slider->minimum());
-            QCOMPARE(w.Of(effect), expected);
             QCOMPARE(w.test.sound.effects[0].Of(effect), expected); // it sounds at once
+            QCOMPARE(w.Of(effect), before);                         // and is one change when let go
+            QCOMPARE(w.changes, 0);
+            slider->setSliderDown(false);
+            QCOMPARE(w.Of(effect), expected);
+            QCOMPARE(std::exchange(w.changes, 0), expected == before ? 0 : 1);
         }
     }
+    QStringList letters = Mnemonics(page);
+    QCOMPARE(letters.size(), static_cast<qsizetype>(parameters.size()) + 2);
+    QCOMPARE(letters.removeDuplicates(), 0);
     auto* on = page.findChild<QCheckBox*>();
     on->click();
     QVERIFY(w.S().channels->Effects.Is_On(0, effect) && w.test.sound.effects[0].Is_On(effect));
@@ -71,12 +88,32 @@ void Effects_Window_Test::Every_Slider_Reaches_Its_Parameter() {
     QVERIFY(on->isChecked());
 }
 
+void Effects_Window_Test::Steps_Are_Joined() {
+    Effects_World w;
+    const auto sliders = w.Page(Effect_Kind::Echo).findChildren<QSlider*>();
+    for (int i = 0; i < 5; ++i)
+        QTest::keyClick(sliders[0], Qt::Key_Right); // 2.5 % in all
+    QCOMPARE(w.test.sound.effects[0].Of(Effect_Kind::Echo)[ECHO_MIX], 52.5F);
+    QCOMPARE(w.changes, 0);
+    QTest::keyClick(sliders[1], Qt::Key_Home); // another one ends the first
+    QCOMPARE(w.changes, 1);
+    QCOMPARE(w.Of(Effect_Kind::Echo)[ECHO_MIX], 52.5F);
+    QTRY_COMPARE(w.changes, 2); // a pause ends the second
+    QTest::keyClick(sliders[1], Qt::Key_Right);
+    QTest::keyClick(sliders[1], Qt::Key_Left); // back where it was
+    w.window.hide();
+    QCOMPARE(w.changes, 2);
+}
+
 void Effects_Window_Test::The_Window_Goes_With_Its_Channel() {
     Effects_World w;
-    w.Page(Effect_Kind::Echo);
+    auto* slider = w.Page(Effect_Kind::Echo).findChild<QSlider*>();
     QVERIFY(w.window.isVisible());
+    slider->setSliderDown(true);
+    slider->setValue(0);
     w.S().hub->Message(nullptr, MSG_DELETE_CHANNEL, CHANNEL);
     QVERIFY(!w.window.isVisible());
+    QCOMPARE(w.test.sound.effects[0], w.S().channels->Effects.Row(0)); // what was in hand is gone
 }
 
 QTEST_MAIN(Effects_Window_Test)
