@@ -1,5 +1,7 @@
 #include "widgets/level_meter.h"
 
+#include "widgets/accessible_faces.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -9,13 +11,13 @@ namespace tonvex {
 
 namespace {
 
-constexpr double RANGE_DB = 48.0;
 constexpr double FALL_DB_PER_MS = 0.024;
 
 } // namespace
 
 Level_Meter::Level_Meter(const Theme& look, const QString& name, int bars, QWidget* parent)
     : QWidget(parent), theme(look), barCount(std::clamp(bars, 1, 2)) {
+    Install_Accessible_Faces();
     setAccessibleName(name);
     setToolTip(name);
     setFocusPolicy(Qt::NoFocus);

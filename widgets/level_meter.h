@@ -8,11 +8,13 @@
 
 namespace tonvex {
 
-/// Upright bars of a level, one or two. 1.0 is full scale, shown over 48 dB. Falls by 24 dB a second.
+/// Upright bars of a level, one or two. 1.0 is full scale, shown over RANGE_DB. Falls by 24 dB a second.
 /// The owner calls Show_Peaks about 30 times a second while something sounds, and until Is_Still.
 class Level_Meter final : public QWidget {
     Q_OBJECT
 public:
+    static constexpr double RANGE_DB = 48.0;
+
     Level_Meter(const Theme& theme, const QString& name, int bars, QWidget* parent = nullptr);
 
     /// Peaks since the last call; the second is not used with one bar.

@@ -1,5 +1,7 @@
 #include "widgets/piano_view.h"
 
+#include "widgets/accessible_faces.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -10,6 +12,7 @@ namespace tonvex {
 
 namespace {
 
+constexpr int OCTAVE = 12;
 constexpr double BLACK_WIDTH = 0.68; ///< of a white key
 constexpr double BLACK_HEIGHT = 0.6;
 /// White keys below each semitone within an octave.
@@ -54,6 +57,7 @@ int Piano_Geometry::Note_At(QPointF point) const {
 }
 
 Piano_View::Piano_View(const Theme& look, QWidget* parent) : QWidget(parent), theme(look) {
+    Install_Accessible_Faces();
     setAccessibleName(tr("Piano"));
     setToolTip(tr("Click a key to hear it on the selected channel"));
     setFocusPolicy(Qt::NoFocus);
@@ -88,8 +92,8 @@ void Piano_View::Set_Labels(const std::array<QString, 128>& labels) {
     update();
 }
 
-void Piano_View::Set_Octave_Names(const std::array<QString, 128>& names) {
-    octaveNames = names;
+void Piano_View::Set_Note_Names(const std::array<QString, 128>& names) {
+    noteNames = names;
     update();
 }
 
@@ -150,13 +154,13 @@ void Piano_View::Paint_Key(QPainter& painter, const Piano_Geometry& keys, int no
         painter.drawText(key.adjusted(0, 0, 0, -theme.Px(black ? 4 : 6)), Qt::AlignHCenter | Qt::AlignBottom,
                          letters[row]);
     }
-    if (!black && !octaveNames[row].isEmpty()) {
+    if (note % OCTAVE == 0) {
         QFont face = theme.Font(Text_Size::Caption);
         face.setPixelSize(theme.Px(9));
         painter.setFont(face);
         painter.setPen(on ? t.onAccent : t.keyLabel);
         painter.drawText(key.adjusted(0, 0, 0, -theme.Px(22)), Qt::AlignHCenter | Qt::AlignBottom,
-                         octaveNames[row]);
+                         noteNames[row]);
     }
 }
 

@@ -38,7 +38,9 @@ public:
     int First_Note() const noexcept { return first; }
     int Last_Note() const noexcept { return last; }
     void Set_Labels(const std::array<QString, 128>& labels);
-    void Set_Octave_Names(const std::array<QString, 128>& names);
+    /// For those who cannot see it; those of C stand on their keys.
+    void Set_Note_Names(const std::array<QString, 128>& names);
+    const QString& Note_Name(int note) const { return noteNames[static_cast<std::size_t>(note)]; }
     const QString& Label(int note) const { return letters[static_cast<std::size_t>(note)]; }
     void Set_Lit(int note, bool lit);
     bool Is_Lit(int note) const;
@@ -69,7 +71,7 @@ private:
     int last = 96;
     int mouseNote = -1;
     std::array<QString, 128> letters;
-    std::array<QString, 128> octaveNames;
+    std::array<QString, 128> noteNames;
     std::array<bool, 128> lit{};
 };
 

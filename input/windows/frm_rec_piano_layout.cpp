@@ -175,11 +175,11 @@ void frmREC_PianoLayout::UpdateLayout() {
             first += 12;
     }
     std::array<QString, 128> names;
-    for (int note = 0; note < 128; note += 12)
+    for (int note = 0; note < 128; ++note)
         names[static_cast<std::size_t>(note)] = QString::fromStdString(session.notes.NoteName(note));
     piano->Set_Range(first, first + SHOWN_SEMITONES);
     piano->Set_Labels(letters);
-    piano->Set_Octave_Names(names);
+    piano->Set_Note_Names(names);
     chips->Set_Chips(std::move(chords));
     Fit_Chips();
     notesOctave->Show_Choice(layout.NotesOctave);
