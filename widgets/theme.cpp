@@ -95,10 +95,11 @@ QToolTip { background: {control}; color: {text}; border: 1px solid {line}; paddi
 QPushButton { background: {control}; color: {text}; border: 1px solid {line}; border-radius: [8]px;
   padding: [4]px [16]px; min-height: [20]px; }
 QPushButton:hover { background: {hover}; }
+QPushButton:checked { background: {accent}; color: {onAccent}; border-color: {accent}; }
 QPushButton:default { background: {accent}; color: {onAccent}; border-color: {accent}; }
 QPushButton:disabled { color: {dim}; background: {panel}; }
 QPushButton:focus { border: 2px solid {accent}; padding: [3]px [15]px; }
-QPushButton:default:focus { border: 2px solid {text}; }
+QPushButton:checked:focus, QPushButton:default:focus { border: 2px solid {text}; }
 QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit { background: {control};
   color: {text}; border: 1px solid {line}; border-radius: [5]px; padding: [3]px [6]px; min-height: [20]px;
   selection-background-color: {accent}; selection-color: {onAccent}; }
@@ -113,6 +114,8 @@ QAbstractItemView:focus { border: 2px solid {accent}; }
 QAbstractItemView::item { padding: [4]px [6]px; border: 0; background: transparent; }
 QAbstractItemView::item:hover { background: {hover}; color: {text}; }
 QAbstractItemView::item:selected { background: {accent}; color: {onAccent}; }
+QAbstractItemView:disabled, QAbstractItemView::item:disabled { color: {dim}; }
+QAbstractItemView::item:selected:disabled { background: {hover}; color: {text}; }
 QHeaderView::section { background: {control}; color: {dim}; border: 0; border-right: 1px solid {line};
   padding: [4]px [6]px; }
 QScrollBar:vertical { background: transparent; width: [10]px; margin: 0; }
@@ -144,7 +147,7 @@ QRadioButton::indicator:hover { background: {hover}; }
 QRadioButton::indicator:checked { width: [6]px; height: [6]px; border: [5]px solid {accent};
   background: {onAccent}; }
 QRadioButton::indicator:disabled { border-color: {line}; background: {panel}; }
-QCheckBox { spacing: [8]px; padding: [2]px; }
+QCheckBox { spacing: [8]px; padding: [2]px; border: 2px solid transparent; }
 QCheckBox::indicator { width: [16]px; height: [16]px; border: 1px solid {dim}; border-radius: [4]px;
   background: {control}; }
 QCheckBox::indicator:checked { image: url({check}); }

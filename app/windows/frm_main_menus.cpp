@@ -244,9 +244,13 @@ void frmMain::Make_Layout_Menus(QMenu* options) {
         tunings.push_back(action);
     }
     tuning->addSeparator();
-    QAction* match = Add_Check(tuning, tr("&Match song key"), {},
-                               [this](bool on) { session.settings.Keyboard_Match_SongKey = on; });
-    match->setChecked(session.settings.Keyboard_Match_SongKey);
+    QAction* match = Add_Check(tuning, tr("&Match song key"), {}, [this](bool on) {
+        session.settings.Keyboard_Match_SongKey = on;
+        Tell_Layout_Changed(session);
+    });
+    const auto show = [this, match] { match->setChecked(session.settings.Keyboard_Match_SongKey); };
+    connect(tuning, &QMenu::aboutToShow, match, show); // the keyboard window sets it too
+    show();
 }
 
 void frmMain::Make_Appearance_Menu(QMenu* options) {

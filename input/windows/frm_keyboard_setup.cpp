@@ -54,7 +54,7 @@ void frmKeyboardSetup::Connect_Controls() {
     connect(wbButton2, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton2_Click);
     connect(wbButton3, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton3_Click);
     connect(wbButton4, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton4_Click);
-    connect(&practice, &Practice_Mode::plainChanged, wbButton4, &QPushButton::setChecked);
+    connect(&practice, &Practice_Mode::plainChanged, this, &frmKeyboardSetup::Show_Practice);
     connect(tuning, &QComboBox::activated, this, &frmKeyboardSetup::mnuKeyboardTuning);
     connect(matchSongKey, &QCheckBox::clicked, this,
             [this](bool on) { session.settings.Keyboard_Match_SongKey = on; });
@@ -268,7 +268,12 @@ void frmKeyboardSetup::wbButton3_Click() {
 
 void frmKeyboardSetup::wbButton4_Click(bool on) {
     practice.Set_Plain(on);
-    wbButton4->setChecked(practice.Plain());
+    Show_Practice(practice.Plain());
+}
+
+void frmKeyboardSetup::Show_Practice(bool on) {
+    wbButton4->setChecked(on);
+    wbButton4->setText(on ? tr("Stop pr&actice") : tr("Pr&actice"));
 }
 
 void frmKeyboardSetup::mnuKeyboardTuning(int wanted) {

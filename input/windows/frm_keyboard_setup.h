@@ -74,6 +74,7 @@ private:
     void Save_Under(const QString& name);
     void wbButton3_Click();
     void wbButton4_Click(bool on);
+    void Show_Practice(bool on);
     void mnuKeyboardTuning(int tuning);
     /// Runs a change of the tables with the keys at rest and tells the views.
     template <typename Change>

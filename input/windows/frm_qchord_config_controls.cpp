@@ -191,8 +191,9 @@ QWidget* frmQChordConfig::Make_Picking_Part() {
     List3->setMinimumHeight(theme.Px(84));
     for (int row = 0; row < QChord_Edit::BEATS_ROWS; ++row)
         List3->addItem(QString::fromStdString(QChord_Edit::Beats_Text(row)));
-    Check2 = new QCheckBox(tr("Repe&at while the key is held"), frame);
+    Check2 = new QCheckBox(tr("Repe&at"), frame);
     Check2->setObjectName(QStringLiteral("Check2"));
+    Check2->setToolTip(tr("Plays the pattern again and again while the key is held"));
     grid->addWidget(Label_For(Text2, tr("Picking &Pattern:"), frame), 0, 0);
     grid->addWidget(Text2, 0, 1);
     grid->addLayout(Make_Presets(), 1, 1);

@@ -87,7 +87,8 @@ void Piano_Marks::Paint_Key(QPainter& painter, int slot) {
     const bool marked = selection.Is_Marked(slot);
     const QRectF key = Key_Rect(slot).adjusted(0.5, 0, -0.5, -1);
     const double radius = theme.Px(black ? 3 : 4);
-    painter.setPen(black ? QPen(t.ebony, 1) : QPen(t.keyLine, 1));
+    // Black ones too: the last stands over the panel, which may be as dark.
+    painter.setPen(QPen(t.keyLine, 1));
     painter.setBrush(marked ? t.accent : black ? t.ebony : t.ivory);
     painter.drawRoundedRect(key, radius, radius);
     const QColor ink = marked ? t.onAccent : black ? t.ivory : t.ebony;

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include <algorithm>
+
 namespace tonvex {
 
 namespace {
@@ -14,7 +16,10 @@ constexpr int BASS_LOW = 18; ///< lines of the bass staff: G2 B2 D3 F3 A3
 constexpr int BASS_HIGH = 26;
 constexpr int TREBLE_LOW = 30; ///< lines of the treble staff: E4 G4 B4 D5 F5
 constexpr int TREBLE_HIGH = 38;
-constexpr int GAP = 4; ///< steps by which the staves stand apart; the middle C keeps to the treble
+constexpr int GAP = 4;         ///< steps by which the staves stand apart; the middle C keeps to the treble
+constexpr double MIDDLE = 0.5; ///< of the first column of heads, in widths of the view
+constexpr int HEAD_STEPS = 2;  ///< heights of signs, in steps
+constexpr int ACCIDENTAL_STEPS = 5;
 
 bool In_Range(int note) {
     return note >= 0 && note < 128;
@@ -34,6 +39,20 @@ Staff_Place Place_Of_Name(const std::string& name) {
     if (name.size() > 1 && (name[1] == '#' || name[1] == 'b'))
         place.accidental = name[1];
     return place;
+}
+
+std::vector<int> Staff_Columns(std::span<const int> steps, int apart) {
+    std::vector<int> lastStep; // of each column
+    std::vector<int> columns;
+    for (const int step : steps) {
+        auto column =
+            std::find_if(lastStep.begin(), lastStep.end(), [=](int last) { return step - last >= apart; });
+        if (column == lastStep.end())
+            column = lastStep.insert(lastStep.end(), step);
+        *column = step;
+        columns.push_back(static_cast<int>(column - lastStep.begin()));
+    }
+    return columns;
 }
 
 Staff_View::Staff_View(const Theme& look, QWidget* parent) : QWidget(parent), theme(look) {
@@ -84,15 +103,27 @@ void Staff_View::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     Paint_Lines(painter);
-    int before = -2;
-    bool aside = false;
-    for (std::size_t note = 0; note < shown.size(); ++note) {
-        if (!shown[note])
-            continue;
-        // Heads that would touch stand side by side.
-        aside = places[note].step - before < 2 && !aside;
-        before = places[note].step;
-        Paint_Note(painter, places[note], aside);
+    std::vector<Staff_Place> sounding;
+    for (std::size_t note = 0; note < shown.size(); ++note)
+        if (shown[note])
+            sounding.push_back(places[note]);
+    // A spelling may put a higher note on a lower step.
+    std::sort(sounding.begin(), sounding.end(),
+              [](const Staff_Place& a, const Staff_Place& b) { return a.step < b.step; });
+    std::vector<int> heads;
+    std::vector<int> accidentals;
+    for (const Staff_Place& place : sounding) {
+        heads.push_back(place.step);
+        if (place.accidental != 0)
+            accidentals.push_back(place.step);
+    }
+    const std::vector<int> headColumns = Staff_Columns(heads, HEAD_STEPS);
+    const std::vector<int> accidentalColumns = Staff_Columns(accidentals, ACCIDENTAL_STEPS);
+    auto accidentalColumn = accidentalColumns.begin();
+    for (std::size_t i = 0; i < sounding.size(); ++i) {
+        Paint_Head(painter, sounding[i].step, headColumns[i]);
+        if (sounding[i].accidental != 0)
+            Paint_Accidental(painter, sounding[i], *accidentalColumn++);
     }
 }
 
@@ -104,36 +135,37 @@ void Staff_View::Paint_Lines(QPainter& painter) const {
     painter.drawLine(QPointF(0.5, Y_Of(BASS_LOW)), QPointF(0.5, Y_Of(TREBLE_HIGH)));
 }
 
-void Staff_View::Paint_Note(QPainter& painter, const Staff_Place& place, bool aside) const {
+void Staff_View::Paint_Head(QPainter& painter, int step, int column) const {
     const Theme_Tokens& t = theme.Tokens();
-    const double half = (Y_Of(0) - Y_Of(1));
-    const double column = width() * 0.55;
-    const double middle = column + (aside ? half * 2.8 : 0.0);
-    const QPointF centre(middle, Y_Of(place.step));
+    const double half = Half_Space();
+    const double middle = width() * MIDDLE + column * half * 3.4;
     painter.setPen(QPen(t.dim, 1));
-    const auto ledger = [&](int step) {
-        painter.drawLine(QPointF(middle - half * 2.4, Y_Of(step)), QPointF(middle + half * 2.4, Y_Of(step)));
+    const auto ledger = [&](int line) {
+        painter.drawLine(QPointF(middle - half * 2.4, Y_Of(line)), QPointF(middle + half * 2.4, Y_Of(line)));
     };
-    for (int step = TREBLE_HIGH + 2; step <= place.step; step += 2)
-        ledger(step);
-    for (int step = BASS_LOW - 2; step >= place.step; step -= 2)
-        ledger(step);
-    if (place.step == MIDDLE_C)
+    for (int line = TREBLE_HIGH + 2; line <= step; line += 2)
+        ledger(line);
+    for (int line = BASS_LOW - 2; line >= step; line -= 2)
+        ledger(line);
+    if (step == MIDDLE_C)
         ledger(MIDDLE_C);
     painter.setPen(QPen(t.accent, half * 0.7));
     painter.setBrush(Qt::NoBrush);
     painter.save();
-    painter.translate(centre);
+    painter.translate(middle, Y_Of(step));
     painter.rotate(-15);
     painter.drawEllipse(QPointF(0, 0), half * 1.5, half * 0.9);
     painter.restore();
-    if (place.accidental == 0)
-        return;
+}
+
+void Staff_View::Paint_Accidental(QPainter& painter, const Staff_Place& place, int column) const {
+    const double half = Half_Space();
     QFont face = theme.Font(Text_Size::Caption, QFont::DemiBold);
     face.setPixelSize(static_cast<int>(half * 5));
     painter.setFont(face);
-    painter.setPen(t.text);
-    const QRectF box(column - half * 8, centre.y() - half * 4, half * 5, half * 8);
+    painter.setPen(theme.Tokens().text);
+    const double right = width() * MIDDLE - half * (3.0 + 3.0 * column);
+    const QRectF box(right - half * 5, Y_Of(place.step) - half * 4, half * 5, half * 8);
     painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter,
                      place.accidental == '#' ? QString(QChar(0x266F)) : QString(QChar(0x266D)));
 }

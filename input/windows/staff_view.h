@@ -5,7 +5,9 @@
 #include <QWidget>
 
 #include <array>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace tonvex {
 
@@ -19,6 +21,10 @@ struct Staff_Place {
 /// By the name of the note alone: first letter, last character as octave, second character as accidental.
 /// A name without an octave (notes below 24) has octave 0.
 Staff_Place Place_Of_Name(const std::string& name);
+
+/// Columns, from 0, of signs at rising steps, so that those of one column stand at least apart steps from
+/// each other; each sign takes the first column that has room.
+std::vector<int> Staff_Columns(std::span<const int> steps, int apart);
 
 /// A pair of staves, treble and bass, with whole notes for what sounds. Interface thread.
 class Staff_View final : public QWidget {
@@ -41,7 +47,9 @@ protected:
 private:
     double Y_Of(int step) const;
     void Paint_Lines(QPainter& painter) const;
-    void Paint_Note(QPainter& painter, const Staff_Place& place, bool aside) const;
+    double Half_Space() const { return Y_Of(0) - Y_Of(1); }
+    void Paint_Head(QPainter& painter, int step, int column) const;
+    void Paint_Accidental(QPainter& painter, const Staff_Place& place, int column) const;
 
     const Theme& theme;
     std::array<bool, 128> shown{};

@@ -10,6 +10,7 @@
 #include "widgets/piano_view.h"
 #include "widgets/segment_selector.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QInputDialog>
@@ -468,10 +469,12 @@ void Key_Windows_Test::Practice_Sounds_On_A_Piano() {
     auto* button = Find<QPushButton>(world.window, "wbButton4");
     button->click();
     QVERIFY(button->isChecked() && world.practice.Is_Running());
+    QCOMPARE(button->text().remove('&'), QStringLiteral("Stop practice"));
     world.S().keyboard->SetKeyState(KEY_A, 1);
     QTRY_COMPARE(Count(world.test.sound.posted, Sound_Op::NoteOn, 0, 48), 1);
     button->click();
     QVERIFY(!world.practice.Is_Running());
+    QCOMPARE(button->text().remove('&'), QStringLiteral("Practice"));
     QCOMPARE(Count(world.test.sound.posted, Sound_Op::NoteOff, 0, 48), 1);
 }
 
@@ -483,6 +486,8 @@ void Key_Windows_Test::Staff_Shows_Notes_By_Name() {
                 {"G9", {67, 0}}, {"Cb5", {35, 'b'}}, {"A", {5, 0}}};
     for (const auto& row : rows)
         QVERIFY2(Place_Of_Name(row.name) == row.place, row.name);
+    const std::array steps{21, 21, 22, 23, 25}; // C C# D E G
+    QCOMPARE(Staff_Columns(steps, 2), (std::vector<int>{0, 1, 2, 0, 0}));
     World world;
     frmREC_PianoLayout piano(world.S(), world.theme);
     QVERIFY(!Find<QCheckBox>(piano, "Check1")->isChecked());
@@ -495,6 +500,9 @@ void Key_Windows_Test::Staff_Shows_Notes_By_Name() {
     piano.ShowNote(61);
     piano.HideNote(61);
     QVERIFY2(piano.Staff().Shows(61) && piano.Piano().Is_Lit(61), "two keys");
+    piano.ShowNote(64);
+    QCOMPARE(QAccessible::queryAccessibleInterface(&piano.Piano())->text(QAccessible::Value),
+             QStringLiteral("C#4 E4"));
     piano.HideNote(61);
     QVERIFY(!piano.Staff().Shows(61));
     piano.HideNote(61);

@@ -18,6 +18,7 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QAction>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDockWidget>
 #include <QKeyEvent>
@@ -371,6 +372,12 @@ void Main_Window_Test::Every_Control_Has_A_Name() {
     QAccessibleValueInterface* value = QAccessible::queryAccessibleInterface(volume)->valueInterface();
     QVERIFY(value != nullptr);
     QCOMPARE(value->maximumValue().toInt(), 127);
+    auto* meter = p.window->findChild<Level_Meter*>();
+    QAccessibleValueInterface* level = QAccessible::queryAccessibleInterface(meter)->valueInterface();
+    QVERIFY(level != nullptr);
+    QCOMPARE(level->currentValue().toInt(), -48);
+    meter->Show_Peaks(0.5F, 0.25F, 0);
+    QCOMPARE(level->currentValue().toInt(), -6);
 }
 
 void Main_Window_Test::Song_Windows_Open_By_Keys() {
@@ -383,6 +390,18 @@ void Main_Window_Test::Song_Windows_Open_By_Keys() {
     dialog("frmMetronomeSetup")->reject();
     p.window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
+
+    // One setting, shown in two places.
+    auto* box = p.window->findChild<QCheckBox*>(QStringLiteral("matchSongKey"));
+    for (QAction* action : p.window->findChildren<QAction*>()) {
+        if (!action->text().contains(QLatin1String("Match song key")))
+            continue;
+        action->trigger();
+        QVERIFY(!box->isChecked());
+        box->click();
+        emit qobject_cast<QMenu*>(action->associatedObjects().front())->aboutToShow();
+        QVERIFY(action->isChecked());
+    }
 
     p.session->hub->Message(nullptr, MSG_SONG_POSITION, 6.0);
     p.session->hub->Message(nullptr, MSG_OPEN_PAN_MAP, std::int32_t{0});
