@@ -1,40 +1,27 @@
-#include "support/test_session.h"
+#include "support/hub_bed.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <vector>
 
 namespace tonvex {
 namespace {
 
-constexpr std::int32_t CHANNEL = FIRST_ID; // on slot 0
 constexpr std::int32_t ECHO = 3;
 constexpr const char* SHORT_ECHO =
     "0000c8420000484200007a430000fa4301000000"; // 100 %, 50 %, 250, 500, swapped
 
-struct Effect_Messages : testing::Test {
-    Effect_Messages() {
-        session.events.Subscribe([this](int msg, std::int32_t, const std::string&) { told.push_back(msg); });
-        session.project.Modified = false;
-        test.sound.effectsSet.clear();
-    }
+struct Effect_Messages : Hub_Bed {
     const Effect_Settings& Row(int row = 0) const { return session.channels->Effects.Row(row); }
-
-    Test_Session test;
-    Session& session = test.Load();
-    std::vector<int> told;
 };
 
 TEST_F(Effect_Messages, Set_The_Song_The_Output_And_The_Modified_Flag) {
-    session.hub->Message(nullptr, 1030, CHANNEL, ECHO, true, std::string(SHORT_ECHO));
+    Send(1030, CHANNEL, ECHO, true, std::string(SHORT_ECHO));
     EXPECT_TRUE(Row().Is_On(Effect_Kind::Echo));
     EXPECT_EQ(Row().Of(Effect_Kind::Echo), (Effect_Values{100.0F, 50.0F, 250.0F, 500.0F, 1.0F}));
     EXPECT_EQ(test.sound.effects[0], Row());
     EXPECT_EQ(test.sound.effectsSet, std::vector<int>{0});
-    EXPECT_EQ(told, std::vector<int>{1030});
+    EXPECT_EQ(Told_Numbers(), std::vector<int>{1030});
     EXPECT_TRUE(session.project.Modified);
-    session.hub->Message(nullptr, 1030, CHANNEL, std::string("GUID_DSFX_STANDARD_ECHO"), false);
+    Send(1030, CHANNEL, std::string("GUID_DSFX_STANDARD_ECHO"), false);
     EXPECT_FALSE(test.sound.effects[0].Any_On());
     EXPECT_EQ(Row().Of(Effect_Kind::Echo)[ECHO_LEFT], 250.0F) << "what is not given stays";
 }
@@ -56,27 +43,27 @@ TEST_F(Effect_Messages, Refuse_What_Makes_No_Sense) {
         EXPECT_EQ(Row(), Effect_Settings()) << i;
         EXPECT_TRUE(told.empty() && test.sound.effectsSet.empty() && !session.project.Modified) << i;
     }
-    session.hub->Message(nullptr, 1030, CHANNEL);
+    Send(1030, CHANNEL);
     EXPECT_EQ(test.sound.effectsSet, std::vector<int>{0}) << "without an effect the output is set anew";
 }
 
 TEST_F(Effect_Messages, Belong_To_The_Output_That_A_Channel_Is_On) {
-    session.hub->Message(nullptr, 1012, CHANNEL, 31);
-    session.hub->Message(nullptr, 1030, CHANNEL, ECHO, true);
+    Send(1012, CHANNEL, 31);
+    Send(1030, CHANNEL, ECHO, true);
     EXPECT_TRUE(test.sound.effects[31].Is_On(Effect_Kind::Echo));
     EXPECT_FALSE(test.sound.effects[0].Any_On());
-    session.hub->Message(nullptr, 1013, std::string("Vocals"), true);
-    session.hub->Message(nullptr, 1030, FIRST_ID + 1, 0, true);
+    Send(1013, std::string("Vocals"), true);
+    Send(1030, FIRST_ID + 1, 0, true);
     EXPECT_TRUE(Row(32).Is_On(Effect_Kind::Reverb)) << "audio output 0";
     EXPECT_EQ(test.sound.effectsSet, std::vector<int>{31}) << "which the synthesizer knows nothing of";
 }
 
 TEST_F(Effect_Messages, Go_With_The_Synthesizer_And_End_With_The_Song) {
-    session.hub->Message(nullptr, 1030, CHANNEL, ECHO, true);
+    Send(1030, CHANNEL, ECHO, true);
     test.midi.outputs = {{"Port", 3}};
     session.Try_Output(3, 100);
     test.sound.effectsSet.clear();
-    session.hub->Message(nullptr, 1030, CHANNEL, 0, true);
+    Send(1030, CHANNEL, 0, true);
     EXPECT_TRUE(test.sound.effectsSet.empty()) << "a port has no effects";
     session.Try_Output(midiapi::SYNTH_DEVICE, 100);
     EXPECT_TRUE(test.sound.effects[0].Is_On(Effect_Kind::Echo) &&

@@ -1,41 +1,23 @@
-#include "support/test_session.h"
-
-#include <gtest/gtest.h>
+#include "support/hub_bed.h"
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tonvex {
 namespace {
 
-constexpr std::int32_t NOBODY = FIRST_ID + 40;
-constexpr double NAN_ARG = std::numeric_limits<double>::quiet_NaN();
 constexpr auto VOLUME = Map_Kind::Volume;
 constexpr auto PAN = Map_Kind::Pan;
 
-class Map_And_Mark_Messages : public testing::Test {
+class Map_And_Mark_Messages : public Hub_Bed {
 protected:
-    Map_And_Mark_Messages() : session(test.Load()), store(session.channels->Store(0)) {
-        session.events.Subscribe([this](int msg, std::int32_t param, const std::string& text) {
-            told.push_back({msg, param, text});
-        });
+    Map_And_Mark_Messages() {
         Send(1013, std::string("Voice"), true);
         voice = told.front().param;
         Fresh();
-    }
-    void Fresh() {
-        told.clear();
-        test.sound.posted.clear();
-        session.project.Modified = false;
-    }
-    template <typename... Arg>
-    void Send(int msg, Arg&&... arg) {
-        session.hub->Message(this, msg, std::forward<Arg>(arg)...);
     }
     Song_Maps& Maps() { return session.channels->Maps; }
     PanVol_Class& Voice_Map(Map_Kind kind) {
@@ -74,15 +56,6 @@ protected:
         }
     }
 
-    struct Notice {
-        int msg;
-        std::int32_t param;
-        std::string text;
-    };
-    Test_Session test;
-    Session& session;
-    ChannelClass& store;
-    std::vector<Notice> told;
     std::int32_t voice = 0;
 };
 

@@ -1,6 +1,4 @@
-#include "support/test_session.h"
-
-#include <gtest/gtest.h>
+#include "support/hub_bed.h"
 
 #include <algorithm>
 #include <functional>
@@ -10,23 +8,8 @@
 namespace tonvex {
 namespace {
 
-constexpr std::int32_t CHANNEL = FIRST_ID;
-constexpr std::int32_t NOBODY = FIRST_ID + 40;
-constexpr double NAN_ARG = std::numeric_limits<double>::quiet_NaN();
-
-class MsgManager_Test : public testing::Test {
+class MsgManager_Test : public Hub_Bed {
 protected:
-    MsgManager_Test() : session(test.Load()), store(session.channels->Store(0)) {
-        session.events.Subscribe([this](int msg, std::int32_t param, const std::string& text) {
-            told.push_back({msg, param, text});
-        });
-        Fresh();
-    }
-    void Fresh() {
-        told.clear();
-        test.sound.posted.clear();
-        session.project.Modified = false;
-    }
     std::int32_t Add_Note(double start, std::uint8_t note, double length = 1.0) {
         return store.AddNewEvent(start, NoteData{note, 100, length});
     }
@@ -55,28 +38,8 @@ protected:
     }
     /// What adds a channel.
     static Args Named(const std::string& name, int slot) { return {name, false, slot}; }
-    template <typename... Arg>
-    void Send(int msg, Arg&&... arg) {
-        session.hub->Message(this, msg, std::forward<Arg>(arg)...);
-    }
-    std::vector<int> Told_Numbers() const {
-        std::vector<int> numbers;
-        for (const auto& notice : told)
-            numbers.push_back(notice.msg);
-        return numbers;
-    }
     GlobalChannel& Row(std::size_t row = 0) { return session.channels->Channels[row]; }
     NoteData Note(std::int32_t id) { return *store.ReadEvent(store.GetEvent_I(id))->Note; }
-
-    struct Notice {
-        int msg;
-        std::int32_t param;
-        std::string text;
-    };
-    Test_Session test;
-    Session& session;
-    ChannelClass& store;
-    std::vector<Notice> told;
 };
 
 TEST_F(MsgManager_Test, Channel_Messages) {

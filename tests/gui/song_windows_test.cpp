@@ -4,7 +4,7 @@
 #include "song/windows/frm_set_speed.h"
 #include "song/windows/frm_tempo.h"
 #include "song/windows/mark_selection.h"
-#include "support/test_session.h"
+#include "support/window_world.h"
 #include "widgets/mark_flags.h"
 #include "widgets/song_overview.h"
 
@@ -22,19 +22,8 @@ using namespace tonvex;
 
 namespace {
 
-template <typename Widget>
-Widget* Find(const QWidget& window, const char* name) {
-    auto* found = window.findChild<Widget*>(QLatin1String(name));
-    if (found == nullptr)
-        qFatal("no %s", name);
-    return found;
-}
-
-struct Song_Fixture {
-    Test_Session test;
-    Session& session = test.Load();
-    Memory_Settings_Store store;
-    Theme theme{*qApp, store};
+struct Song_Fixture : World {
+    Session& session = S();
 };
 
 /// Shown, with the focus on one of its controls: shortcuts need both.
@@ -132,17 +121,17 @@ void Song_Windows_Test::A_Tempo_Change_Is_Edited() {
     QVERIFY(!Find<QPushButton>(window, "change")->isEnabled());
     list->setCurrentItem(list->topLevelItem(0));
     QCOMPARE(field->text(), QStringLiteral("2:4.9"));
-    Find<QPushButton>(window, "change")->click(); // nothing was touched
+    Click(window, "change"); // nothing was touched
     QVERIFY(heard.isEmpty());
     Find<QSpinBox>(window, "Text2")->setValue(121);
-    Find<QPushButton>(window, "change")->click();
+    Click(window, "change");
     QCOMPARE(heard, QList<int>{MSG_SET_TEMPO_CHANGE});
     QCOMPARE(s.session.tempoChanges.In_Time_Order()[0].BeatN, 7.96); // not cut to the tenth shown
     field->setText(QStringLiteral("5:1"));                           // the other one's place
-    Find<QPushButton>(window, "change")->click();
+    Click(window, "change");
     QCOMPARE(Changes(s.session), QStringLiteral("2:4.9=121 5:1.0=60"));
     field->setText(QStringLiteral("6:1"));
-    Find<QPushButton>(window, "change")->click();
+    Click(window, "change");
     QCOMPARE(Changes(s.session), QStringLiteral("5:1.0=60 6:1.0=121"));
     QCOMPARE(list->currentItem()->text(0), QStringLiteral("6:1.0")); // still the selected one
     Show(window, list);
@@ -194,7 +183,7 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     window.accept(); // not the button: Escape, the frame and Cancel end the test as well
     QCOMPARE(test->text(), QStringLiteral("Test Metronome"));
 
-    Find<QPushButton>(window, "Command1")->click();
+    Click(window, "Command1");
     QCOMPARE(s.session.project.MetronomeNoteB, 37);
     QCOMPARE(s.session.project.MetronomeNoteA, 50);
     QVERIFY(s.session.project.Modified);
@@ -228,7 +217,7 @@ void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
     Show(window, list);
 
     s.session.transport.PlayPosition = 9.5;
-    Find<QToolButton>(window, "add")->click();
+    Click(window, "add");
     QCOMPARE(name->text(), QStringLiteral("New Mark"));
     QCOMPARE(name->selectedText(), name->text()); // ready to be typed over
     QTest::keyClicks(name, "Verse");
