@@ -105,6 +105,8 @@ QLineEdit, QSpinBox, QDoubleSpinBox, QComboBox, QPlainTextEdit, QTextEdit { back
   selection-background-color: {accent}; selection-color: {onAccent}; }
 QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QComboBox:focus, QPlainTextEdit:focus {
   border: 2px solid {accent}; padding: [2]px [5]px; }
+QLineEdit:disabled, QSpinBox:disabled, QDoubleSpinBox:disabled, QComboBox:disabled { background: {panel};
+  color: {dim}; }
 QComboBox::drop-down { border: 0; width: [24]px; }
 QComboBox::down-arrow { image: url({chevron}); width: [16]px; height: [16]px; }
 QComboBox QAbstractItemView { background: {panel}; color: {text}; border: 1px solid {line}; }
