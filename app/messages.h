@@ -40,9 +40,9 @@ enum Change_Message : int {
     MSG_SET_EFFECTS = 1030,
     MSG_CHORD_TYPE_EVENT = 1031, ///< event ID, chord type
     MSG_CHORD_TYPE_END = 1032,
-    MSG_POSITION_FAMILY = 1100,
-    MSG_POSITION_VALUE = 1101,             ///< P1 position
-    MSG_SONG_POSITION = HUB_SONG_POSITION, ///< P1 position
+    MSG_POSITION_FAMILY = HUB_POSITION_FAMILY,
+    MSG_POSITION_VALUE = HUB_POSITION_VALUE, ///< P1 position
+    MSG_SONG_POSITION = HUB_SONG_POSITION,   ///< P1 position
     MSG_GENERAL_UPDATE = HUB_GENERAL_UPDATE,
     MSG_SHOW_POSITION = 1201, ///< P1 position
 
@@ -90,9 +90,11 @@ enum Change_Message : int {
     MSG_AUDIO_VOLUME_MOVE_POINT = 1236,
     MSG_AUDIO_VOLUME_SET_POINT = 1237,
 
-    MSG_TRANSPOSE_SONG = 1300, ///< P1 semitones
-    MSG_CHANGE_SPEED = 1301,   ///< P1 factor
-    MSG_SET_TEMPO = 1302,      ///< P1 tempo
+    MSG_TRANSPOSE_SONG = 1300,     ///< P1 semitones
+    MSG_CHANGE_SPEED = 1301,       ///< P1 factor
+    MSG_SET_TEMPO = HUB_SET_TEMPO, ///< P1 tempo
+    /// P1 value; nothing changes: the recorder's window hears the notice.
+    MSG_RECORDER_VALUE = HUB_RECORDER_VALUE,
     MSG_SPEED_LABEL = 1402,
     MSG_RECORD_MODE = 1403,         ///< P1: 1 overwrite, 0 blend
     MSG_ADD_TEMPO_CHANGE = 1600,    ///< P1 position, P2 tempo

@@ -1,6 +1,7 @@
 #include "app/session.h"
 
 #include "app/session_channel_host.h"
+#include "app/session_project_host.h"
 
 #include <utility>
 
@@ -44,6 +45,11 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     layout = std::make_unique<KeyboardLayout>(notes, doors.dialogs);
     midiIn->onVelocity = [this](int note, int velocity) { Take_Velocity(note, velocity); };
     hub = std::make_unique<MsgManager>(*this);
+    projectHost = std::make_unique<Session_Project_Host>(*this);
+    const Song_Model song{*channels, tempoChanges, marks,        project,
+                          creator,   editorSetup,  channelsList, fonts->CurList};
+    files = std::make_unique<Project_Files>(
+        Project_Parts{song, *fonts, *output, *gcm, *hub, transport, doors.dialogs, *projectHost});
     const Transport_Parts parts{*channels,     tempoChanges, project,      *output, *gcm,       *input,
                                 *layout,       *hub,         transport,    options, doors.loop, doors.counter,
                                 doors.dialogs, observers,    *fingerpicks, *cue,    *render};
@@ -75,7 +81,9 @@ bool Session::Load() {
     fonts->Set_Config_Folder(paths.Get_Folder("config"));
     fontsLoaded = fonts->Load_DefaultList();
     Load_Layout();
-    New_Project();
+    // The fonts are there, or their absence is told when the windows are.
+    files->Reset();
+    Add_First_Channel();
     return true;
 }
 
@@ -94,18 +102,13 @@ void Session::Shutdown() {
 }
 
 void Session::New_Project() {
-    if (transport.Song_Runs())
-        return;
-    channels->Clear();
-    tempoChanges.Clear();
-    marks.New_Project();
-    creator.InitNewFileSettings();
-    editorSetup = EventsEditor_Setup{};
-    gcm->Clear_Note_Counts();
-    project = Project_State{};
+    if (files->NewProject())
+        Add_First_Channel();
+}
+
+void Session::Add_First_Channel() {
     channels->Add_Channel(channels->New_ChannelID(), false, 0, FIRST_CHANNEL_NAME);
     Send_Idle_Sound();
-    hub->Message(nullptr, MSG_SONG_POSITION, 0.0);
     hub->Message(nullptr, MSG_GENERAL_UPDATE);
     project.Modified = false;
 }

@@ -23,6 +23,8 @@
 #include "platform/settings_store.h"
 #include "platform/sound_door.h"
 #include "platform/user_dialogs.h"
+#include "project/channels_list_rows.h"
+#include "project/project_files.h"
 #include "song/events_editor_setup.h"
 #include "song/global_channels_manager.h"
 #include "song/marks.h"
@@ -71,6 +73,9 @@ public:
     void Shutdown();
     /// Empty song with one MIDI channel on slot 0, not modified. Does nothing while a song runs.
     void New_Project();
+    /// The MIDI channel that the window puts into a song without any, on slot 0; the song counts as
+    /// unmodified.
+    void Add_First_Channel();
     /// Opens the output that the settings name, without fonts. False after a message box; the program runs on
     /// silent. The settings take over a raised buffer.
     bool Open_Output();
@@ -96,6 +101,7 @@ public:
     Song_Marks marks;
     MusicCreator_Module creator;
     EventsEditor_Setup editorSetup;
+    Channels_List_Rows channelsList;
     NotesStuff notes;
     Transport_State transport;
     Transport_Options options;
@@ -113,6 +119,8 @@ public:
     std::unique_ptr<KeyboardLayout> layout;
     std::vector<Transport_Observer*> observers; ///< windows that follow runs
     std::unique_ptr<MsgManager> hub;
+    std::unique_ptr<Project_Host> projectHost;
+    std::unique_ptr<Project_Files> files;
     std::unique_ptr<Fingerpick_Patterns> fingerpicks;
     std::unique_ptr<RecorderClass> recorder;
     std::unique_ptr<RecorderClass> practiceRecorder;

@@ -186,6 +186,7 @@ constexpr Message_Handler HANDLERS[] = {
     {MSG_TRANSPOSE_SONG, Transpose_Song, Message_Kind::Change_And_End},
     {MSG_CHANGE_SPEED, Change_Speed, Message_Kind::Change_And_End},
     {MSG_SET_TEMPO, Set_Song_Tempo, Message_Kind::Change_And_End},
+    {MSG_RECORDER_VALUE, Tell_Only, Message_Kind::View},
     {MSG_SPEED_LABEL, Speed_Label, Message_Kind::View},
     {MSG_RECORD_MODE, Record_Mode, Message_Kind::View},
     {MSG_ADD_TEMPO_CHANGE, Add_Tempo_Change, Message_Kind::Change_And_End},

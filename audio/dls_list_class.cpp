@@ -142,12 +142,18 @@ bool DLSListClass::Load_CurList_Fonts() {
     return Load_SF2_List(CurList);
 }
 
+bool DLSListClass::Keep_Or_Load_CurList() {
+    return (anyLoaded && loadedList == CurList && output.UsingSynth()) || Load_CurList_Fonts();
+}
+
 bool DLSListClass::Load_For_Output() {
     return CurList.empty() ? Load_DefaultList() : Load_CurList_Fonts();
 }
 
 bool DLSListClass::Load_SF2_List(const std::vector<std::string>& list) {
     failedFonts.clear();
+    loadedList.clear();
+    anyLoaded = false;
     if (!output.UsingSynth()) {
         Fill_Plain_Patches(channels);
         return true;
@@ -174,7 +180,9 @@ bool DLSListClass::Load_SF2_List(const std::vector<std::string>& list) {
     }
     std::erase_if(fonts, [](const Loaded_Font& font) { return font.handle <= 0; });
     Fill_Font_Patches(channels, fonts);
-    return !fonts.empty();
+    loadedList = list;
+    anyLoaded = !fonts.empty();
+    return anyLoaded;
 }
 
 std::string DLSListClass::Get_SF2File_Title(const std::filesystem::path& path) {

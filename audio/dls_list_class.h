@@ -40,6 +40,8 @@ public:
     /// Entries of CurList whose files are gone.
     std::vector<std::string> CheckFiles_Curlist() const;
     bool Load_CurList_Fonts();
+    /// Load_CurList_Fonts, unless just these fonts are the ones that were loaded last.
+    bool Keep_Or_Load_CurList();
     /// For an output just opened: the project's fonts, or the default list while it names none.
     bool Load_For_Output();
     /// Loads the fonts into the synthesizer in place of those there, fills Global_Patches and
@@ -68,6 +70,8 @@ private:
     GlobalChannelsManager& channels;
     std::filesystem::path configFolder;
     std::vector<std::string> failedFonts;
+    std::vector<std::string> loadedList; ///< what the synthesizer was last given
+    bool anyLoaded = false;              ///< at least one of loadedList
 };
 
 } // namespace tonvex

@@ -1,5 +1,6 @@
 #include "base/byte_cursor.h"
 
+#include <array>
 #include <bit>
 
 namespace tonvex {
@@ -58,19 +59,23 @@ void Byte_Cursor::Seek(std::size_t target) noexcept {
 }
 
 void Byte_Writer::Write_U16(std::uint16_t value) {
-    bytes.push_back(static_cast<std::uint8_t>(value & 0xFF));
-    bytes.push_back(static_cast<std::uint8_t>(value >> 8));
+    Write_Little(value);
 }
 
 void Byte_Writer::Write_U32(std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes.push_back(static_cast<std::uint8_t>((value >> shift) & 0xFF));
+    Write_Little(value);
 }
 
 void Byte_Writer::Write_Double(double value) {
-    const auto raw = std::bit_cast<std::uint64_t>(value);
-    for (int shift = 0; shift < 64; shift += 8)
-        bytes.push_back(static_cast<std::uint8_t>((raw >> shift) & 0xFF));
+    Write_Little(std::bit_cast<std::uint64_t>(value));
+}
+
+template <typename Value>
+void Byte_Writer::Write_Little(Value value) {
+    std::array<std::uint8_t, sizeof(Value)> piece{};
+    for (std::size_t i = 0; i < piece.size(); ++i)
+        piece[i] = static_cast<std::uint8_t>((value >> (8 * i)) & 0xFF);
+    bytes.insert(bytes.end(), piece.begin(), piece.end());
 }
 
 void Byte_Writer::Write_Bytes(std::span<const std::uint8_t> data) {

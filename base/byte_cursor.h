@@ -51,10 +51,16 @@ public:
     void Write_Bytes(std::span<const std::uint8_t> data);
     void Write_Text(const std::string& rawBytes);
 
+    /// Room for so many bytes more, for who knows about how many will come.
+    void Reserve(std::size_t count) { bytes.reserve(bytes.size() + count); }
+
     const std::vector<std::uint8_t>& Bytes() const noexcept { return bytes; }
     std::vector<std::uint8_t> Take() noexcept { return std::move(bytes); }
 
 private:
+    template <typename Value>
+    void Write_Little(Value value);
+
     std::vector<std::uint8_t> bytes;
 };
 

@@ -88,6 +88,16 @@ std::optional<std::vector<std::uint8_t>> Read_File(const fs::path& path, std::si
     }
 }
 
+bool Write_File(const fs::path& path, std::span<const std::uint8_t> bytes) {
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (file.Get() < 0)
+        return false;
+    if (Write_All(file.Get(), bytes) && file.Close())
+        return true;
+    ::unlink(path.c_str());
+    return false;
+}
+
 bool Replace_File(const fs::path& path, std::span<const std::uint8_t> bytes, std::string& error) {
     std::error_code failed;
     fs::path target = fs::weakly_canonical(path, failed);

@@ -64,6 +64,10 @@ std::size_t Decode_One(std::string_view text, char32_t& code) noexcept {
     return length;
 }
 
+bool Continues_Character(char byte) noexcept {
+    return (static_cast<std::uint8_t>(byte) & 0xC0) == 0x80;
+}
+
 bool To_Cp1252(char32_t code, char& out) noexcept {
     if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) {
         out = static_cast<char>(code);
@@ -119,16 +123,25 @@ std::string Text_To_File(std::string_view utf8) {
     return Is_Valid_Utf8(out) && out != utf8 ? std::string(utf8) : out;
 }
 
-std::string Fixed_Field(std::string_view utf8, std::size_t size) {
-    std::string field = Text_To_File(utf8);
-    while (field.size() > size) {
-        // Cut the text, not the bytes, so that no character is torn.
-        std::size_t cut = utf8.size() - 1;
-        while (cut > 0 && (static_cast<std::uint8_t>(utf8[cut]) & 0xC0) == 0x80)
+std::string Text_To_File_Cut(std::string_view utf8, std::size_t size) {
+    // No character is shorter than a byte in either form, so the first size characters are the most to keep.
+    std::size_t characters = 0;
+    for (std::size_t i = 0; i < utf8.size(); ++i)
+        if (!Continues_Character(utf8[i]) && ++characters > size)
+            utf8 = utf8.substr(0, i);
+    std::string bytes = Text_To_File(utf8);
+    while (bytes.size() > size) { // UTF-8, then
+        std::size_t cut = size;
+        while (cut > 0 && Continues_Character(utf8[cut]))
             --cut;
         utf8 = utf8.substr(0, cut);
-        field = Text_To_File(utf8);
+        bytes = Text_To_File(utf8);
     }
+    return bytes;
+}
+
+std::string Fixed_Field(std::string_view utf8, std::size_t size) {
+    std::string field = Text_To_File_Cut(utf8, size);
     field.resize(size, ' ');
     return field;
 }

@@ -15,6 +15,9 @@ std::string Text_From_File(std::string_view bytes);
 /// Windows-1252 where every character fits, else the UTF-8 bytes themselves.
 std::string Text_To_File(std::string_view utf8);
 
+/// Text_To_File of as much of the text as gives at most size bytes, cut at a character's border.
+std::string Text_To_File_Cut(std::string_view utf8, std::size_t size);
+
 /// A fixed field of size bytes, as files carry it: encoded, cut at a character's border, blank padded.
 std::string Fixed_Field(std::string_view utf8, std::size_t size);
 

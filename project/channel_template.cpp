@@ -223,7 +223,8 @@ std::vector<ChannelTemplate> List_Templates(const fs::path& folder) {
 std::string Template_Page(const ChannelTemplate& source) {
     if (source.InfoFile.empty())
         return {};
-    const auto bytes = Read_File(source.TemplateFile.parent_path() / fs::path(source.InfoFile).filename(), LARGEST_PAGE);
+    const auto bytes =
+        Read_File(source.TemplateFile.parent_path() / fs::path(source.InfoFile).filename(), LARGEST_PAGE);
     if (!bytes)
         return {};
     std::string page = Text_From_File(Text_Of(*bytes));

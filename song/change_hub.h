@@ -15,11 +15,15 @@ using Msg_Arg = std::variant<std::monostate, bool, std::int32_t, double, std::st
 /// Who sends: the address of the window or object, for telling one's own messages; null for the program.
 using Msg_Sender = const void*;
 
-/// The messages that the engine itself sends.
-inline constexpr int HUB_REC_EVENT = 1014;      ///< P1 channel row, P2 kind, P3 start in beats, P4 data
-inline constexpr int HUB_DELETE_EVENT = 1017;   ///< P1 ChannelID, P2 event ID
+/// The messages that the engine and the project files send.
+inline constexpr int HUB_REC_EVENT = 1014;    ///< P1 channel row, P2 kind, P3 start in beats, P4 data
+inline constexpr int HUB_DELETE_EVENT = 1017; ///< P1 ChannelID, P2 event ID
+inline constexpr int HUB_POSITION_FAMILY = 1100;
+inline constexpr int HUB_POSITION_VALUE = 1101; ///< P1 position in beats
 inline constexpr int HUB_SONG_POSITION = 1102;  ///< P1 position in beats
 inline constexpr int HUB_GENERAL_UPDATE = 1200; ///< no parameters
+inline constexpr int HUB_SET_TEMPO = 1302;      ///< P1 beats per minute
+inline constexpr int HUB_RECORDER_VALUE = 1400; ///< P1 the song's HubValue1400
 
 /// The door through which every change of the song passes. The engine knows the hub by this alone.
 /// Interface thread.

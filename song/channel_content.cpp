@@ -1,6 +1,7 @@
 #include "song/channel_content.h"
 
 #include "song/event_rows.h"
+#include "song/file_rows.h"
 
 #include <algorithm>
 #include <array>

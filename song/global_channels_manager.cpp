@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cassert>
 #include <limits>
+#include <span>
 #include <string_view>
 
 namespace tonvex {
@@ -243,6 +244,33 @@ void GlobalChannelsManager::Delete_Channel(std::int32_t channelId) {
     Maps.Free_AudioMapRow(channelId);
 }
 
+bool GlobalChannelsManager::Take_Rows(const std::array<GlobalChannel, TABLE_ROWS>& rows) {
+    Clear();
+    Channels = rows;
+    for (int row = 0; row < TABLE_ROWS; ++row) {
+        GlobalChannel& channel = Channels[static_cast<std::size_t>(row)];
+        if (!Is_On(channel.InUse))
+            continue;
+        if (row >= CHANNEL_ROWS) {
+            channel.InUse = FLAG_OFF;
+            continue;
+        }
+        if (ChannelI(channel.ChannelID) != row) {
+            Clear();
+            return false;
+        }
+        channel.Volume = std::min(channel.Volume, HIGHEST);
+        channel.Pan = std::min(channel.Pan, HIGHEST);
+        if (!Is_On(channel.IsAudio) && channel.OutputChannel >= SLOTS)
+            channel.OutputChannel = 0;
+        Store(row).ChannelNumber = channel.ChannelID;
+        if (channel.ChannelID >= nextChannelId &&
+            channel.ChannelID != std::numeric_limits<std::int32_t>::max())
+            nextChannelId = channel.ChannelID + 1;
+    }
+    return true;
+}
+
 // ---- sound ----
 
 bool GlobalChannelsManager::Give_Patch(GlobalChannel& channel, std::int16_t patchI) const {
@@ -255,6 +283,29 @@ bool GlobalChannelsManager::Give_Patch(GlobalChannel& channel, std::int16_t patc
     channel.PatchByte0 = static_cast<std::uint8_t>(patch.Patch);
     channel.PatchByte1 = patch.Bank;
     return true;
+}
+
+void GlobalChannelsManager::Find_Patches() {
+    for (int row = 0; row < CHANNEL_ROWS; ++row) {
+        GlobalChannel& channel = Channels[static_cast<std::size_t>(row)];
+        if (!Is_Live_Row(row) || Is_On(channel.IsAudio) || channel.OutputChannel >= SLOTS)
+            continue;
+        const bool drums = Is_On(OutputSlots[channel.OutputChannel].SlotDrums);
+        const std::span<const PatchRow> table =
+            drums ? std::span<const PatchRow>(Global_DrumPatches) : std::span<const PatchRow>(Global_Patches);
+        const auto named = [&channel](const PatchRow& patch) {
+            return patch.Patch == channel.PatchByte0 && patch.Bank == channel.PatchByte1;
+        };
+        const auto patchI = static_cast<std::size_t>(channel.PatchI);
+        if (channel.PatchI >= 0 && patchI < table.size() && named(table[patchI]))
+            continue;
+        const auto filled = table.first(static_cast<std::size_t>(drums ? DrumPatchCount : PatchCount));
+        const auto found = std::find_if(filled.begin(), filled.end(), named);
+        if (found != filled.end())
+            channel.PatchI = static_cast<std::int16_t>(found - filled.begin());
+        else if (channel.PatchI < 0 || patchI >= table.size())
+            channel.PatchI = 0;
+    }
 }
 
 void GlobalChannelsManager::Take_Slot(int row, std::uint8_t slot) {

@@ -36,6 +36,7 @@ struct GlobalChannel {
     std::array<std::string, 5> StyleStrings;
     std::array<std::int16_t, 5> StyleInts{};
     std::array<std::int32_t, 11> StyleCustomInts{};
+    bool operator==(const GlobalChannel&) const = default;
 };
 
 struct OutputSlot {
@@ -137,6 +138,13 @@ public:
 
     /// Empties all rows and slots, as a new project does. The patch tables stay.
     void Clear();
+    /// Another song's rows in place of these: all else is empty afterwards, and the caller gives audio
+    /// channels their maps. Of live rows, values out of range are brought into it. False, and all empty, when
+    /// two live rows have one ID.
+    bool Take_Rows(const std::array<GlobalChannel, TABLE_ROWS>& rows);
+    /// Gives each live row the patch row of the tables in force whose program and bank it names, if there is
+    /// one: for tables that were filled anew behind a load.
+    void Find_Patches();
 
 private:
     GlobalChannel* Live_Channel(std::int32_t channelId);

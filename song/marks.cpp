@@ -87,6 +87,23 @@ void Song_Marks::Clear() {
     MarkCount = 0;
 }
 
+void Song_Marks::Take_Rows(const std::array<Mark, ROWS>& rows, std::int32_t count) {
+    marks = rows;
+    MarkCount = std::clamp(count, 0, ROWS);
+    for (int row = 0; row < ROWS; ++row) {
+        Mark& mark = marks[static_cast<std::size_t>(row)];
+        if (!Is_Live(row))
+            continue;
+        if (!Is_Position(mark.MarkStart)) {
+            mark.InUse = FLAG_OFF;
+            continue;
+        }
+        if (mark.MarkEnd != Mark::NO_END && !Is_Position(mark.MarkEnd))
+            mark.MarkEnd = mark.MarkStart;
+        MarkCount = std::max(MarkCount, row + 1);
+    }
+}
+
 void Song_Marks::New_Project() {
     Clear();
     Add_Mark(0.0, 0.0, FIRST_MARK_NAME);

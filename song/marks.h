@@ -49,6 +49,10 @@ public:
     double Last_Beat() const noexcept;
 
     void Clear();
+    /// The whole table. Live rows at no place of a song become free; count is raised to behind the last live
+    /// row and kept within the table.
+    const std::array<Mark, ROWS>& All_Rows() const noexcept { return marks; }
+    void Take_Rows(const std::array<Mark, ROWS>& rows, std::int32_t count);
     /// As a new project has them: one mark, "Start", at beat 0.
     void New_Project();
 

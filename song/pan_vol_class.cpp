@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace tonvex {
 
@@ -36,6 +37,19 @@ void PanVol_Class::Clear() {
     walkRow = FIRST_ROW;
     Row(FIRST_ROW) = {FLAG_ON, New_ID(), NEW_VALUE, -1, LAST_ROW, 0.0};
     Row(LAST_ROW) = {FLAG_ON, New_ID(), NEW_VALUE, FIRST_ROW, -1, SONG_END};
+}
+
+Map_Content PanVol_Class::Content() const {
+    return {{Points.begin(), Points.begin() + NextFreeI}, NextID};
+}
+
+void PanVol_Class::Take_Content(Map_Content content) {
+    Clear();
+    if (!content.Settle())
+        return;
+    NextFreeI = static_cast<std::int32_t>(content.Points.size());
+    NextID = content.NextID;
+    Points = std::move(content.Points);
 }
 
 std::int32_t PanVol_Class::New_ID() {

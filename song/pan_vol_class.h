@@ -1,6 +1,7 @@
 #pragma once
 
 #include "song/event_data.h"
+#include "song/map_content.h"
 #include "song/song_length_source.h"
 
 #include <cstddef>
@@ -9,17 +10,6 @@
 #include <vector>
 
 namespace tonvex {
-
-/// A row of a map.
-struct MapPoint {
-    Flag16 InUse = FLAG_OFF;
-    std::int32_t ID = 0;
-    std::int16_t Value = 0;  ///< 0 to 127
-    std::int32_t PrevI = -1; ///< row of the point before, -1 at the first
-    std::int32_t NextI = -1; ///< row of the point after, -1 at the last
-    double TimePos = 0.0;    ///< beats; SONG_END: the end of the song, wherever that is
-    bool operator==(const MapPoint&) const = default;
-};
 
 /// A curve over the song: points in order of time, straight lines between them. Each output slot and each
 /// audio channel has one for its volume and one for its pan.
@@ -83,6 +73,9 @@ public:
     std::pair<std::int32_t, std::int32_t> Points_Around(double beats) const noexcept;
     /// As new.
     void Clear();
+    /// The used rows as they stand, and back. Take_Content settles what it is given; no map gives a new one.
+    Map_Content Content() const;
+    void Take_Content(Map_Content content);
 
 private:
     static constexpr std::int32_t FIRST_ROW = 0;

@@ -124,6 +124,24 @@ void TempoChangeClass::Clear() {
     Changed();
 }
 
+void TempoChangeClass::Take_Content(const Tempo_Content& content) {
+    Clear();
+    rows = content.Rows;
+    NextID = content.NextID;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        TempoChange& change = rows[row];
+        if (!Is_On(change.InUse))
+            continue;
+        if (!Can_Show(change.BeatN) || !rowOfId.emplace(change.ID, row).second) {
+            change.InUse = FLAG_OFF;
+            continue;
+        }
+        change.Tempo = Usable_Tempo(change.Tempo);
+        positions.emplace(change.BeatN, row);
+    }
+    Changed();
+}
+
 std::int32_t Tempo_At(double beats, const TempoChangeClass& tempoChanges, std::int32_t baseTempo) {
     const std::vector<TempoChange>& changes = tempoChanges.In_Time_Order();
     const auto behind = std::partition_point(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "song/event_data.h"
+#include "song/tempo_content.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,13 +11,6 @@
 #include <vector>
 
 namespace tonvex {
-
-struct TempoChange {
-    Flag16 InUse = 0;
-    double BeatN = 0.0;     ///< position in beats
-    std::int16_t Tempo = 0; ///< beats per minute from there on
-    std::int32_t ID = 0;
-};
 
 /// Length of one beat in ms at a tempo in beats per minute. A tempo below 1 counts as 1, so that no value
 /// from a file or a field can divide by zero.
@@ -48,6 +42,10 @@ public:
     /// there.
     const std::vector<TempoChange>& In_Time_Order() const;
     void Clear();
+    /// All rows as they stand, free ones too, and back. Rows that the list cannot show become free; a tempo
+    /// below 1 becomes 1.
+    Tempo_Content Content() const { return {rows, NextID}; }
+    void Take_Content(const Tempo_Content& content);
 
     /// Rises with every change of the list, so that what is worked out from it can be kept until then.
     std::uint64_t Revision() const noexcept { return revision; }
