@@ -142,7 +142,6 @@ void Session::Load_Sounds() {
     hub->Message(nullptr, MSG_GENERAL_UPDATE);
 }
 
-/// What the slots stand at between two runs.
 void Session::Send_Idle_Sound() {
     gcm->GCM_SendAllPatches();
     gcm->GCM_SendAllEffects();

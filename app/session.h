@@ -87,6 +87,8 @@ public:
     /// Takes the input source, 0 keyboard, 1 keyboard and MIDI, into the settings and opens it. False when
     /// MIDI was asked for and cannot be opened or no device is chosen.
     bool Select_Input(int source);
+    /// What the slots stand at between two runs, whatever was tried on them.
+    void Send_Idle_Sound();
     /// This session's own folder for files that do not outlive it; empty when it could not be made.
     std::filesystem::path Temp_Folder() const;
 
@@ -135,7 +137,6 @@ private:
     void Load_Tables();
     bool Load_Settings();
     void Load_Sounds();
-    void Send_Idle_Sound();
     void Keep_Settings();
     void Load_Layout();
     void Take_Velocity(int note, int velocity);

@@ -106,8 +106,9 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
     parts.gcm.GCM_SendAllPatches();
     parts.gcm.GCM_SendAllVolumes();
     if (PracticeMode && (channel == PRACTICE_PLAIN || channel == PRACTICE_TEST)) {
-        parts.gcm.GCM_SetChannelPatch(RecChannelRow, 0);
-        parts.output.Midi_SetVolume(0, FULL_SLOT_VOLUME);
+        const GlobalChannel& practice = parts.channels.Channels[GlobalChannelsManager::PRACTICE_ROW];
+        parts.gcm.GCM_SetChannelPatch(RecChannelRow, practice.PatchI);
+        parts.output.Midi_SetVolume(practice.OutputChannel, FULL_SLOT_VOLUME);
     }
     // Behind the channels' own patches, so that a change just before the start has the last word.
     if (!PracticeMode) {
@@ -146,7 +147,7 @@ int RecorderClass::Find_Row(std::int32_t channel) {
         practice.Volume = source.Volume;
         practice.PatchI = source.PatchI;
         practice.Style = source.Style;
-    } else {
+    } else if (channel == PRACTICE_PLAIN) {
         practice.OutputChannel = 0;
         practice.Volume = PLAIN_PRACTICE_VOLUME;
         practice.PatchI = 0;

@@ -17,6 +17,7 @@ namespace tonvex {
 class RecorderClass {
 public:
     static constexpr std::int32_t PRACTICE_PLAIN = -1000;
+    /// What stands in the row of the practice channel: a sound that is tried before a channel has it.
     static constexpr std::int32_t PRACTICE_TEST = -2000;
 
     explicit RecorderClass(const Transport_Parts& parts);

@@ -263,7 +263,7 @@ bool frmMain::Key_Plays(int scanCode) const {
         session.layout->KeyMap[static_cast<std::size_t>(scanCode)].Enabled == 0)
         return false;
     const Practice_Mode& practice = recorder->Practice();
-    return session.recorder->IsRunning() || ((practice.Keys() || practice.Plain()) && practice.Is_Running());
+    return session.recorder->IsRunning() || (practice.Plays_Keys() && practice.Is_Running());
 }
 
 void frmMain::Run_From_Key(const std::function<void()>& act) {

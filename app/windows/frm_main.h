@@ -99,6 +99,7 @@ private:
     void Lock(bool locked);
     bool Needs_Channel();
     void Add_Channel();
+    void Add_Channel_From_Template();
     void Delete_Channel();
     void Rename_Channel();
     void Clear_Channel_Events();

@@ -89,6 +89,9 @@ void frmMain::Make_Channel_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Channel"));
     lockedInRun.push_back(Add_Action(menu, tr("&Add new channel"), {QKeySequence(Qt::CTRL | Qt::Key_Insert)},
                                      [this] { Add_Channel(); }));
+    lockedInRun.push_back(Add_Action(menu, tr("Add channel from a &template..."),
+                                     {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Insert)},
+                                     [this] { Add_Channel_From_Template(); }));
     lockedInRun.push_back(Add_Action(menu, tr("&Delete channel"), {QKeySequence(Qt::CTRL | Qt::Key_Delete)},
                                      [this] { Delete_Channel(); }));
     lockedInRun.push_back(Add_Action(menu, tr("&Rename channel..."), {}, [this] { Rename_Channel(); }));

@@ -1,9 +1,11 @@
-// The menus of the main window for what belongs to the whole song: tempo, marks, maps, metronome.
+// The menus of the main window for what belongs to the whole song: tempo, marks, maps, metronome, channels
+// from templates.
 
 #include "app/windows/frm_main.h"
 
 #include "engine/windows/frm_metronome_setup.h"
 #include "engine/windows/frm_recorder.h"
+#include "project/windows/frm_channel_wizard.h"
 #include "song/windows/frm_marks.h"
 #include "song/windows/frm_set_speed.h"
 #include "song/windows/frm_tempo.h"
@@ -65,6 +67,14 @@ void frmMain::Open_Marks(bool editName) {
     Show_Window("frmMarks", [this] { return new frmMarks(session, theme, *marks, this); });
     if (editName)
         findChild<frmMarks*>()->Edit_Name();
+}
+
+void frmMain::Add_Channel_From_Template() {
+    Show_Window("frmChannelWizard", [this] {
+        auto* wizard = new frmChannelWizard(session, theme, recorder->Practice(), this);
+        connect(wizard, &frmChannelWizard::channelAdded, this, &frmMain::Select_Channel);
+        return wizard;
+    });
 }
 
 void frmMain::Make_Map_Entries(QMenu* menu) {

@@ -73,6 +73,24 @@ void Practice_Mode::Set_Plain(bool on) {
     emit plainChanged(plain);
 }
 
+void Practice_Mode::Set_Trial(const std::optional<Trial>& sound) {
+    if (sound == trial)
+        return;
+    Stop();
+    trial = sound;
+    if (trial) {
+        constexpr int ROW = GlobalChannelsManager::PRACTICE_ROW;
+        GlobalChannel& practice = session.channels->Channels[ROW];
+        practice.OutputChannel = trial->slot;
+        practice.PatchI = trial->patchRow;
+        practice.Volume = trial->volume;
+        practice.Pan = trial->pan;
+        session.gcm->GCM_SetChannelPatch(ROW, trial->patchRow);
+        session.gcm->GCM_SetChannelPan(ROW);
+    }
+    Start_If_Wanted();
+}
+
 void Practice_Mode::Hold() {
     ++held;
     Stop();
@@ -88,6 +106,8 @@ void Practice_Mode::Renew() {
 }
 
 std::int32_t Practice_Mode::Wanted_Channel() const noexcept {
+    if (trial)
+        return RecorderClass::PRACTICE_TEST;
     return plain ? RecorderClass::PRACTICE_PLAIN : channelId;
 }
 
@@ -97,18 +117,19 @@ void Practice_Mode::Start_If_Wanted() {
         return;
     const bool midi = Midi_Ready();
     // Without its MIDI keyboard the input cannot be opened; that is told when something is to be recorded.
-    if (!midi && (!(keys || plain) || session.input->InputDevice != 0))
+    if (!midi && (!Plays_Keys() || session.input->InputDevice != 0))
         return;
     session.practiceRecorder->PracticeMode = true;
     const std::int32_t asked = Wanted_Channel();
     const bool askedKeys = keys;
+    const std::optional<Trial> askedTrial = trial;
     starting = true;
     session.practiceRecorder->StartRecording(0.0, 1.0F, asked, false, true, false);
     starting = false;
     if (!Is_Running())
         return;
     // What was asked for meanwhile.
-    if (held > 0 || Wanted_Channel() != asked || keys != askedKeys) {
+    if (held > 0 || Wanted_Channel() != asked || keys != askedKeys || trial != askedTrial) {
         Stop();
         Start_If_Wanted();
         return;
@@ -126,12 +147,15 @@ void Practice_Mode::Stop() {
 
 void Practice_Mode::Round() {
     // With the computer keys at rest there is nobody to click for.
-    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, keys || plain, true);
+    session.practiceRecorder->StartRecording(0.0, 0.0F, 0, false, Plays_Keys(), true);
     if (Is_Running())
         return;
     rounds.stop();
     // Escape among the keys has ended it.
-    if (plain) {
+    if (trial) {
+        trial.reset();
+        Start_If_Wanted();
+    } else if (plain) {
         Set_Plain(false);
     } else if (keys) {
         keys = false;

@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
 namespace tonvex {
 
 /// Practice mode of the main window: while no run is on, keys sound on the selected channel. A MIDI keyboard
@@ -23,6 +25,19 @@ public:
     /// The computer keys sound on a piano on slot 0, whatever channel is selected, until this is taken back.
     void Set_Plain(bool on);
     bool Plain() const noexcept { return plain; }
+    /// A sound that no channel has yet.
+    struct Trial {
+        std::uint8_t slot = 0; ///< output slot 0 to 31
+        std::int16_t patchRow = 0;
+        std::uint8_t volume = 80; ///< 0 to 127
+        std::uint8_t pan = 64;    ///< 0 to 127
+        bool operator==(const Trial&) const = default;
+    };
+    /// The computer keys sound on a slot as it is told here, whatever channel is selected, until that is
+    /// taken back. Who takes it back gives the slot its own sound again.
+    void Set_Trial(const std::optional<Trial>& sound);
+    /// The computer keys play while it runs.
+    bool Plays_Keys() const noexcept { return keys || plain || trial; }
     void Hold();
     void Let_Go();
     /// Takes the input device anew, once what comes and goes has come to rest.
@@ -50,6 +65,7 @@ private:
     bool keys = false;
     bool starting = false;
     bool plain = false;
+    std::optional<Trial> trial;
     int held = 0;
 };
 
