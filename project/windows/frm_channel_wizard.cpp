@@ -60,7 +60,7 @@ frmChannelWizard::frmChannelWizard(Session& owner, const Theme& look, Practice_M
     all->addWidget(pages, 1);
     all->addWidget(Make_Buttons());
     connect(List1, &QListWidget::currentRowChanged, this, &frmChannelWizard::Show_Template);
-    connect(List1, &QListWidget::itemActivated, this, &frmChannelWizard::Next);
+    connect(List1, &QListWidget::itemDoubleClicked, this, &frmChannelWizard::Next);
     Show_Template(-1);
     List1->setFocus();
 }
@@ -79,6 +79,8 @@ QWidget* frmChannelWizard::Make_Choice_Page() {
     auto* left = new QVBoxLayout;
     auto* label = new QLabel(tr("&Templates:"), page);
     List1 = new QListWidget(page);
+    // Rows are measured when the first one comes.
+    List1->ensurePolished();
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Templates"));
     List1->setToolTip(tr("Arrows choose, Enter goes on"));
@@ -135,7 +137,9 @@ QWidget* frmChannelWizard::Make_Sound_Page() {
     panRow->addStretch(1);
     form->addRow(tr("&Name:"), name);
     form->addRow(tr("&Volume:"), volume);
-    form->addRow(tr("&Pan:"), panRow);
+    auto* panLabel = new QLabel(tr("&Pan:"), page);
+    panLabel->setBuddy(panText);
+    form->addRow(panLabel, panRow);
     piano = new Piano_View(theme, page);
     piano->setObjectName(QStringLiteral("piano"));
     piano->setAccessibleName(tr("Piano to try the sound"));

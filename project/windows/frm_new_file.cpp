@@ -30,6 +30,8 @@ frmNewFile::frmNewFile(User_Dialogs& userDialogs, const Theme& theme, fs::path t
     Option2->setToolTip(tr("A song with channels and sounds to begin with"));
     Option1->setChecked(true);
     List1 = new QListWidget(this);
+    // Rows are measured when the first one comes.
+    List1->ensurePolished();
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Project templates"));
     List1->setToolTip(tr("Enter or a double click takes the template"));

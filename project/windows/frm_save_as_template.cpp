@@ -27,6 +27,8 @@ frmSaveAsTemplate::frmSaveAsTemplate(User_Dialogs& userDialogs, const Theme& the
     all->setSpacing(theme.Px(12));
     auto* listLabel = new QLabel(tr("&Templates:"), this);
     List1 = new QListWidget(this);
+    // Rows are measured when the first one comes.
+    List1->ensurePolished();
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Project templates"));
     List1->setToolTip(tr("The name of the selected template is taken over"));
