@@ -4,6 +4,7 @@
 #include "app/windows/frm_mouse_status.h"
 #include "app/windows/frm_start_up.h"
 #include "audio/windows/frm_sf2_error.h"
+#include "base/file_io.h"
 #include "platform/make_sound_door.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/qt_key_state.h"
@@ -201,5 +202,6 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
     if (tonvex::Answer_Call(argc, argv))
         return 0;
+    tonvex::Survive_File_Limits();
     return tonvex::Run(argc, argv);
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <random>
@@ -86,6 +87,10 @@ std::optional<std::vector<std::uint8_t>> Read_File(const fs::path& path, std::si
         if (bytes.size() > maxBytes)
             return std::nullopt;
     }
+}
+
+void Survive_File_Limits() noexcept {
+    (void)std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool Write_File(const fs::path& path, std::span<const std::uint8_t> bytes) {

@@ -14,6 +14,10 @@ namespace tonvex {
 std::optional<std::vector<std::uint8_t>> Read_File(const std::filesystem::path& path,
                                                    std::size_t maxBytes = std::size_t{1} << 31);
 
+/// For the start of a program: a file that outgrows the limit set for files then fails to be written, as one
+/// on a full disk does, instead of ending the program.
+void Survive_File_Limits() noexcept;
+
 /// Makes or empties the file and writes the bytes. False, with the file gone, when they cannot all be
 /// written. For files that nobody else looks at: others see half of it.
 bool Write_File(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);

@@ -1,3 +1,4 @@
+#include "base/file_io.h"
 #include "cli/listings.h"
 #include "cli/perform.h"
 
@@ -93,6 +94,7 @@ int Run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    Survive_File_Limits();
     try {
         return Run(argc, argv);
     } catch (const std::exception& error) {

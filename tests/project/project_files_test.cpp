@@ -1,5 +1,6 @@
 #include "base/file_io.h"
 #include "project/project_audio_files.h"
+#include "support/click_font.h"
 #include "support/song_corpus.h"
 #include "support/test_session.h"
 
@@ -18,7 +19,10 @@ namespace fs = std::filesystem;
 
 class Project_Files_Test : public testing::Test {
 protected:
-    Project_Files_Test() : session(bed.Load()) {
+    Project_Files_Test() : session(bed.Make()) {
+        test::Write_Click_Font(defaultFont, {{"Piano", 0, 0}});
+        session.fonts->fallbackFonts = {defaultFont};
+        session.Load();
         session.settings.InstallationID = 77;
         session.files->Reset();
         bed.dialogs.shown.clear();
@@ -35,6 +39,7 @@ protected:
     }
 
     Test_Session bed;
+    const fs::path defaultFont = bed.folder / "default.sf2";
     Session& session;
     const fs::path song = bed.folder / "song.tvx";
 };
@@ -241,6 +246,38 @@ TEST_F(Project_Files_Test, Another_Installation_Is_Told_Only_With_Audio) {
         "The installation of Tonvex used to create this file\r\nis not the same as this one, this might "
         "result in invalid\r\naudio channels.");
     EXPECT_EQ(bed.dialogs.shown.back().kind, Box_Kind::Warning);
+}
+
+TEST_F(Project_Files_Test, A_Song_Sounds_With_Its_Own_Fonts_Or_The_Default_List) {
+    const fs::path own = bed.folder / "own.sf2";
+    test::Write_Click_Font(own, {{"Third", 1, 3}, {"Fifth", 1, 5}});
+    session.fonts->CurList = {own.string()};
+    session.fonts->Load_CurList_Fonts();
+    session.Add_First_Channel();
+    const GlobalChannel& channel = session.channels->Channels[0];
+    session.channels->Set_Patch(channel.ChannelID, 129);
+    ASSERT_TRUE(Save(song));
+    session.files->NewProject();
+    EXPECT_EQ(session.fonts->CurList, std::vector{defaultFont.string()});
+    test::Write_Click_Font(own, {{"Fifth", 1, 5}});
+    ASSERT_TRUE(session.files->LoadProject(song, 0, false));
+    EXPECT_EQ(bed.sound.fontSets.back(), std::vector{own});
+    EXPECT_EQ(channel.PatchI, 128) << "program and bank name the sound, the row is where it stands now";
+    const std::size_t loads = bed.sound.fontSets.size();
+    ASSERT_TRUE(session.files->LoadProject(song, 0, false));
+    EXPECT_EQ(bed.sound.fontSets.size(), loads) << "the same fonts are not loaded again";
+    EXPECT_TRUE(bed.dialogs.shown.empty()) << Told();
+    fs::remove(own);
+    ASSERT_TRUE(session.files->LoadProject(song, 0, false));
+    EXPECT_EQ(Told(),
+              "Some soundfont files used by this project don't exist.\r\nThe default soundfont list will be "
+              "used instead.\r\nThis might result in midi channels without sound (to fix\r\nthe problem "
+              "select a valid patch for the channel)");
+    EXPECT_EQ(session.fonts->CurList, std::vector{defaultFont.string()});
+    EXPECT_EQ(bed.sound.fontSets.back(), std::vector{defaultFont});
+    session.fonts->fallbackFonts.clear();
+    session.files->NewProject();
+    EXPECT_TRUE(Told().starts_with("Could not load the default sf2 file(s).\r\nUse the 'Project menu ->"));
 }
 
 TEST_F(Project_Files_Test, A_Running_Song_Is_Left_Alone) {
