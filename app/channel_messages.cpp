@@ -51,11 +51,8 @@ bool Set_Volume(Hub_Call& call) {
     const auto volume = call.Long(2);
     if (Row_Of(call) < 0 || !volume)
         return false;
-    const int row = Row_Of(call);
     call.session.channels->Set_Volume(*call.Long(1), To_Midi_Value(*volume),
                                       call.session.transport.PlayPosition);
-    if (call.session.transport.EngineRunning)
-        call.session.cue->Channel_SetVolFactor(row, Vol_Factor(Channel_At(call, row)));
     return true;
 }
 
@@ -123,8 +120,6 @@ bool Set_Output(Hub_Call& call) {
     if (call.session.transport.Song_Runs())
         call.session.output->Midi_ChannelNotesOff(before);
     call.session.channels->Set_OutputChannel(*call.Long(1), static_cast<std::uint8_t>(*slot));
-    if (call.session.transport.EngineRunning)
-        call.session.render->Render_UpdateChannel(row);
     Send_Patch_And_Pan(call, row);
     return true;
 }

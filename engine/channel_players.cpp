@@ -1,6 +1,7 @@
 #include "engine/channel_players.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tonvex {
 
@@ -14,8 +15,8 @@ void Channel_Players::Make(int leaveOutRow) {
         if (row == leaveOutRow || !parts.channels.Is_Live_Row(row) || Is_On(channel.IsAudio))
             continue;
         players.push_back(std::make_unique<Channel_Player>(Channel_Player{
-            CHannelPlayerClass(parts.channels, parts.gcm, clock, parts.counter, parts.Chord_Parts()),
-            false}));
+            CHannelPlayerClass(parts.channels, parts.gcm, clock, parts.counter, parts.Chord_Parts()), false,
+            channel.Volume}));
         players.back()->player.SetChannel(channel.ChannelID, row);
         players.back()->player.renderer = parts.state.EngineRunning ? &parts.render : nullptr;
     }
@@ -30,40 +31,56 @@ void Channel_Players::Start_At(double time) {
     }
 }
 
+void Channel_Players::Take_Changes() {
+    for (const auto& entry : players) {
+        entry->player.Take_Changes();
+        const int row = entry->player.Row();
+        const GlobalChannel& channel = parts.channels.Channels[static_cast<std::size_t>(row)];
+        if (parts.state.EngineRunning && channel.Volume != entry->volume)
+            parts.cue.Channel_SetVolFactor(row, Vol_Factor(channel));
+        entry->volume = channel.Volume;
+    }
+}
+
 void Channel_Players::Step(double time) {
-    for (const auto& entry : players)
-        entry->player.Take_Changes(time);
-    const std::int64_t now = CHannelPlayerClass::Moment_At(time);
+    Take_Changes();
+    Play_Until(Moment_At(time));
+}
+
+void Channel_Players::Play_Until(std::int64_t moment) {
     while (true) {
         CHannelPlayerClass* next = nullptr;
-        CHannelPlayerClass::Moment nextMoment{CHannelPlayerClass::NEVER, true};
+        Song_Moment nextMoment{Song_Moment::NEVER, true};
         for (const auto& entry : players) {
-            const auto moment = entry->player.Next_Moment();
-            if (moment < nextMoment) {
-                nextMoment = moment;
+            const Song_Moment ofPlayer = entry->player.Next_Moment();
+            if (ofPlayer < nextMoment) {
+                nextMoment = ofPlayer;
                 next = &entry->player;
             }
         }
-        if (next == nullptr || nextMoment.at > now)
-            return;
+        if (next == nullptr || nextMoment.at > moment)
+            break;
         next->Play_Next_Moment();
     }
+    for (const auto& entry : players)
+        entry->player.Played_Until(moment);
 }
 
 void Channel_Players::Seek(double time) {
-    for (const auto& entry : players) {
-        entry->player.MuteChannel();
-        if (!entry->tableMute)
-            entry->player.UnMuteChannel();
+    for (const auto& entry : players)
         entry->player.SetTimePos(time);
-    }
 }
 
-void Channel_Players::Follow_Mutes() {
+void Channel_Players::Follow_Mutes(double time) {
+    bool played = false;
     for (const auto& entry : players) {
         const bool mute = parts.channels.Effective_Mute(entry->player.Row());
         if (mute == entry->tableMute)
             continue;
+        if (!std::exchange(played, true)) {
+            Take_Changes();
+            Play_Until(Moment_At(time) - 1);
+        }
         entry->tableMute = mute;
         if (parts.state.EngineRunning)
             parts.cue.Channel_SetMute(entry->player.Row(), mute);
@@ -72,6 +89,11 @@ void Channel_Players::Follow_Mutes() {
         else
             entry->player.UnMuteChannel();
     }
+}
+
+void Channel_Players::Tempo_Changed() {
+    for (const auto& entry : players)
+        entry->player.Tempo_Changed();
 }
 
 void Channel_Players::Mute_All() {

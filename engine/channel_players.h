@@ -27,8 +27,10 @@ public:
     void Step(double time);
     /// Silences everything and goes on at time.
     void Seek(double time);
-    /// Acts on what mute and solo have become since the last look.
-    void Follow_Mutes();
+    /// Acts on what mute and solo have become since the last look, with all that was due before time played.
+    void Follow_Mutes(double time);
+    /// The tempo list was edited.
+    void Tempo_Changed();
     void Mute_All();
     /// No channel has anything left to start or to end.
     bool At_End() const;
@@ -37,7 +39,11 @@ private:
     struct Channel_Player {
         CHannelPlayerClass player;
         bool tableMute;
+        std::uint8_t volume; ///< that the player library has been told
     };
+
+    void Take_Changes();
+    void Play_Until(std::int64_t moment);
 
     const Transport_Parts& parts;
     const VGetTickCount& clock;

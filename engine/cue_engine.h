@@ -61,7 +61,7 @@ public:
     /// belongs to.
     void AddEvents(std::int32_t List, const CueRow* Rows, std::int32_t Count);
     /// The list's rows are replaced at once, and playing goes on from the present position. What sounds of
-    /// the old rows gets its off; with keepSounding only what the new rows do not have in the same way.
+    /// the old rows gets its off; with keepSounding only what the new rows do not have, or have RENEWED.
     void Channel_UpdateModded(std::int32_t List, const CueRow* Rows, std::int32_t Count,
                               bool keepSounding = false);
     /// Muted rows are walked and not sent; what sounds gets its off.
@@ -72,7 +72,7 @@ public:
     /// touch what the performer holds.
     void Player_SetRecChannelI(std::int32_t Row, std::int32_t Slot);
     /// Notes[n]: how many live presses hold note n. An off row on the performer's slot does not cut a note
-    /// that is held.
+    /// that is held, and an on row that YIELDS is left out.
     void Player_CopyRecActiveNotes(const Live_Notes& Notes);
     /// What the performer lets go here sounds on with a row.
     bool Player_Holds(int Slot, int Note) const noexcept { return player.Holds(Slot, Note); }

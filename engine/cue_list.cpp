@@ -1,6 +1,5 @@
 #include "engine/cue_list.h"
 
-#include "engine/channel_player_class.h"
 #include "platform/sound_door.h"
 
 #include <algorithm>
@@ -33,9 +32,9 @@ std::shared_ptr<const Cue_List> Cue_List::Make(std::span<const CueRow> rows) {
         if (row.Channel < 0 || row.Channel >= OUTPUT_SLOTS || !std::isfinite(row.Time))
             continue;
         const auto slot = static_cast<std::uint8_t>(row.Channel);
-        const std::int64_t at = CHannelPlayerClass::Moment_At(row.Time);
+        const std::int64_t at = Moment_At(row.Time);
         if (row.Data1 == CueRow::PATCH_CHANGE) {
-            list->items.push_back({at, -1, row.Font, Kind::Patch, slot, Midi_Value(row.Data2 & 255U),
+            list->items.push_back({at, -1, row.Extra, Kind::Patch, slot, Midi_Value(row.Data2 & 255U),
                                    Midi_Value(static_cast<std::uint16_t>(row.Data2 >> 8U))});
             continue;
         }
@@ -46,8 +45,9 @@ std::shared_ptr<const Cue_List> Cue_List::Make(std::span<const CueRow> rows) {
         if (row.Data2 > 0) {
             const auto index = static_cast<std::int32_t>(list->notes.size());
             const std::uint8_t velocity = Midi_Value(row.Data2);
-            list->notes.push_back({at, NEVER, slot, number, velocity});
-            list->items.push_back({at, index, 0, Kind::On, slot, number, velocity});
+            list->notes.push_back(
+                {at, NEVER, slot, number, static_cast<std::uint16_t>(row.Extra & CueRow::TAG)});
+            list->items.push_back({at, index, 0, Kind::On, slot, number, velocity, row.Extra});
             waiting.push_back(index);
         } else if (!waiting.empty()) {
             Note& note = list->notes[static_cast<std::size_t>(waiting.front())];
@@ -71,10 +71,12 @@ std::size_t Cue_List::First_At(std::int64_t at) const noexcept {
 }
 
 std::int32_t Cue_List::Find_Same(const Note& note, std::span<const std::uint8_t> taken) const noexcept {
+    // RENEWED is clear in what is looked for.
+    constexpr auto BITS = static_cast<std::uint16_t>(CueRow::TAG | CueRow::RENEWED);
     for (std::size_t i = First_At(note.at); i < items.size() && items[i].at == note.at; ++i) {
         const Item& item = items[i];
         if (item.kind == Kind::On && item.slot == note.slot && item.a == note.number &&
-            item.b == note.velocity && taken[static_cast<std::size_t>(item.note)] == 0)
+            (item.extra & BITS) == note.tag && taken[static_cast<std::size_t>(item.note)] == 0)
             return item.note;
     }
     return -1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/cue_row.h"
+#include "engine/song_moment.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,26 +20,24 @@ namespace tonvex {
 class Cue_List {
 public:
     enum class Kind : std::uint8_t { Off, On, Patch };
-    /// Moments are billionths of a beat, so that a start and a length whose sum misses the next start by a
-    /// rounding error still meet it.
     struct Item {
-        std::int64_t at;
+        std::int64_t at;   ///< as Moment_At gives it
         std::int32_t note; ///< On and Off: index of Notes
         std::int32_t font; ///< Patch
         Kind kind;
         std::uint8_t slot;
-        std::uint8_t a; ///< note or program
-        std::uint8_t b; ///< velocity as stored, or bank
+        std::uint8_t a;          ///< note or program
+        std::uint8_t b;          ///< velocity as stored, or bank
+        std::uint16_t extra = 0; ///< On: as in CueRow
     };
     struct Note {
         std::int64_t at;
         std::int64_t endAt; ///< NEVER when no off belongs to it
         std::uint8_t slot;
         std::uint8_t number;
-        std::uint8_t velocity;
-        bool operator==(const Note&) const = default;
+        std::uint16_t tag; ///< as in CueRow
     };
-    static constexpr std::int64_t NEVER = INT64_MAX;
+    static constexpr std::int64_t NEVER = Song_Moment::NEVER;
     static constexpr int NO_ROW = -1;
 
     /// Copies the rows; those that are no note, patch or marker, or lie outside 0 to 31, are left out.
@@ -49,7 +48,8 @@ public:
     std::span<const Note> Notes() const noexcept { return notes; }
     /// Index of the first item at or behind the moment.
     std::size_t First_At(std::int64_t at) const noexcept;
-    /// A note that began in the same way at the same moment and that taken does not name yet; -1 for none.
+    /// A note of the same number and tag that begins at the same moment, is not renewed and that taken does
+    /// not name yet; -1 for none.
     std::int32_t Find_Same(const Note& note, std::span<const std::uint8_t> taken) const noexcept;
 
 private:

@@ -1,6 +1,6 @@
 #include "engine/cue_player.h"
 
-#include "engine/channel_player_class.h"
+#include "base/rounding.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint8_t NOTE_OFF_VELOCITY = 100;
 constexpr float HIGHEST_VELOCITY = 127.0F;
-constexpr double BEATS_A_MOMENT = 1.0e-9;
+constexpr double BEATS_A_MOMENT = 1.0 / Song_Moment::A_BEAT;
 /// How soon an output without room is tried again.
 constexpr std::int64_t RETRY_NS = 1'000'000;
 /// Rows that close together go out in one go.
@@ -19,6 +19,14 @@ constexpr std::int64_t GRAIN_NS = 1'000'000;
 
 std::size_t Index(int value) {
     return static_cast<std::size_t>(value);
+}
+
+/// Cut, but a note is left out only where its velocity rounds to 0: so the polling engine decides too.
+std::uint8_t Velocity(std::uint8_t stored, float factor) {
+    const float product = static_cast<float>(stored) * factor;
+    return RoundHalfEven(product) == 0
+               ? std::uint8_t{0}
+               : static_cast<std::uint8_t>(std::clamp(product, 1.0F, HIGHEST_VELOCITY));
 }
 
 } // namespace
@@ -47,7 +55,7 @@ void Cue_Player::Set_List(std::size_t index, std::shared_ptr<const Cue_List> row
 }
 
 void Cue_Player::Set_Position(double beats) {
-    position = CHannelPlayerClass::Moment_At(beats);
+    position = Moment_At(beats);
     for (List& list : lists)
         list.next = list.rows->First_At(position);
 }
@@ -55,6 +63,7 @@ void Cue_Player::Set_Position(double beats) {
 void Cue_Player::Start() {
     playing = true;
     lastDueNs = settledNs;
+    settledAt = position - 1;
 }
 
 void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>& rows, bool keepSounding) {
@@ -75,10 +84,18 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
     list.rows.swap(rows);
     list.sounding = std::move(kept);
     list.next = list.rows->First_At(position);
+    if (!playing)
+        return;
+    // What has been walked is not walked again, also where a new clock reads less than the one before.
+    std::int64_t walkedAt = settledAt;
+    for (const In_Flight& flying : inFlight) {
+        if (flying.at != Cue_List::NEVER)
+            walkedAt = std::max(walkedAt, flying.at);
+    }
     const auto items = list.rows->Items();
     const auto passed = std::partition_point(
         items.begin() + static_cast<std::ptrdiff_t>(list.next), items.end(),
-        [this](const Cue_List::Item& item) { return playing && Moment_Of(item.at) < cutNs; });
+        [&](const Cue_List::Item& item) { return item.at <= walkedAt || Moment_Of(item.at) < cutNs; });
     list.next = static_cast<std::size_t>(passed - items.begin());
 }
 
@@ -120,7 +137,7 @@ void Cue_Player::Set_Live_Notes(const Live_Notes& notes) {
     const bool touchesFlying =
         std::any_of(inFlight.begin(), inFlight.end(), [this, &notes](const In_Flight& flying) {
             const std::size_t note = flying.message.a;
-            return flying.message.op == Sound_Op::NoteOff && flying.message.slot == performerSlot &&
+            return flying.heedsPerformer && flying.message.slot == performerSlot &&
                    (liveNotes[note] > 0) != (notes[note] > 0);
         });
     if (touchesFlying)
@@ -182,7 +199,7 @@ std::size_t Cue_Player::Next_List() const {
 }
 
 bool Cue_Player::Holds(int slot, int note) const noexcept {
-    return counts[Index(slot)][Index(note)].load(std::memory_order_relaxed) > 0;
+    return holds[Index(slot)][Index(note)].load(std::memory_order_relaxed) > 0;
 }
 
 bool Cue_Player::Held(int slot, int note) const noexcept {
@@ -193,26 +210,25 @@ bool Cue_Player::Held(int slot, int note) const noexcept {
 bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
     List& list = lists[index];
     const Cue_List::Item& item = list.rows->Items()[list.next];
-    In_Flight row{{}, item.at, static_cast<std::uint32_t>(index), list.next, Effect::None, false};
+    In_Flight row{{}, item.at, static_cast<std::uint32_t>(index), list.next};
     row.message.dueNs = dueNs;
     row.message.slot = item.slot;
     row.message.a = item.a;
-    std::atomic<std::int32_t>* count =
-        item.kind == Cue_List::Kind::Patch ? nullptr : &counts[item.slot][item.a];
     switch (item.kind) {
     case Cue_List::Kind::On:
         row.message.op = Sound_Op::NoteOn;
-        row.message.b = static_cast<std::uint8_t>(
-            std::clamp(static_cast<float>(item.b) * list.factor, 0.0F, HIGHEST_VELOCITY));
-        row.sent = !list.muted;
+        row.message.b = Velocity(item.b, list.factor);
+        row.heedsPerformer = (item.extra & CueRow::YIELDS) != 0;
+        row.sent = !list.muted && row.message.b > 0 && !(row.heedsPerformer && Held(item.slot, item.a));
         row.effect = row.sent ? Effect::Opened : Effect::None;
         break;
     case Cue_List::Kind::Off:
         row.message.op = Sound_Op::NoteOff;
         row.message.b = NOTE_OFF_VELOCITY;
+        row.heedsPerformer = true;
         if (list.sounding[static_cast<std::size_t>(item.note)] != 0) {
             row.effect = Effect::Closed;
-            row.sent = *count == 1 && !Held(item.slot, item.a);
+            row.sent = counts[item.slot][item.a] == 1 && !Held(item.slot, item.a);
         }
         break;
     case Cue_List::Kind::Patch:
@@ -227,7 +243,9 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
     if (row.effect != Effect::None) {
         const bool opened = row.effect == Effect::Opened;
         list.sounding[static_cast<std::size_t>(item.note)] = opened ? 1 : 0;
-        *count += opened ? 1 : -1;
+        counts[item.slot][item.a] += opened ? 1 : -1;
+        if (Leaves_The_Note(row))
+            --holds[item.slot][item.a];
     }
     ++list.next;
     lastDueNs = dueNs;
@@ -275,11 +293,21 @@ bool Cue_Player::Send_Owed_Offs() {
     return true;
 }
 
+/// An end that is not sent leaves the note to whoever else holds it, the performer perhaps, who lets go
+/// before the end comes: nobody would send it then if the row still counted.
+bool Cue_Player::Leaves_The_Note(const In_Flight& row) {
+    return row.effect == Effect::Closed && !row.sent;
+}
+
 void Cue_Player::Settle(std::int64_t untilNs) {
-    while (!inFlight.empty() && inFlight.front().message.dueNs <= untilNs) {
-        if (inFlight.front().sent)
-            output.Sounded(inFlight.front().message);
-        inFlight.pop_front();
+    for (; !inFlight.empty() && inFlight.front().message.dueNs <= untilNs; inFlight.pop_front()) {
+        const In_Flight& row = inFlight.front();
+        if (row.sent)
+            output.Sounded(row.message);
+        if (row.effect != Effect::None && !Leaves_The_Note(row))
+            holds[row.message.slot][row.message.a] += row.effect == Effect::Opened ? 1 : -1;
+        if (row.at != Cue_List::NEVER)
+            settledAt = row.at;
     }
 }
 
@@ -292,7 +320,10 @@ bool Cue_Player::At_End() const {
                    list.sounding[static_cast<std::size_t>(item.note)] == 0;
         });
     };
-    return inFlight.empty() && std::all_of(lists.begin(), lists.end(), isOver);
+    const bool flies = std::any_of(inFlight.begin(), inFlight.end(), [](const In_Flight& row) {
+        return row.sent || row.message.op != Sound_Op::NoteOff;
+    });
+    return !flies && std::all_of(lists.begin(), lists.end(), isOver);
 }
 
 /// Once between two calls of Advance: from cutNs on everything is as if it had not been walked.
@@ -335,11 +366,14 @@ void Cue_Player::Undo(const In_Flight& row) {
     const auto note = static_cast<std::size_t>(list.rows->Items()[row.item].note);
     list.sounding[note] = opened ? 0 : 1;
     counts[row.message.slot][row.message.a] += opened ? -1 : 1;
+    if (Leaves_The_Note(row))
+        ++holds[row.message.slot][row.message.a];
 }
 
 void Cue_Player::Close(List& list, std::int32_t note) {
     const Cue_List::Note& ended = list.rows->Notes()[static_cast<std::size_t>(note)];
     list.sounding[static_cast<std::size_t>(note)] = 0;
+    --holds[ended.slot][ended.number];
     if (--counts[ended.slot][ended.number] == 0)
         Send_Off(ended.slot, ended.number);
 }
@@ -353,14 +387,16 @@ void Cue_Player::Close_All(List& list) {
 
 /// At the moment from which on everything was taken back.
 void Cue_Player::Send_Off(int slot, int note) {
-    In_Flight off{{}, Cue_List::NEVER, 0, 0, Effect::None, !Held(slot, note)};
+    if (Held(slot, note))
+        return;
+    In_Flight off{{}, Cue_List::NEVER, 0, 0};
+    off.heedsPerformer = true;
+    off.sent = true;
     off.message.dueNs = cutNs;
     off.message.op = Sound_Op::NoteOff;
     off.message.slot = static_cast<std::uint8_t>(slot);
     off.message.a = static_cast<std::uint8_t>(note);
     off.message.b = NOTE_OFF_VELOCITY;
-    if (!off.sent)
-        return;
     lastDueNs = std::max(lastDueNs, cutNs);
     if (output.Send(off.message))
         inFlight.push_back(off);

@@ -25,7 +25,8 @@ namespace tonvex {
 ///
 /// Every on that went out gets its off: at its row, or when its list is muted, replaced or stopped. Of
 /// several notes of one number on one slot the last to end sends it. An off for a note that was not sent is
-/// not sent.
+/// not sent. A note whose velocity comes to nothing is not sent, nor one that yields to a note held by the
+/// performer.
 class Cue_Player {
 public:
     static constexpr std::int64_t NEVER = INT64_MAX;
@@ -46,14 +47,15 @@ public:
 
     // ---- at any time -------------------------------------------------------------------------------------
     /// list goes in and the one before comes out. Its sounding notes get their offs; with keepSounding those
-    /// that the new list has as well go on to their new end.
+    /// that the new list has as well, and not renewed, go on to their new end.
     void Replace_List(std::size_t index, std::shared_ptr<const Cue_List>& list, bool keepSounding);
     void Set_Mute(int row, bool mute);
     void Set_Vol_Factor(int row, float factor);
     /// slot: the performer's, -1 for none.
     void Set_Performer_Slot(int slot);
     void Set_Live_Notes(const Live_Notes& notes);
-    /// A row that was sent holds the note. Any thread; slot below OUTPUT_SLOTS, note 0 to 127.
+    /// A row whose moment has come holds the note, and sends its end. Any thread; slot below OUTPUT_SLOTS,
+    /// note 0 to 127.
     bool Holds(int slot, int note) const noexcept;
     /// segments: at least one. speed above 0.
     void Set_Clock(float speed, std::int64_t startTickMs, std::vector<Tempo_Segment> segments);
@@ -78,13 +80,15 @@ private:
     /// A row that was walked and whose moment has not come, or an off that a change sent.
     struct In_Flight {
         Sound_Message message;
-        std::int64_t at; ///< billionths of a beat; Cue_List::NEVER for an off of a change
+        std::int64_t at; ///< as Moment_At gives it; Cue_List::NEVER for an off of a change
         std::uint32_t list;
         std::size_t item;
-        Effect effect;
-        bool sent;
+        Effect effect = Effect::None;
+        bool sent = false;
+        bool heedsPerformer = false; ///< what the performer holds decides whether it is sent
     };
-    using Counts = std::array<std::array<std::atomic<std::int32_t>, 128>, OUTPUT_SLOTS>;
+    template <typename Count>
+    using Counts = std::array<std::array<Count, 128>, OUTPUT_SLOTS>;
 
     static constexpr std::size_t NO_LIST = SIZE_MAX;
 
@@ -92,6 +96,7 @@ private:
     std::size_t Next_List() const;
     bool Walk(std::size_t index, std::int64_t dueNs);
     bool Held(int slot, int note) const noexcept;
+    static bool Leaves_The_Note(const In_Flight& row);
     void Take_Back();
     void Undo(const In_Flight& row);
     void Close(List& list, std::int32_t note);
@@ -106,9 +111,10 @@ private:
     std::int64_t marginNs;
     std::int64_t leadNs = 0;
     bool playing = false;
-    std::int64_t position = 0; ///< where playing begins, billionths of a beat
+    std::int64_t position = 0; ///< where playing begins, as Moment_At gives it
     std::vector<List> lists;
-    Counts counts{}; ///< sounding notes by slot and number; written by the player thread alone
+    Counts<std::int32_t> counts{};             ///< notes that are on by slot and number, as far as was walked
+    Counts<std::atomic<std::int32_t>> holds{}; ///< the same as of now; written by the player thread alone
     Live_Notes liveNotes{};
     int performerSlot = -1;
 
@@ -120,6 +126,7 @@ private:
     std::deque<In_Flight> inFlight;            ///< in order of their moments
     std::int64_t lastDueNs = 0;                ///< of the row walked last; moments never go back
     std::int64_t settledNs = 0;                ///< what is due until here can no longer be taken back
+    std::int64_t settledAt = 0;                ///< the place in the song of the last row that is so
     bool tookBack = false;                     ///< since the last Advance
     std::int64_t cutNs = 0;                    ///< from where it was taken back
     std::vector<Sound_Message> owedOffs;       ///< for which the output had no room

@@ -127,7 +127,8 @@ void midiapi::Send(Sound_Op op, int channel, int a, int b, std::int32_t font, st
 }
 
 void midiapi::Midi_NoteOn(int channel, int note, int velocity, std::int64_t dueNs) {
-    if (Is_Open() && Is_Slot(channel))
+    // With a velocity of 0 the message would be the end of a note.
+    if (Is_Open() && Is_Slot(channel) && velocity > 0)
         Send(Sound_Op::NoteOn, channel, In_Range(note), In_Range(velocity), 0, dueNs);
 }
 

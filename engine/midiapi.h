@@ -62,6 +62,7 @@ public:
 
     std::int32_t Global_BASSBufferSize = 100; ///< ms; raised to what the device can do when it opens
 
+    /// Nothing for a velocity of 0 and below.
     void Midi_NoteOn(int channel, int note, int velocity, std::int64_t dueNs = DUE_NOW);
     void Midi_NoteOff(int channel, int note, int velocity, std::int64_t dueNs = DUE_NOW);
     void Midi_SetPatch(int channel, int patch, int bank, std::int32_t font);

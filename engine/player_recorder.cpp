@@ -85,6 +85,7 @@ void Player_Recorder::Follow_Song(double& time, std::int64_t ms) {
     if (parts.state.TempoChangedRequest) {
         parts.state.TempoChangedRequest = false;
         Keep_Position_After_Tempo_Edit(clock, time);
+        players.Tempo_Changed();
     }
     if (parts.state.SeekRequest >= 0.0) {
         time = Usable_Position(parts.state.SeekRequest);
@@ -94,7 +95,7 @@ void Player_Recorder::Follow_Song(double& time, std::int64_t ms) {
         ms = clock.GetTimeMS();
         lastShownMs = ms;
     }
-    players.Follow_Mutes();
+    players.Follow_Mutes(time);
     parts.gcm.GCM_UpdateMaps(time);
     parts.Tell(&Transport_Observer::On_Position, time, ms);
 }

@@ -74,10 +74,12 @@ public:
     void GetMsg_On_Time(double Time, QChord_Messages& Messages);
     /// Beat of the next step, NEVER behind the last.
     double Next_Step_Time() const noexcept;
-    /// Nothing of it sounds, and nothing will.
-    bool Is_Over() const noexcept { return NoteOn.none() && Next_Step_Time() == NEVER; }
     /// Beat of the last step given; StartTime before the first.
     double Last_Step_Time() const noexcept { return lastStepTime; }
+    /// The tempo at the start of the chord decides how many beats its steps last.
+    static bool Steps_In_Ms(const QChordData& Data) noexcept {
+        return !Is_On(Data.ArpeggioOn) && Data.StepMs > 0;
+    }
     /// A step at stepTime belongs to a chord that ends at endTime; rounding errors of a sum aside.
     static bool Step_Sounds(double stepTime, double endTime) noexcept;
 

@@ -66,16 +66,15 @@ void RecorderClass::Sound_Messages(const Live_Chord& chord, const QChord_Message
     }
 }
 
+void RecorderClass::Sound_Overdue_Steps(int key, double releaseBeat) {
+    Live_Chord& chord = Chord_Of(key);
+    while (QChordClass::Step_Sounds(chord.QChord.Next_Step_Time(), releaseBeat))
+        Step_Chord(chord, chord.QChord.Next_Step_Time());
+}
+
 void RecorderClass::QChordKeyUp(int key, double releaseBeat, std::int64_t dueNs) {
     Played_Key& played = playedKeys[static_cast<std::size_t>(key)];
-    const std::int32_t place = std::exchange(played.KeyQChord, -1);
-    Live_Chord& chord = QChords[static_cast<std::size_t>(place)];
-    // What was due before the release and no round has come to yet.
-    QChord_Messages messages;
-    while (QChordClass::Step_Sounds(chord.QChord.Next_Step_Time(), releaseBeat)) {
-        chord.QChord.GetMsg_On_Time(chord.QChord.Next_Step_Time(), messages);
-        Sound_Messages(chord, messages, std::min(clock.Moment_Of(messages.Time), parts.counter.Now_Ns()));
-    }
+    Live_Chord& chord = Chord_Of(key);
     // A release that was read late ends behind the steps that have sounded, so that they play again.
     const double lastStep = chord.QChord.Last_Step_Time();
     double end = releaseBeat;
@@ -83,6 +82,7 @@ void RecorderClass::QChordKeyUp(int key, double releaseBeat, std::int64_t dueNs)
         end = lastStep + BEHIND_LAST_STEP_BEATS;
         dueNs = midiapi::DUE_NOW;
     }
+    QChord_Messages messages;
     chord.QChord.GetMsg_On_Time(QChordClass::STOP, messages);
     Sound_Messages(chord, messages, dueNs);
     for (const int note : chord.QChord.Shown_Notes())
@@ -90,7 +90,11 @@ void RecorderClass::QChordKeyUp(int key, double releaseBeat, std::int64_t dueNs)
     if (!PracticeMode)
         parts.hub.Message(this, HUB_REC_EVENT, std::int32_t{RecChannelRow}, std::int32_t{EV_QCHORD},
                           played.KeyDownTime, EventData(chord.QChord.Stored_Copy(end - played.KeyDownTime)));
-    Remove_Chord(place);
+    Remove_Chord(std::exchange(played.KeyQChord, -1));
+}
+
+RecorderClass::Live_Chord& RecorderClass::Chord_Of(int key) {
+    return QChords[static_cast<std::size_t>(playedKeys[static_cast<std::size_t>(key)].KeyQChord)];
 }
 
 /// The last chord takes the free place.

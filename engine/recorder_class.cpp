@@ -226,13 +226,14 @@ void RecorderClass::Follow_Song(double time, std::int64_t ms) {
     if (parts.state.TempoChangedRequest) {
         parts.state.TempoChangedRequest = false;
         Keep_Position_After_Tempo_Edit(clock, time);
+        players.Tempo_Changed();
     }
     parts.gcm.GCM_UpdateMaps(time);
     parts.Tell(&Transport_Observer::On_Position, time, ms);
     if (parts.channels.Is_Live_Row(RecChannelRow))
         Take_Volume();
     Follow_Slot();
-    players.Follow_Mutes();
+    players.Follow_Mutes(time);
 }
 
 double RecorderClass::Position_Now() const {

@@ -93,10 +93,13 @@ private:
     // recorder_chords.cpp: the chords
     void QChordKeyDown(int key, const KeyMapEntry& entry, std::int64_t atNs);
     void QChordKeyUp(int key, double releaseBeat, std::int64_t dueNs);
+    /// Steps that were due before releaseBeat and no round has come to yet.
+    void Sound_Overdue_Steps(int key, double releaseBeat);
     /// All chords in progress go on to time.
     void QChordsStep(double time);
     void Step_Chord(Live_Chord& chord, double time);
     void Sound_Messages(const Live_Chord& chord, const QChord_Messages& messages, std::int64_t dueNs);
+    Live_Chord& Chord_Of(int key);
     void Remove_Chord(std::int32_t place);
     void Send_Own_Patch();
 

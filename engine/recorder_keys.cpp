@@ -83,10 +83,13 @@ void RecorderClass::Key_Released(int key, std::int64_t atNs) {
         return;
     played.KeyDown = false;
     parts.Tell(&Transport_Observer::On_Key_Released, key);
-    if (played.sounds)
-        NoteKeyUp(key, Stamp(atNs), atNs);
-    else if (played.KeyQChord >= 0)
-        QChordKeyUp(key, Stamp(atNs), atNs);
+    const double release = Stamp(atNs);
+    if (played.sounds) {
+        NoteKeyUp(key, release, atNs);
+    } else if (played.KeyQChord >= 0) {
+        Sound_Overdue_Steps(key, release);
+        QChordKeyUp(key, release, atNs);
+    }
 }
 
 void RecorderClass::Live_Note_On(int note, std::uint8_t volume, std::int64_t dueNs) {
@@ -132,7 +135,8 @@ void RecorderClass::Function_Key(int key, std::int64_t atNs) {
     parts.Tell(&Transport_Observer::On_Octaves_Changed);
 }
 
-/// Whatever is down ends here, MIDI keys as well, also a key whose release has not been read yet.
+/// Whatever is down ends here, MIDI keys as well, also a key whose release has not been read yet. All notes
+/// are off already: steps of chords that no round has come to stay unheard.
 void RecorderClass::Release_All_Keys(double end) {
     for (std::size_t key = 0; key < KEYS; ++key) {
         Played_Key& played = playedKeys[key];

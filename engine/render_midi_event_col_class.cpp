@@ -2,6 +2,8 @@
 
 #include "engine/cue_engine.h"
 
+#include <algorithm>
+
 namespace tonvex {
 
 Render_MidiEventColClass::Render_MidiEventColClass() : Events(static_cast<std::size_t>(GROWTH)) {}
@@ -12,9 +14,17 @@ void Render_MidiEventColClass::Make_Room() {
 }
 
 void Render_MidiEventColClass::AddEvent(std::int16_t Channel, double Time, std::uint16_t Data1,
-                                        std::uint16_t Data2, std::uint16_t Font) {
+                                        std::uint16_t Data2, std::uint16_t Extra) {
     Make_Room();
-    Events[static_cast<std::size_t>(Count++)] = {Time, Channel, Data1, Data2, Font};
+    Events[static_cast<std::size_t>(Count++)] = {Time, Channel, Data1, Data2, Extra};
+}
+
+void Render_MidiEventColClass::Set_Note_Extra(std::int32_t count, std::uint16_t extra) {
+    for (std::int32_t i = std::max(0, Count - count); i < Count; ++i) {
+        CueRow& row = Events[static_cast<std::size_t>(i)];
+        if (row.Data1 < CueRow::PATCH_CHANGE && row.Data2 > 0)
+            row.Extra = extra;
+    }
 }
 
 bool Render_MidiEventColClass::GetEvent(std::int32_t Index, std::int16_t& Channel, double& Time,

@@ -20,9 +20,11 @@ public:
 
     std::int32_t TotalEvents() const noexcept { return Count; }
     std::int32_t Capacity_Rows() const noexcept { return static_cast<std::int32_t>(Events.size()); }
-    /// Font: of a patch change row, see CueRow.
+    /// Extra: see CueRow.
     void AddEvent(std::int16_t Channel, double Time, std::uint16_t Data1, std::uint16_t Data2,
-                  std::uint16_t Font = 0);
+                  std::uint16_t Extra = 0);
+    /// Extra of the notes on among the last count rows.
+    void Set_Note_Extra(std::int32_t count, std::uint16_t extra);
     /// False, and nothing written, for a row that is not there.
     bool GetEvent(std::int32_t Index, std::int16_t& Channel, double& Time, std::uint16_t& Data1,
                   std::uint16_t& Data2) const;

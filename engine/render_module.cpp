@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <span>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -14,6 +13,15 @@ namespace {
 /// The thread answers within a fraction of a millisecond; messages run only when it is held up.
 constexpr int WAITS_BEFORE_MESSAGES_RUN = 100;
 constexpr std::chrono::microseconds WAIT{100};
+
+std::uint16_t Note_Extra(const ChannelClass::Event_View& event, std::span<const std::int32_t> renewed) {
+    std::uint32_t extra = static_cast<std::uint32_t>(event.EventID) & CueRow::TAG;
+    if (event.Kind == EV_QCHORD)
+        extra |= CueRow::YIELDS;
+    if (std::find(renewed.begin(), renewed.end(), event.EventID) != renewed.end())
+        extra |= CueRow::RENEWED;
+    return static_cast<std::uint16_t>(extra);
+}
 
 } // namespace
 
@@ -53,7 +61,8 @@ Render_MidiEventColClass RenderModule::Render_Channel(int channelRow) {
     return Render(channelRow, true);
 }
 
-Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches) {
+Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches,
+                                              std::span<const std::int32_t> renewed) {
     Render_MidiEventColClass list = Render_EmptyChannel(channelRow);
     if (channelRow < 0 || channelRow >= GlobalChannelsManager::CHANNEL_ROWS ||
         !channels.Is_Live_Row(channelRow))
@@ -67,6 +76,7 @@ Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches) 
         const auto event = store.ReadEvent(eventI);
         if (!event)
             continue;
+        const std::int32_t before = list.TotalEvents();
         if (event->Kind == EV_NOTE) {
             Add_Note(list, slot, *event);
         } else if (event->Kind == EV_QCHORD) {
@@ -76,13 +86,15 @@ Render_MidiEventColClass RenderModule::Render(int channelRow, bool sendPatches) 
                 gcm.GCM_SetChannelPatch(channelRow, event->DataRef);
             Add_Patch(list, slot, *event);
         }
+        list.Set_Note_Extra(list.TotalEvents() - before, Note_Extra(*event, renewed));
     }
     return list;
 }
 
 void RenderModule::Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
                             const ChannelClass::Event_View& event) const {
-    if (event.Note == nullptr || event.Note->Length <= 0.0)
+    // A volume of 0 would make the row an off.
+    if (event.Note->Length <= 0.0 || event.Note->Vol == 0)
         return;
     list.AddEvent(slot, event.StartTime, event.Note->Note, event.Note->Vol);
     list.AddEvent(slot, event.StartTime + event.Note->Length, event.Note->Note, 0);
@@ -90,7 +102,7 @@ void RenderModule::Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
 
 void RenderModule::Add_Chord(Render_MidiEventColClass& list, std::int16_t slot,
                              const ChannelClass::Event_View& event) const {
-    if (event.QChord == nullptr)
+    if (event.QChord->ChordVol == 0)
         return;
     QChordClass chord(chordParts);
     chord.Set_Stored_Chord(*event.QChord, event.StartTime);
@@ -118,10 +130,15 @@ std::int32_t RenderModule::List_Of(int channelRow) const {
                : listOfRow[static_cast<std::size_t>(channelRow)];
 }
 
-void RenderModule::Render_UpdateChannel(int channelRow, bool keepSounding) {
-    // Patches are not sent at once here: the channel sounds, and its player has set the one that holds.
+// Patches are not sent at once here: the channel sounds, and its player has set the one that holds.
+void RenderModule::Render_UpdateChannel(int channelRow) {
     if (const std::int32_t list = List_Of(channelRow); list != NO_LIST)
-        Render(channelRow, false).CopyDataToDll_ModdedChannel(engine, list, keepSounding);
+        Render(channelRow, false).CopyDataToDll_ModdedChannel(engine, list);
+}
+
+void RenderModule::Render_UpdateEvents(int channelRow, std::span<const std::int32_t> renewed) {
+    if (const std::int32_t list = List_Of(channelRow); list != NO_LIST)
+        Render(channelRow, false, renewed).CopyDataToDll_ModdedChannel(engine, list, true);
 }
 
 void RenderModule::Render_DropChannel(int channelRow) {

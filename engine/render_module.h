@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 namespace tonvex {
 
@@ -28,9 +29,11 @@ public:
     /// channel's patches to the output at once, so that the sounds are there when they are due.
     Render_MidiEventColClass Render_Channel(int channelRow);
     Render_MidiEventColClass Render_EmptyChannel(int channelRow) const;
-    /// Renders a channel anew and replaces its list; keepSounding as of Channel_UpdateModded. A row that had
-    /// no list at Render_Start gets none.
-    void Render_UpdateChannel(int channelRow, bool keepSounding = false);
+    /// Renders a channel anew and replaces its list; what sounds of the channel ends. A row that had no list
+    /// at Render_Start gets none.
+    void Render_UpdateChannel(int channelRow);
+    /// The same, but only what sounds of the renewed events (EventIDs) ends, and what the new list lacks.
+    void Render_UpdateEvents(int channelRow, std::span<const std::int32_t> renewed);
     /// The channel's list holds its marker alone from now on.
     void Render_DropChannel(int channelRow);
     /// Does not return before the library is paused.
@@ -39,7 +42,8 @@ public:
 private:
     static constexpr std::int32_t NO_LIST = -1;
 
-    Render_MidiEventColClass Render(int channelRow, bool sendPatches);
+    Render_MidiEventColClass Render(int channelRow, bool sendPatches,
+                                    std::span<const std::int32_t> renewed = {});
     void Add_Note(Render_MidiEventColClass& list, std::int16_t slot,
                   const ChannelClass::Event_View& event) const;
     void Add_Chord(Render_MidiEventColClass& list, std::int16_t slot,

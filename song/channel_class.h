@@ -76,7 +76,8 @@ public:
         MOD_START_TIME = 3,
         MOD_ADDED = 4,
         MOD_NOTE = 5,
-        MOD_PROPERTIES = 6
+        MOD_PROPERTIES = 6,
+        MOD_VOLUME = 7
     };
 
     /// host outlives the store.

@@ -84,9 +84,12 @@ void ChannelClass::Set_Event_Volume(std::int32_t eventId, std::int32_t newVol, s
         return;
     const auto i = static_cast<std::size_t>(event->DataRef);
     std::uint8_t& stored = event->Kind == EV_NOTE ? tables.Notes[i].Vol : tables.QChords[i].ChordVol;
-    if (const std::optional<std::int64_t> volume = Asked(std::int64_t{stored}, newVol, delta))
-        stored = static_cast<std::uint8_t>(std::clamp<std::int64_t>(*volume, 0, HIGHEST));
+    const std::optional<std::int64_t> volume = Asked(std::int64_t{stored}, newVol, delta);
+    if (!volume)
+        return;
+    stored = static_cast<std::uint8_t>(std::clamp<std::int64_t>(*volume, 0, HIGHEST));
     Changed();
+    Log(eventId, MOD_VOLUME);
 }
 
 void ChannelClass::Set_Event_Note(std::int32_t eventId, std::int32_t newNote, std::int32_t delta) {

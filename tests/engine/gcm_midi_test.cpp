@@ -96,16 +96,6 @@ TEST_F(GCM_Midi_Test, While_The_Engine_Runs_Only_Live_Notes_Go_Out) {
     EXPECT_EQ(Sent(), (Words{"on 3:62@90", "on 3:63@90", "off 3:62"}));
 }
 
-TEST_F(GCM_Midi_Test, Two_Rows_On_A_Slot_Do_Not_Cut_Each_Other_Off) {
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    gcm.GCM_PlayNoteOn(second, 60, 70, false);
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false); // the other row's note is not this row's to end
-    EXPECT_EQ(Sent(), (Words{"on 3:60@80", "on 3:60@70"}));
-    gcm.GCM_PlayNoteOff(second, 60, 100, false);
-    EXPECT_EQ(Sent(), (Words{"off 3:60"}));
-}
-
 TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
     gcm.GCM_PlayNoteOn(lead, 60, 80, false);
     Row(lead).OutputChannel = 5;

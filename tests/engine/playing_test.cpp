@@ -31,56 +31,6 @@ TEST(Playing, Stop_Leaves_The_Position_Where_It_Is) {
     EXPECT_EQ(rig.Trace(), "1 On 0 60 80\n500 AllOff\n500 Off 0 60 100\n");
 }
 
-TEST(Playing, Changes_Act_On_What_Sounds) {
-    struct Case {
-        const char* name;
-        void (*edit)(ChannelClass& store, std::int32_t first, std::int32_t second);
-        const char* trace;
-    };
-    using Id = std::int32_t;
-    static constexpr NoteData other{64, 50, 0.1};
-    // The first note sounds from 0 to 500, the second from 700 to 800; the edit comes at 200.
-    const char* const untouched =
-        "1 On 0 60 80\n500 Off 0 60 100\n700 On 0 62 80\n800 Off 0 62 100\n800 AllOff\n";
-    const char* const cutAt200 =
-        "1 On 0 60 80\n200 Off 0 60 100\n700 On 0 62 80\n800 Off 0 62 100\n800 AllOff\n";
-    const char* const onlyFirst = "1 On 0 60 80\n200 Off 0 60 100\n200 AllOff\n";
-    const Case cases[] = {
-        {"special: nothing", [](auto& s, Id, Id) { s.Add_Special_Mod(7); }, untouched},
-        {"deleted while it sounds", [](auto& s, Id first, Id) { s.DeleteEvent(first); }, cutAt200},
-        {"deleted before it begins", [](auto& s, Id, Id second) { s.DeleteEvent(second); }, onlyFirst},
-        {"made longer", [](auto& s, Id first, Id) { s.Set_Event_Length(first, 0.6); },
-         "1 On 0 60 80\n600 Off 0 60 100\n700 On 0 62 80\n800 Off 0 62 100\n800 AllOff\n"},
-        {"made shorter than it has sounded", [](auto& s, Id first, Id) { s.Set_Event_Length(first, 0.1); },
-         cutAt200},
-        {"moved ahead: it plays again there",
-         [](auto& s, Id first, Id) { s.Set_Event_StartTime(first, 0.9), s.ReSort_StartTime(); },
-         "1 On 0 60 80\n200 Off 0 60 100\n700 On 0 62 80\n800 Off 0 62 100\n900 On 0 60 80\n1400 Off 0 60 "
-         "100\n1400 AllOff\n"},
-        {"moved behind the position",
-         [](auto& s, Id, Id second) { s.Set_Event_StartTime(second, 0.05), s.ReSort_StartTime(); },
-         onlyFirst},
-        {"added", [](auto& s, Id, Id) { s.AddNewEvent(0.3, other); },
-         "1 On 0 60 80\n200 Off 0 60 100\n300 On 0 64 40\n400 Off 0 64 100\n700 On 0 62 80\n800 Off 0 62 "
-         "100\n800 AllOff\n"},
-        {"another note", [](auto& s, Id first, Id) { s.Set_Event_Note(first, 72); }, cutAt200},
-        {"other properties", [](auto& s, Id first, Id) { s.Set_Event_Properties(first, other); }, cutAt200},
-        {"an event that is gone", [](auto& s, Id, Id) { s.DeleteEvent(s.AddNewEvent(0.9, other)); },
-         cutAt200},
-        {"sorted into other rows while it waits",
-         [](auto& s, Id first, Id) { s.DeleteEvent(first), s.ReSort_StartTime(); }, cutAt200}};
-    for (const Case& item : cases) {
-        SCOPED_TRACE(item.name);
-        Transport_Rig rig;
-        const std::int32_t first = rig.Add_Note({0.0, 60, 100, 0.5});
-        const std::int32_t second = rig.Add_Note({0.7, 62, 100, 0.1});
-        rig.At(200, [&] { item.edit(rig.channels.Store(0), first, second); });
-        EXPECT_TRUE(rig.Play());
-        EXPECT_EQ(rig.Trace(), item.trace);
-        EXPECT_FALSE(rig.channels.Store(0).Mods_Pending());
-    }
-}
-
 TEST(Playing, A_Sort_Between_Rounds_Does_Not_Lose_The_Place) {
     Transport_Rig rig;
     const std::int32_t gone = rig.Add_Note({0.0, 50, 100, 0.1});
@@ -174,15 +124,6 @@ TEST(Playing, More_Notes_At_Once_Than_A_Thousand) {
     }
     EXPECT_EQ(ons, 2500);
     EXPECT_EQ(offs, 128); // one a note number, with the last of its notes
-}
-
-TEST(Playing, A_Channel_Deleted_While_It_Sounds_Falls_Silent) {
-    Transport_Rig rig;
-    rig.Add_Channel(1);
-    rig.Add_Note({0.0, 60, 100, 4.0}, 1);
-    rig.At(100, [&] { rig.channels.Delete_Channel(rig.channels.Channels[1].ChannelID); });
-    EXPECT_TRUE(rig.Play());
-    EXPECT_EQ(rig.Trace(), "1 On 1 60 80\n100 Off 1 60 100\n100 AllOff\n");
 }
 
 /// Counts what a view is told.

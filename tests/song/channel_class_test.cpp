@@ -441,6 +441,7 @@ TEST_F(Channel_Class, Mods_Are_Logged_Only_While_The_Transport_Runs) {
         store.Set_Event_Properties(id, Note(5));
         store.Set_Event_ChordType(chord, 4);
         store.Set_Event_ChordType(id, 4);
+        store.Set_Event_Volume(id, 4);
         store.DeleteEvent(id);
         store.Add_Special_Mod(77);
         return id;
@@ -452,7 +453,7 @@ TEST_F(Channel_Class, Mods_Are_Logged_Only_While_The_Transport_Runs) {
     const std::int32_t id = edit();
     EXPECT_TRUE(store.Mods_Pending());
     const std::vector<ChannelClass::Mod> expected = {{id, 4}, {id + 1, 4}, {id, 3}, {id, 2}, {id, 5},
-                                                     {id, 6}, {id + 1, 6}, {id, 1}, {0, 77}};
+                                                     {id, 6}, {id + 1, 6}, {id, 7}, {id, 1}, {0, 77}};
     EXPECT_EQ(store.Get_Mods(), expected);
     store.Clear_Mods();
     EXPECT_FALSE(store.Mods_Pending());
