@@ -344,6 +344,7 @@ std::shared_ptr<const Channel_Content> ChannelClass::Content() const {
 
 void ChannelClass::Take_Content(const Channel_Content& content) {
     Clear();
+    Log(0, MOD_ADDED); // whoever plays the channel has to find its place anew
     ChannelNumber = content.ChannelNumber;
     NextID = content.NextID;
     Events = content.Events;

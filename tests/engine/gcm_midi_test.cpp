@@ -73,29 +73,6 @@ TEST_F(GCM_Midi_Test, Live_Notes_Count_And_Never_Fall_Below_Zero) {
     EXPECT_EQ(Sent(), (Words{"on 3:60@90", "on 3:60@91", "off 3:60", "off 3:60", "off 3:60", "on 3:61@90"}));
 }
 
-TEST_F(GCM_Midi_Test, A_Key_And_A_Stored_Note_Do_Not_Cut_Each_Other_Off) {
-    transport.LiveSlot = 3;
-    gcm.GCM_NoteOn(lead, 60, 90, true);
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    gcm.GCM_PlayNoteOn(second, 60, 70, false);
-    gcm.GCM_NoteOff(lead, 60, 100, true);
-    EXPECT_EQ(Sent(), (Words{"on 3:60@90", "on 3:60@80", "on 3:60@70"}));
-    gcm.GCM_PlayNoteOff(second, 60, 100, false);
-    EXPECT_EQ(Sent(), (Words{"off 3:60"}));
-}
-
-TEST_F(GCM_Midi_Test, While_The_Engine_Runs_Only_Live_Notes_Go_Out) {
-    transport.EngineRunning = true;
-    gcm.GCM_NoteOn(lead, 60, 90, false);
-    gcm.GCM_PlayNoteOn(lead, 61, 90, false);
-    EXPECT_EQ(gcm.Note_Count(lead, 61), 0);
-    gcm.GCM_NoteOn(lead, 62, 90, true);
-    gcm.GCM_PlayNoteOn(lead, 63, 90, true);
-    gcm.GCM_NoteOff(lead, 62, 100, true);
-    EXPECT_EQ(Sent(), (Words{"on 3:62@90", "on 3:63@90", "off 3:62"}));
-}
-
 TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
     gcm.GCM_PlayNoteOn(lead, 60, 80, false);
     Row(lead).OutputChannel = 5;
@@ -113,13 +90,6 @@ TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
     channels.Delete_Channel(1);
     gcm.GCM_PlayNoteOff(lead, 64, 100, false);
     EXPECT_EQ(Sent(), (Words{"on 6:64@80", "off 6:64"}));
-}
-
-TEST_F(GCM_Midi_Test, Cleared_Counts_Start_Afresh) {
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    gcm.Clear_Note_Counts();
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    EXPECT_EQ(Sent(), (Words{"on 3:60@80"}));
 }
 
 TEST_F(GCM_Midi_Test, Rows_And_Notes_That_Do_Not_Exist_Are_Passed_Over) {

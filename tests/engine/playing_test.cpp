@@ -31,18 +31,6 @@ TEST(Playing, Stop_Leaves_The_Position_Where_It_Is) {
     EXPECT_EQ(rig.Trace(), "1 On 0 60 80\n500 AllOff\n500 Off 0 60 100\n");
 }
 
-TEST(Playing, A_Sort_Between_Rounds_Does_Not_Lose_The_Place) {
-    Transport_Rig rig;
-    const std::int32_t gone = rig.Add_Note({0.0, 50, 100, 0.1});
-    rig.Add_Notes("0.5 62 100 0.1  0.8 64 100 0.1");
-    rig.At(200, [&] { rig.channels.Store(0).DeleteEvent(gone); });
-    rig.At(300, [&] { rig.channels.Store(0).ReSort_StartTime(); }); // logs nothing, moves every row
-    EXPECT_TRUE(rig.Play());
-    EXPECT_EQ(rig.Trace(),
-              "1 On 0 50 80\n100 Off 0 50 100\n500 On 0 62 80\n600 Off 0 62 100\n800 On 0 64 80\n"
-              "900 Off 0 64 100\n900 AllOff\n");
-}
-
 TEST(Playing, Seeks_Silence_And_Go_On) {
     Transport_Rig rig;
     rig.Add_Channel(1);

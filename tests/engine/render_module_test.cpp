@@ -22,23 +22,6 @@ std::string Text(const Render_MidiEventColClass& list) {
     return text.str();
 }
 
-TEST(Render_MidiEventColClass, Grows_By_200_And_Keeps_Its_Rows) {
-    Render_MidiEventColClass list;
-    EXPECT_EQ(list.Capacity_Rows(), 200);
-    for (int i = 0; i < 450; ++i)
-        list.AddEvent(1, i * 0.5, static_cast<std::uint16_t>(i % 128), 7);
-    EXPECT_EQ(list.TotalEvents(), 450);
-    EXPECT_EQ(list.Capacity_Rows(), 600);
-    std::int16_t channel = 0;
-    double time = 0.0;
-    std::uint16_t data1 = 0;
-    std::uint16_t data2 = 0;
-    ASSERT_TRUE(list.GetEvent(449, channel, time, data1, data2));
-    EXPECT_EQ(std::tuple(channel, time, data1, data2), std::tuple(1, 224.5, 65, 7));
-    EXPECT_FALSE(list.GetEvent(450, channel, time, data1, data2));
-    EXPECT_FALSE(list.GetEvent(-1, channel, time, data1, data2));
-}
-
 TEST(Render_MidiEventColClass, Goes_To_The_List_That_Is_Named_Or_That_Its_Marker_Names) {
     struct Case {
         const char* name;
