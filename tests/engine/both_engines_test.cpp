@@ -275,13 +275,18 @@ private:
 };
 
 TEST(Both_Engines, Sound_Random_Songs_Alike) {
-    const char* const asked =
-        std::getenv("TONVEX_RANDOM_SONGS"); // "<first seed> <count>": a long form by hand
+    // "<first seed> <count>": a long form by hand.
+    const char* const asked = std::getenv("TONVEX_RANDOM_SONGS");
     unsigned first = 1;
-    unsigned count = 150;
+    unsigned count = 100;
+    std::vector<unsigned> seeds;
     if (asked != nullptr)
         std::istringstream(asked) >> first >> count;
-    for (unsigned seed = first; seed < first + count; ++seed) {
+    else
+        seeds = {382, 659, 1626, 2293, 2316, 2884, 3136}; // each has found a fault
+    for (unsigned seed = first; seed < first + count; ++seed)
+        seeds.push_back(seed);
+    for (const unsigned seed : seeds) {
         SCOPED_TRACE(seed);
         Transport_Rig rigs[2];
         for (Transport_Rig& rig : rigs) {
