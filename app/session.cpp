@@ -50,13 +50,17 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
                           creator,   editorSetup,  channelsList, fonts->CurList};
     files = std::make_unique<Project_Files>(
         Project_Parts{song, *fonts, *output, *gcm, *hub, transport, doors.dialogs, *projectHost});
-    const Transport_Parts parts{*channels,     tempoChanges, project,      *output, *gcm,       *input,
-                                *layout,       *hub,         transport,    options, doors.loop, doors.counter,
-                                doors.dialogs, observers,    *fingerpicks, *cue,    *render};
+    const Transport_Parts parts = Parts();
     recorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder->PracticeMode = true;
     player = std::make_unique<Player_Recorder>(parts);
+}
+
+Transport_Parts Session::Parts() {
+    return {*channels,     tempoChanges, project,      *output, *gcm,       *input,
+            *layout,       *hub,         transport,    options, doors.loop, doors.counter,
+            doors.dialogs, observers,    *fingerpicks, *cue,    *render};
 }
 
 Session::~Session() {

@@ -13,6 +13,7 @@
 #include "engine/midiapi.h"
 #include "engine/recorder_class.h"
 #include "engine/render_module.h"
+#include "engine/transport_parts.h"
 #include "engine/transport_state.h"
 #include "input/input_handler.h"
 #include "input/keyboard_layout.h"
@@ -89,6 +90,8 @@ public:
     bool Select_Input(int source);
     /// What the slots stand at between two runs, whatever was tried on them.
     void Send_Idle_Sound();
+    /// What a run of the song works on. Between Load and the end of the session.
+    Transport_Parts Parts();
     /// This session's own folder for files that do not outlive it; empty when it could not be made.
     std::filesystem::path Temp_Folder() const;
 

@@ -94,6 +94,7 @@ std::vector<std::filesystem::path> DLSListClass::Well_Known_Fonts() {
 
 bool DLSListClass::Load_DefaultList(bool dontLoadFonts, bool keepCurList) {
     if (!output.UsingSynth()) {
+        soundingFonts.clear();
         Fill_Plain_Patches(channels);
         return true;
     }
@@ -154,6 +155,7 @@ bool DLSListClass::Load_SF2_List(const std::vector<std::string>& list) {
     failedFonts.clear();
     loadedList.clear();
     anyLoaded = false;
+    soundingFonts.clear();
     if (!output.UsingSynth()) {
         Fill_Plain_Patches(channels);
         return true;
@@ -175,7 +177,9 @@ bool DLSListClass::Load_SF2_List(const std::vector<std::string>& list) {
     const std::vector<std::int32_t> handles = sound.Set_Fonts(paths);
     for (std::size_t i = 0; i < fonts.size(); ++i) {
         fonts[i].handle = i < handles.size() ? handles[i] : 0;
-        if (fonts[i].handle <= 0)
+        if (fonts[i].handle > 0)
+            soundingFonts.push_back({paths[i], fonts[i].handle});
+        else
             failedFonts.push_back(paths[i].string());
     }
     std::erase_if(fonts, [](const Loaded_Font& font) { return font.handle <= 0; });

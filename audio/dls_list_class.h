@@ -3,6 +3,7 @@
 #include "audio/font_preset.h"
 #include "engine/midiapi.h"
 #include "platform/sound_door.h"
+#include "platform/synth_instance.h"
 #include "song/global_channels_manager.h"
 
 #include <cstdint>
@@ -48,6 +49,8 @@ public:
     /// Global_DrumPatches from their presets (see patch_tables.h). Paths that failed are in Failed_Fonts.
     /// True when at least one was loaded. Without the synthesizer: plain tables, no fonts, true.
     bool Load_SF2_List(const std::vector<std::string>& list);
+    /// The fonts that sound now, in list order, with the handles that patches name. None with a port.
+    const std::vector<Font_Source>& Sounding_Fonts() const noexcept { return soundingFonts; }
     const std::vector<std::string>& Failed_Fonts() const noexcept { return failedFonts; }
 
     /// The font's own name; empty when it has none or cannot be read.
@@ -72,6 +75,7 @@ private:
     std::vector<std::string> failedFonts;
     std::vector<std::string> loadedList; ///< what the synthesizer was last given
     bool anyLoaded = false;              ///< at least one of loadedList
+    std::vector<Font_Source> soundingFonts;
 };
 
 } // namespace tonvex

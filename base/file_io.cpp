@@ -1,11 +1,12 @@
 #include "base/file_io.h"
 
+#include "base/unfinished_file.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,25 +44,6 @@ bool Write_All(int fd, std::span<const std::uint8_t> bytes) {
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
     return true;
-}
-
-/// What error reports: the system's words for errno and the file.
-std::string System_Error(const fs::path& path) {
-    return path.string() + ": " + std::strerror(errno);
-}
-
-/// A new file beside target. Its permissions are the process's usual ones, given by the system: asking for
-/// the mask would change it for a moment, under another thread's hands. Its descriptor, -1 with errno set.
-int Create_Beside(const fs::path& target, fs::path& created) {
-    std::random_device random;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-        created =
-            target.parent_path() / (".tonvex-" + target.filename().string() + "-" + std::to_string(random()));
-        const int opened = ::open(created.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (opened >= 0 || errno != EEXIST)
-            return opened;
-    }
-    return -1;
 }
 
 } // namespace
@@ -104,30 +86,16 @@ bool Write_File(const fs::path& path, std::span<const std::uint8_t> bytes) {
 }
 
 bool Replace_File(const fs::path& path, std::span<const std::uint8_t> bytes, std::string& error) {
-    std::error_code failed;
-    fs::path target = fs::weakly_canonical(path, failed);
-    if (failed)
-        target = path;
-    fs::path fresh;
-    Descriptor file(Create_Beside(target, fresh));
-    if (file.Get() < 0) {
-        error = System_Error(target);
-        return false;
+    Unfinished_File file;
+    bool written = file.Begin(path, error);
+    if (written && !Write_All(file.Handle(), bytes)) {
+        error = std::strerror(errno);
+        written = false;
     }
-    struct stat old {};
-    const bool replaces = ::stat(target.c_str(), &old) == 0;
-    const bool written =
-        Write_All(file.Get(), bytes) && (!replaces || ::fchmod(file.Get(), old.st_mode & 07777U) == 0) &&
-        ::fsync(file.Get()) == 0 && file.Close() && ::rename(fresh.c_str(), target.c_str()) == 0;
-    if (!written) {
-        error = System_Error(target);
-        ::unlink(fresh.c_str());
-        return false;
-    }
-    Descriptor folder(::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.Get() >= 0)
-        (void)::fsync(folder.Get());
-    return true;
+    if (written && file.Keep(error))
+        return true;
+    error = path.string() + ": " + error;
+    return false;
 }
 
 } // namespace tonvex

@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tonvex {
@@ -32,6 +33,8 @@ public:
     void Set_Amplification(float factor) noexcept override;
     float Slot_Peak(int slot) noexcept override { return core.Take_Slot_Peak(slot); }
 
+    /// Fonts with the handles under which patches name them already. Before the first Open, which loads them.
+    void Start_With_Fonts(std::vector<Font_Source> sources) { fonts = std::move(sources); }
     /// Keeps what is sounded from the next Open on, up to so many frames; for tests and measurements.
     void Keep_Samples(std::size_t frames) { core.Keep_Samples(frames); }
     /// Interleaved stereo, kept so far. Any thread.
