@@ -4,6 +4,7 @@
 #include "platform/live_sound_door.h"
 #include "support/click_font.h"
 #include "support/onsets.h"
+#include "support/sound_files.h"
 #include "support/test_session.h"
 
 #include <algorithm>
@@ -11,7 +12,6 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <random>
-#include <sndfile.h>
 #include <sys/resource.h>
 #include <thread>
 
@@ -22,22 +22,6 @@ namespace fs = std::filesystem;
 using Outcome = Mixdown_Result::Outcome;
 
 constexpr double FRAME_S = 1.0 / 44100;
-
-struct Sound_File {
-    SF_INFO info{};
-    std::vector<float> stereo;
-};
-
-Sound_File Read_Sound(const fs::path& path) {
-    Sound_File read;
-    SNDFILE* const file = sf_open(path.c_str(), SFM_READ, &read.info);
-    if (file == nullptr)
-        return read;
-    read.stereo.resize(static_cast<std::size_t>(read.info.frames) * 2);
-    read.info.frames = sf_readf_float(file, read.stereo.data(), read.info.frames);
-    sf_close(file);
-    return read;
-}
 
 /// A song that sounds clicks of a font of its own; 60 beats a minute, so that beats are seconds.
 class Mixdown_Test : public testing::Test {
@@ -76,13 +60,13 @@ TEST_F(Mixdown_Test, Begins_With_The_Song_And_Ends_With_It) {
     Note(2.0, 1.0);
     const Mixdown_Result result = Run("song.wav", {Audio_Kind::Wav, 0, 32});
     ASSERT_EQ(result.outcome, Outcome::Done) << result.error;
-    const Sound_File file = Read_Sound(doors.folder / "song.wav");
-    EXPECT_EQ(file.info.samplerate, 44100);
+    const test::Sound_File file = test::Read_Sound(doors.folder / "song.wav");
+    EXPECT_EQ(file.rate, 44100);
     // A click is heard from its second frame on, and begins on the synthesizer's grid: at the last multiple
     // of 64 at or before 2 s x 44100.
     EXPECT_EQ(test::Onsets(file.stereo, 1e-6F), (std::vector<std::int64_t>{1, 88193}));
     EXPECT_NEAR(result.seconds, 3.0, 0.1);
-    EXPECT_EQ(result.seconds, static_cast<double>(file.info.frames) / 44100);
+    EXPECT_EQ(result.seconds, static_cast<double>(file.Frames()) / 44100);
     const float peak = *std::max_element(file.stereo.begin(), file.stereo.end());
     EXPECT_NEAR(result.peakDb, 20.0 * std::log10(static_cast<double>(peak)), 1e-6);
 }
@@ -125,8 +109,7 @@ TEST_F(Mixdown_Test, What_Ends_Without_A_File_Leaves_The_Old_One) {
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
-    for (const Audio_Kind kind :
-         {Audio_Kind::Wav, Audio_Kind::Flac, Audio_Kind::Vorbis, Audio_Kind::Opus, Audio_Kind::Mp3}) {
+    for (const Audio_Kind kind : ALL_AUDIO_KINDS) {
         const std::string name = std::string("song") + Traits_Of(kind).ending;
         doors.folder.Write(name, "old");
         const auto filesNow = Files();
@@ -193,7 +176,7 @@ TEST_F(Mixdown_Test, Sounds_As_The_Song_Played_In_Real_Time) {
         }
     }
     ASSERT_EQ(Run("song.wav", {Audio_Kind::Wav, 0, 32}).outcome, Outcome::Done);
-    const std::vector<float> rendered = Read_Sound(doors.folder / "song.wav").stereo;
+    const std::vector<float> rendered = test::Read_Sound(doors.folder / "song.wav").stereo;
     const auto wanted = From_First_Sound(rendered);
     std::size_t same = 0;
     std::size_t compared = 0;
