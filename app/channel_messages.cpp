@@ -42,6 +42,7 @@ bool Set_Patch(Hub_Call& call) {
     const int rows = drums ? GlobalChannelsManager::DRUM_PATCH_ROWS : GlobalChannelsManager::PATCH_ROWS;
     if (*patchRow < 0 || *patchRow >= rows)
         return false;
+    call.session.undo->Undo_Row(row, "Change patch");
     call.session.channels->Set_Patch(*call.Long(1), static_cast<std::int16_t>(*patchRow));
     call.session.gcm->GCM_SetChannelPatch(row, *patchRow);
     return true;
@@ -51,6 +52,7 @@ bool Set_Volume(Hub_Call& call) {
     const auto volume = call.Long(2);
     if (Row_Of(call) < 0 || !volume)
         return false;
+    call.session.undo->Undo_Row(Row_Of(call), "Change volume channel");
     call.session.channels->Set_Volume(*call.Long(1), To_Midi_Value(*volume),
                                       call.session.transport.PlayPosition);
     return true;
@@ -61,6 +63,7 @@ bool Set_Name(Hub_Call& call) {
     const int row = Row_Of(call);
     if (row < 0 || !name)
         return false;
+    call.session.undo->Undo_Name(row);
     call.session.channels->Set_Name(*call.Long(1), *name);
     call.noticeText = Channel_At(call, row).ChannelName;
     return true;
@@ -72,6 +75,7 @@ bool Delete_Channel(Hub_Call& call) {
         return false;
     const std::int32_t channelId = *call.Long(1);
     const GlobalChannel gone = Channel_At(call, row);
+    call.session.undo->Undo_DeleteChannel(row, "Delete channel");
     call.session.events.PassMsg(-MSG_DELETE_CHANNEL, channelId, gone.ChannelName);
     // Nobody ends the notes of a row that is gone.
     if (call.session.transport.Song_Runs() && Is_Midi(gone))
@@ -86,9 +90,18 @@ bool Set_Pan(Hub_Call& call) {
     const auto value = call.Long(2);
     if (row < 0 || !value)
         return false;
+    call.session.undo->Undo_Row(row, "Change pan channel");
     call.session.channels->Set_Pan(*call.Long(1), To_Midi_Value(*value));
     call.session.gcm->GCM_SetChannelPan(row);
     return true;
+}
+
+constexpr auto MUTE = &GlobalChannelsManager::Set_Mute;
+constexpr auto SOLO = &GlobalChannelsManager::Set_Solo;
+
+template <bool (GlobalChannelsManager::*setter)(std::int32_t, bool, bool)>
+void Keep_State(const Hub_Call& call) {
+    call.session.undo->Undo_Row(Row_Of(call), setter == MUTE ? "Change mute channel" : "Change solo channel");
 }
 
 template <bool (GlobalChannelsManager::*setter)(std::int32_t, bool, bool)>
@@ -96,6 +109,7 @@ bool Set_State(Hub_Call& call) {
     const auto value = call.Flag(2);
     if (Row_Of(call) < 0 || !value)
         return false;
+    Keep_State<setter>(call);
     ((*call.session.channels).*setter)(*call.Long(1), *value, false);
     return true;
 }
@@ -104,6 +118,7 @@ template <bool (GlobalChannelsManager::*setter)(std::int32_t, bool, bool)>
 bool Toggle_State(Hub_Call& call) {
     if (Row_Of(call) < 0)
         return false;
+    Keep_State<setter>(call);
     ((*call.session.channels).*setter)(*call.Long(1), false, true);
     return true;
 }
@@ -114,8 +129,10 @@ bool Set_Output(Hub_Call& call) {
     if (row < 0 || !slot || *slot < 0 || *slot >= OUTPUT_SLOTS || !Is_Midi(Channel_At(call, row)))
         return false;
     const std::uint8_t before = Channel_At(call, row).OutputChannel;
+    call.session.undo->Undo_Row(row, "Change output channel");
     if (before == *slot)
         return true;
+    call.session.undo->Undo_SlotMap(Map_Kind::Pan, *slot, "Change output channel");
     // The offs of what sounds now would go to the new slot.
     if (call.session.transport.Song_Runs())
         call.session.output->Midi_ChannelNotesOff(before);
@@ -135,12 +152,14 @@ bool Add_Channel(Hub_Call& call) {
                                            "Can't create new channel (Max Channels reached)");
         return false;
     }
+    const int slotToBe = slotGiven ? *slot : session.channels->Next_Free_Slot();
+    session.undo->Undo_FreeRow(session.channels->First_Free_Row(), slotToBe, "Add channel");
     const std::int32_t channelId = session.channels->New_ChannelID();
-    const int row =
-        session.channels->Add_Channel(channelId, call.Flag(2).value_or(false), slotGiven ? *slot : NOT_GIVEN,
-                                      call.Text(1).value_or(std::string()));
+    const int row = session.channels->Add_Channel(channelId, call.Flag(2).value_or(false), slotToBe,
+                                                  call.Text(1).value_or(std::string()));
     if (row < 0)
         return false;
+    session.undo->Undo_AddChannel(row, "Add channel");
     if (Is_Midi(Channel_At(call, row)))
         Send_Patch_And_Pan(call, row);
     call.noticeParam = channelId;
@@ -163,6 +182,7 @@ bool Set_Effects(Hub_Call& call) {
     const int effectRow = channels.Effect_Row(row);
     if (effectRow < 0)
         return false;
+    call.session.undo->Undo_Effects(effectRow, "Change effects");
     if (call.Given(2)) {
         const auto effect = Effect_Asked(call);
         const auto on = call.Flag(3);
@@ -181,15 +201,12 @@ bool Set_Effects(Hub_Call& call) {
     return true;
 }
 
-constexpr auto MUTE = &GlobalChannelsManager::Set_Mute;
-constexpr auto SOLO = &GlobalChannelsManager::Set_Solo;
-
 constexpr Message_Handler HANDLERS[] = {
     {MSG_SET_PATCH, Set_Patch, Message_Kind::Change},
-    {MSG_SET_VOLUME, Set_Volume, Message_Kind::Change},
+    {MSG_SET_VOLUME, Set_Volume, Message_Kind::Change, Undo_Join::Gesture},
     {MSG_SET_NAME, Set_Name, Message_Kind::Change},
     {MSG_DELETE_CHANNEL, Delete_Channel, Message_Kind::Change_And_End},
-    {MSG_SET_PAN, Set_Pan, Message_Kind::Change},
+    {MSG_SET_PAN, Set_Pan, Message_Kind::Change, Undo_Join::Gesture},
     {MSG_SET_SOLO, Set_State<SOLO>, Message_Kind::Change},
     {MSG_CLEAR_SOLO, Set_State<SOLO>, Message_Kind::Change},
     {MSG_TOGGLE_SOLO, Toggle_State<SOLO>, Message_Kind::Change},

@@ -6,10 +6,15 @@ namespace tonvex {
 
 namespace {
 
+/// The live row that P1 names; -1 when there is none.
+int Row_Of(const Hub_Call& call) {
+    const auto channelId = call.Long(1);
+    return channelId ? call.session.channels->ChannelI(*channelId) : -1;
+}
+
 /// The store of the channel that P1 names; null when there is none.
 ChannelClass* Store_Of(const Hub_Call& call) {
-    const auto channelId = call.Long(1);
-    const int row = channelId ? call.session.channels->ChannelI(*channelId) : -1;
+    const int row = Row_Of(call);
     return row < 0 ? nullptr : &call.session.channels->Store(row);
 }
 
@@ -19,6 +24,10 @@ std::optional<std::int32_t> Event_Of(const Hub_Call& call, const ChannelClass* s
     if (store == nullptr || !eventId || store->GetEvent_I(*eventId) < 0)
         return std::nullopt;
     return eventId;
+}
+
+void Keep(const Hub_Call& call, const char* label) {
+    call.session.undo->Undo_Channel(label, Row_Of(call));
 }
 
 bool Record_Event(Hub_Call& call) {
@@ -44,6 +53,7 @@ bool Delete_Event(Hub_Call& call) {
     const auto eventId = Event_Of(call, store);
     if (!eventId)
         return false;
+    Keep(call, "Delete events");
     call.session.events.PassMsg(-MSG_DELETE_EVENT, call.noticeParam, std::to_string(*eventId));
     call.noticeText = std::to_string(*eventId);
     return store->DeleteEvent(*eventId);
@@ -60,6 +70,7 @@ bool Move_Event(Hub_Call& call) {
     // An event that falls out before the start is deleted from within, one by one in a long batch: the
     // closing message does the update.
     const MsgManager::Batch batch(call.hub, MsgManager::Batch::Closing_Message_Follows);
+    Keep(call, "Move events");
     store->Set_Event_StartTime(*eventId, newTime, delta);
     return true;
 }
@@ -71,6 +82,7 @@ bool Length_Event(Hub_Call& call) {
     const double delta = call.Real(4).value_or(NOT_GIVEN_TIME);
     if (!eventId || (newLength == NOT_GIVEN_TIME && delta == NOT_GIVEN_TIME))
         return false;
+    Keep(call, "Change length");
     store->Set_Event_Length(*eventId, newLength, delta);
     return true;
 }
@@ -84,6 +96,8 @@ bool Set_Number(Hub_Call& call) {
     if (!eventId || (newValue == NOT_GIVEN && delta == NOT_GIVEN))
         return false;
     const MsgManager::Batch batch(call.hub, MsgManager::Batch::Closing_Message_Follows);
+    constexpr bool notes = setter == &ChannelClass::Set_Event_Note;
+    Keep(call, notes ? "Change note" : "Change volume");
     (store->*setter)(*eventId, newValue, delta);
     return true;
 }
@@ -97,6 +111,7 @@ bool Properties_Event(Hub_Call& call) {
     const auto present = store->ReadEvent(store->GetEvent_I(*eventId));
     if (!present || present->Kind != Kind_Of(*data))
         return false;
+    Keep(call, "Change properties");
     store->Set_Event_Properties(*eventId, *data);
     return true;
 }
@@ -110,6 +125,7 @@ bool Chord_Type_Event(Hub_Call& call) {
     const auto present = store->ReadEvent(store->GetEvent_I(*eventId));
     if (!present || present->Kind != EV_QCHORD)
         return false;
+    Keep(call, "Change chord type");
     store->Set_Event_ChordType(*eventId, static_cast<std::uint8_t>(*type));
     return true;
 }
@@ -129,20 +145,20 @@ bool End_Of_Moves(Hub_Call& call) {
 constexpr Message_Handler HANDLERS[] = {
     {MSG_REC_EVENT, Record_Event, Message_Kind::Change},
     {MSG_EVENT_ADDED, Event_Added, Message_Kind::Change},
-    {MSG_EVENTS_ADDED_END, End_Of_Batch, Message_Kind::End_Of_Batch},
+    {MSG_EVENTS_ADDED_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
     {MSG_DELETE_EVENT, Delete_Event, Message_Kind::Change_And_End},
-    {MSG_MOVE_EVENT, Move_Event, Message_Kind::Change},
-    {MSG_MOVE_END, End_Of_Moves, Message_Kind::End_Of_Batch},
-    {MSG_LENGTH_EVENT, Length_Event, Message_Kind::Change},
-    {MSG_LENGTH_END, End_Of_Batch, Message_Kind::End_Of_Batch},
-    {MSG_NOTE_EVENT, Set_Number<&ChannelClass::Set_Event_Note>, Message_Kind::Change},
-    {MSG_NOTE_END, End_Of_Batch, Message_Kind::End_Of_Batch},
-    {MSG_PROPERTIES_EVENT, Properties_Event, Message_Kind::Change},
-    {MSG_PROPERTIES_END, End_Of_Batch, Message_Kind::End_Of_Batch},
-    {MSG_VOLUME_EVENT, Set_Number<&ChannelClass::Set_Event_Volume>, Message_Kind::Change},
-    {MSG_VOLUME_END, End_Of_Batch, Message_Kind::End_Of_Batch},
-    {MSG_CHORD_TYPE_EVENT, Chord_Type_Event, Message_Kind::Change},
-    {MSG_CHORD_TYPE_END, End_Of_Batch, Message_Kind::End_Of_Batch},
+    {MSG_MOVE_EVENT, Move_Event, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_MOVE_END, End_Of_Moves, Message_Kind::End_Of_Batch, Undo_Join::Closes},
+    {MSG_LENGTH_EVENT, Length_Event, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_LENGTH_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
+    {MSG_NOTE_EVENT, Set_Number<&ChannelClass::Set_Event_Note>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_NOTE_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
+    {MSG_PROPERTIES_EVENT, Properties_Event, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_PROPERTIES_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
+    {MSG_VOLUME_EVENT, Set_Number<&ChannelClass::Set_Event_Volume>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_VOLUME_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
+    {MSG_CHORD_TYPE_EVENT, Chord_Type_Event, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_CHORD_TYPE_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
 };
 
 } // namespace

@@ -23,6 +23,17 @@ PanVol_Class* Map_Of(const Hub_Call& call) {
     return row < 0 ? nullptr : &maps.Audio_Row(row).Map(kind);
 }
 
+/// The map that P1 names, which is there, is about to change; the action is a verb and its object.
+template <Map_Owner owner, Map_Kind kind>
+void Keep(const Hub_Call& call, const char* verb) {
+    const std::string label = std::string(verb) + (kind == Map_Kind::Pan ? " pan point" : " volume point");
+    if constexpr (owner == Map_Owner::Slot)
+        call.session.undo->Undo_SlotMap(kind, *call.Long(1), label);
+    else
+        call.session.undo->Undo_AudioMap(kind, call.session.channels->Maps.Find_AudioMapRow(*call.Long(1)),
+                                         label);
+}
+
 /// The point of the map that P2 names: its ID, when it is there.
 std::optional<std::int32_t> Point_Of(const Hub_Call& call, const PanVol_Class* map) {
     const auto id = call.Long(2);
@@ -35,6 +46,7 @@ bool Add_Point(Hub_Call& call) {
     const auto time = call.Real(2);
     if (map == nullptr || !time)
         return false;
+    Keep<owner, kind>(call, "Add");
     std::int32_t id = 0;
     const bool added = map->Add_Point(*time, call.Long(3).value_or(map->Play_GetValue_At_TimePos(*time)), id);
     call.noticeText = std::to_string(id);
@@ -47,6 +59,7 @@ bool Delete_Point(Hub_Call& call) {
     const auto id = Point_Of(call, map);
     if (!id || !map->PointIs_Moveable(*id))
         return false;
+    Keep<owner, kind>(call, "Delete");
     call.noticeText = std::to_string(*id);
     call.session.events.PassMsg(-msg, call.noticeParam, call.noticeText);
     return map->Delete_Point(*id);
@@ -56,9 +69,12 @@ template <Map_Owner owner, Map_Kind kind>
 bool Move_Point(Hub_Call& call) {
     PanVol_Class* map = Map_Of<owner, kind>(call);
     const auto id = Point_Of(call, map);
+    if (!id)
+        return false;
+    Keep<owner, kind>(call, "Move");
     std::int32_t newId = 0;
-    if (!id || !map->Set_Point_TimePos(*id, call.Real(3).value_or(NOT_GIVEN_TIME),
-                                       call.Real(4).value_or(NOT_GIVEN_TIME), newId))
+    if (!map->Set_Point_TimePos(*id, call.Real(3).value_or(NOT_GIVEN_TIME),
+                                call.Real(4).value_or(NOT_GIVEN_TIME), newId))
         return false;
     if (const auto value = call.Long(5))
         map->Set_Point_Val(newId, *value);
@@ -72,6 +88,7 @@ bool Set_Point(Hub_Call& call) {
     const auto id = Point_Of(call, map);
     if (!id)
         return false;
+    Keep<owner, kind>(call, "Change");
     call.noticeText = std::to_string(*id);
     return map->Set_Point_Val(*id, call.Long(3).value_or(NOT_GIVEN), call.Long(4).value_or(NOT_GIVEN));
 }
@@ -137,22 +154,24 @@ constexpr Message_Handler HANDLERS[] = {
     {MSG_OPEN_AUDIO_PAN_MAP, Open_Audio_Map<PAN>, Message_Kind::View},
     {MSG_OPEN_AUDIO_VOLUME_MAP, Open_Audio_Map<VOLUME>, Message_Kind::View},
     {MSG_OPEN_AUDIO_MAPS, Open_Map_Windows, Message_Kind::View},
-    {MSG_PAN_ADD_POINT, Add_Point<SLOT, PAN>, Message_Kind::Change},
-    {MSG_PAN_ADD_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_PAN_DELETE_POINT, Delete_Point<MSG_PAN_DELETE_POINT, SLOT, PAN>, Message_Kind::Change},
-    {MSG_PAN_DELETE_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_PAN_MOVE_POINT, Move_Point<SLOT, PAN>, Message_Kind::Change},
-    {MSG_PAN_MOVE_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_PAN_SET_POINT, Set_Point<SLOT, PAN>, Message_Kind::Change},
-    {MSG_PAN_SET_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_VOLUME_ADD_POINT, Add_Point<SLOT, VOLUME>, Message_Kind::Change},
-    {MSG_VOLUME_ADD_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_VOLUME_DELETE_POINT, Delete_Point<MSG_VOLUME_DELETE_POINT, SLOT, VOLUME>, Message_Kind::Change},
-    {MSG_VOLUME_DELETE_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_VOLUME_MOVE_POINT, Move_Point<SLOT, VOLUME>, Message_Kind::Change},
-    {MSG_VOLUME_MOVE_END, End_Of_Slot_Edits, Message_Kind::View},
-    {MSG_VOLUME_SET_POINT, Set_Point<SLOT, VOLUME>, Message_Kind::Change},
-    {MSG_VOLUME_SET_END, End_Of_Slot_Edits, Message_Kind::View},
+    {MSG_PAN_ADD_POINT, Add_Point<SLOT, PAN>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_PAN_ADD_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_PAN_DELETE_POINT, Delete_Point<MSG_PAN_DELETE_POINT, SLOT, PAN>, Message_Kind::Change,
+     Undo_Join::Batch},
+    {MSG_PAN_DELETE_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_PAN_MOVE_POINT, Move_Point<SLOT, PAN>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_PAN_MOVE_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_PAN_SET_POINT, Set_Point<SLOT, PAN>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_PAN_SET_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_VOLUME_ADD_POINT, Add_Point<SLOT, VOLUME>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_VOLUME_ADD_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_VOLUME_DELETE_POINT, Delete_Point<MSG_VOLUME_DELETE_POINT, SLOT, VOLUME>, Message_Kind::Change,
+     Undo_Join::Batch},
+    {MSG_VOLUME_DELETE_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_VOLUME_MOVE_POINT, Move_Point<SLOT, VOLUME>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_VOLUME_MOVE_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
+    {MSG_VOLUME_SET_POINT, Set_Point<SLOT, VOLUME>, Message_Kind::Change, Undo_Join::Batch},
+    {MSG_VOLUME_SET_END, End_Of_Slot_Edits, Message_Kind::View, Undo_Join::Closes},
     {MSG_AUDIO_PAN_ADD_POINT, Add_Point<AUDIO, PAN>, Message_Kind::Change},
     {MSG_AUDIO_PAN_DELETE_POINT, Delete_Point<MSG_AUDIO_PAN_DELETE_POINT, AUDIO, PAN>, Message_Kind::Change},
     {MSG_AUDIO_PAN_MOVE_POINT, Move_Point<AUDIO, PAN>, Message_Kind::Change},

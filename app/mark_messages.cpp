@@ -15,6 +15,7 @@ int Mark_Row_Of(const Hub_Call& call) {
 bool Add_Mark(Hub_Call& call) {
     Song_Marks& marks = call.session.marks;
     const auto start = call.Real(1);
+    call.session.undo->Undo_Marks("Add mark");
     if (!start || !marks.Add_Mark(*start, call.Real(2).value_or(NOT_GIVEN_TIME), call.Text(3).value_or("")))
         return false;
     call.noticeParam = marks.Mark_Count() - 1;
@@ -26,6 +27,7 @@ bool Delete_Mark(Hub_Call& call) {
     const int row = Mark_Row_Of(call);
     if (row < 0)
         return false;
+    call.session.undo->Undo_Marks("Delete mark");
     call.noticeText = call.session.marks.Row(row).MarkName;
     call.session.events.PassMsg(-MSG_DELETE_MARK, row, call.noticeText);
     return call.session.marks.Delete_Mark(row);
@@ -36,6 +38,7 @@ bool Change_Mark(Hub_Call& call) {
     const auto name = call.Text(2);
     if (row < 0 || !name)
         return false;
+    call.session.undo->Undo_Marks("Change mark name");
     call.noticeText = *name;
     return call.session.marks.Change_Mark(row, *name);
 }
@@ -45,6 +48,7 @@ bool Move_Mark(Hub_Call& call) {
     const int row = Mark_Row_Of(call);
     const double start = call.Real(2).value_or(NOT_GIVEN_TIME);
     const double end = call.Real(3).value_or(NOT_GIVEN_TIME);
+    call.session.undo->Undo_Marks("Move mark");
     if (row < 0 || !marks.Move_Mark(row, start, end))
         return false;
     call.noticeText = marks.Row(row).MarkName;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "project/undo_module.h"
 #include "song/change_hub.h"
 
 #include <cstdint>
@@ -40,9 +41,10 @@ enum class Message_Kind {
 struct Message_Handler {
     int msg;
     /// False when the message has nothing to act on (unknown channel, event or absurd value): then nothing
-    /// is changed and nobody is told.
+    /// is changed and nobody is told. What it is about to change it tells to the session's undo first.
     bool (*Carry_Out)(Hub_Call& call);
     Message_Kind kind;
+    Undo_Join join = Undo_Join::Alone;
 };
 
 std::span<const Message_Handler> Channel_Messages();

@@ -8,10 +8,10 @@ namespace tonvex {
 /// those behind it; a message that is not about a channel has no ChannelID. Times and lengths in beats. Where
 /// a new value and a delta are listed, one of them is given.
 enum Change_Message : int {
-    MSG_SET_PATCH = 1001,  ///< patch row
-    MSG_SET_VOLUME = 1002, ///< volume 0 to 127
-    MSG_SET_NAME = 1003,   ///< name
-    MSG_DELETE_CHANNEL = 1004,
+    MSG_SET_PATCH = 1001,        ///< patch row
+    MSG_SET_VOLUME = 1002,       ///< volume 0 to 127
+    MSG_SET_NAME = HUB_SET_NAME, ///< name
+    MSG_DELETE_CHANNEL = HUB_DELETE_CHANNEL,
     MSG_SET_PAN = 1005,    ///< pan 0 to 127
     MSG_SET_SOLO = 1006,   ///< value
     MSG_CLEAR_SOLO = 1007, ///< value
@@ -19,10 +19,10 @@ enum Change_Message : int {
     MSG_SET_MUTE = 1009,   ///< value
     MSG_CLEAR_MUTE = 1010, ///< value
     MSG_TOGGLE_MUTE = 1011,
-    MSG_SET_OUTPUT = 1012,         ///< slot
-    MSG_ADD_CHANNEL = 1013,        ///< P1 name, P2 audio flag, P3 slot or not given
-    MSG_REC_EVENT = HUB_REC_EVENT, ///< P1 channel row, P2 kind, P3 time, P4 data
-    MSG_EVENT_ADDED = 1015,        ///< event ID
+    MSG_SET_OUTPUT = HUB_SET_OUTPUT,   ///< slot
+    MSG_ADD_CHANNEL = HUB_ADD_CHANNEL, ///< P1 name, P2 audio flag, P3 slot or not given
+    MSG_REC_EVENT = HUB_REC_EVENT,     ///< P1 channel row, P2 kind, P3 time, P4 data
+    MSG_EVENT_ADDED = 1015,            ///< event ID
     MSG_EVENTS_ADDED_END = 1016,
     MSG_DELETE_EVENT = HUB_DELETE_EVENT, ///< event ID
     MSG_MOVE_EVENT = 1018,               ///< event ID, new time, delta

@@ -80,13 +80,18 @@ void MsgManager::Send(Msg_Sender sender, int msg, const Args& args) {
     const Message_Handler& handler = *found->second;
     Hub_Call call{session, *this, args, 0, {}};
     call.noticeParam = call.Long(1).value_or(0);
-    if (!handler.Carry_Out(call))
-        return;
-    if (handler.kind == Message_Kind::Change || handler.kind == Message_Kind::Change_And_End)
-        session.project.Modified = true;
-    session.events.PassMsg(msg, call.noticeParam, call.noticeText);
-    if (handler.kind == Message_Kind::Change_And_End || handler.kind == Message_Kind::End_Of_Batch)
-        Update_Due(sender);
+    const std::int32_t about = handler.join == Undo_Join::Song_Gesture ? 0 : call.noticeParam;
+    session.undo->Begin_Message({handler.join, msg, about, sender});
+    if (handler.Carry_Out(call)) {
+        const bool changes =
+            handler.kind == Message_Kind::Change || handler.kind == Message_Kind::Change_And_End;
+        if (changes && session.undo->Message_Changed())
+            session.project.Modified = true;
+        session.events.PassMsg(msg, call.noticeParam, call.noticeText);
+        if (handler.kind == Message_Kind::Change_And_End || handler.kind == Message_Kind::End_Of_Batch)
+            Update_Due(sender);
+    }
+    session.undo->End_Message();
 }
 
 void MsgManager::Update_Due(Msg_Sender sender) {
@@ -96,16 +101,27 @@ void MsgManager::Update_Due(Msg_Sender sender) {
         Message(sender, MSG_GENERAL_UPDATE);
 }
 
+void MsgManager::Begin_Step(const std::string& label) {
+    session.undo->Begin_Step(label);
+}
+
+void MsgManager::End_Step() {
+    session.undo->End_Step();
+}
+
+void MsgManager::Keep_Events(int channelRow) {
+    session.undo->Undo_Channel({}, channelRow);
+}
+
 void MsgManager::Release_Update() {
     if (--batches == 0)
         updateHeldBack = false;
 }
 
 MsgManager::Batch::~Batch() {
-    if (--hub.batches > 0)
-        return;
-    if (std::exchange(hub.updateHeldBack, false) && ending == Update_At_End)
+    if (--hub.batches == 0 && std::exchange(hub.updateHeldBack, false) && ending == Update_At_End)
         hub.Message(hub.lastSender, MSG_GENERAL_UPDATE);
+    hub.End_Step();
 }
 
 } // namespace tonvex

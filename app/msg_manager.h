@@ -21,14 +21,20 @@ public:
     void Send(Msg_Sender sender, int msg, const Args& args) override;
     void Hold_Update() override { ++batches; }
     void Release_Update() override;
+    void Begin_Step(const std::string& label) override;
+    void End_Step() override;
+    void Keep_Events(int channelRow) override;
 
     /// Holds the general update (1200) back while it lives. At its end one is sent, if any was due, for many
-    /// deletions in a row; or none, when a closing message is still to come.
+    /// deletions in a row; or none, when a closing message is still to come. What is changed in it is one
+    /// undo step.
     class Batch {
     public:
         enum Ending { Update_At_End, Closing_Message_Follows };
-        explicit Batch(MsgManager& manager, Ending how = Update_At_End) : hub(manager), ending(how) {
+        explicit Batch(MsgManager& manager, Ending how = Update_At_End, const std::string& label = {})
+            : hub(manager), ending(how) {
             ++hub.batches;
+            hub.Begin_Step(label);
         }
         ~Batch();
         Batch(const Batch&) = delete;

@@ -45,11 +45,17 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     layout = std::make_unique<KeyboardLayout>(notes, doors.dialogs);
     midiIn->onVelocity = [this](int note, int velocity) { Take_Velocity(note, velocity); };
     hub = std::make_unique<MsgManager>(*this);
+    undo = std::make_unique<UndoModule>(
+        Undo_Song{*channels, tempoChanges, marks, creator, project, transport, *gcm, *hub, doors.counter,
+                  doors.dialogs, [this](int msgId, std::int32_t param, const std::string& text) {
+                      events.PassMsg(msgId, param, text);
+                  }});
     projectHost = std::make_unique<Session_Project_Host>(*this);
     const Song_Model song{*channels, tempoChanges, marks,        project,
                           creator,   editorSetup,  channelsList, fonts->CurList};
     files = std::make_unique<Project_Files>(
         Project_Parts{song, *fonts, *output, *gcm, *hub, transport, doors.dialogs, *projectHost});
+    files->observers.push_back(undo.get());
     const Transport_Parts parts = Parts();
     recorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder = std::make_unique<RecorderClass>(parts);
@@ -176,8 +182,9 @@ bool Session::Make_Folder(const fs::path& folder) {
 
 void Session::Make_Temp_Folder() {
     tempFolder = Session_Temp_Folder::Make(paths.Get_Folder("temp"));
-    undoEnabled = tempFolder.has_value();
-    if (!undoEnabled)
+    if (tempFolder)
+        undo->Enable(tempFolder->Path());
+    else
         doors.dialogs.Show_Message(Box_Kind::Warning,
                                    "Could not create temp folder, Undo function will be disabled");
 }

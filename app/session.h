@@ -26,6 +26,7 @@
 #include "platform/user_dialogs.h"
 #include "project/channels_list_rows.h"
 #include "project/project_files.h"
+#include "project/undo_module.h"
 #include "song/events_editor_setup.h"
 #include "song/global_channels_manager.h"
 #include "song/marks.h"
@@ -126,13 +127,13 @@ public:
     std::unique_ptr<MsgManager> hub;
     std::unique_ptr<Project_Host> projectHost;
     std::unique_ptr<Project_Files> files;
+    std::unique_ptr<UndoModule> undo;
     std::unique_ptr<Fingerpick_Patterns> fingerpicks;
     std::unique_ptr<RecorderClass> recorder;
     std::unique_ptr<RecorderClass> practiceRecorder;
     std::unique_ptr<Player_Recorder> player;
 
     bool fontsLoaded = false; ///< false after Load: the font error window is due
-    bool undoEnabled = true;  ///< false when the temp folder could not be made
 
 private:
     bool Make_Folder(const std::filesystem::path& folder);

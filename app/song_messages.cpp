@@ -44,8 +44,10 @@ bool General_Update(Hub_Call& call) {
     session.project.SongLength =
         std::max(session.channels->Longest_Channel_Beats(), session.marks.Last_Beat());
     const bool shorter = session.project.SongLength < before - SAME_LENGTH_BEATS;
-    if (shorter && !session.transport.Recording)
+    if (shorter && !session.transport.Recording) {
+        session.undo->Undo_AllMaps("Shorten song");
         session.channels->Maps.SongLength_Changed(session.project.SongLength);
+    }
     return true;
 }
 
@@ -53,6 +55,7 @@ bool Transpose_Song(Hub_Call& call) {
     const auto semitones = call.Long(1);
     if (!semitones || *semitones < -127 || *semitones > 127)
         return false;
+    call.session.undo->Undo_AllChannels("Transpose song");
     GlobalChannelsManager& channels = *call.session.channels;
     // One update behind all the notes that leave the range and go.
     const MsgManager::Batch batch(call.hub, MsgManager::Batch::Closing_Message_Follows);
@@ -76,6 +79,7 @@ bool Change_Speed(Hub_Call& call) {
     const auto factor = call.Real(1);
     if (!factor || *factor < 0.001 || *factor > 1000.0)
         return false;
+    call.session.undo->Undo_AllChannels("change speed");
     GlobalChannelsManager& channels = *call.session.channels;
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
         if (channels.Is_Live_Row(row))
@@ -117,6 +121,7 @@ bool Set_Song_Tempo(Hub_Call& call) {
     const auto tempo = Tempo_Of(call, 1);
     if (!tempo)
         return false;
+    call.session.undo->Undo_Song_Tempo("Change tempo");
     call.session.project.ProjectTempo = *tempo;
     Tempo_Has_Changed(call);
     return true;
@@ -127,6 +132,7 @@ bool Add_Tempo_Change(Hub_Call& call) {
     const auto tempo = Tempo_Of(call, 2);
     if (!beat || !tempo || call.session.tempoChanges.ValidTempoBeatN(*beat) != -1)
         return false;
+    call.session.undo->Undo_Tempo("Add tempo change");
     call.session.tempoChanges.AddTempoChange(*beat, *tempo);
     Tempo_Has_Changed(call);
     return true;
@@ -136,6 +142,7 @@ bool Delete_Tempo_Change(Hub_Call& call) {
     const auto id = Tempo_Change_Of(call);
     if (!id)
         return false;
+    call.session.undo->Undo_Tempo("Delete tempo change");
     call.session.tempoChanges.DeleteTempoChange(*id);
     Tempo_Has_Changed(call);
     return true;
@@ -146,6 +153,7 @@ bool Set_Tempo_Change(Hub_Call& call) {
     const auto tempo = Tempo_Of(call, 2);
     if (!id || !tempo)
         return false;
+    call.session.undo->Undo_Tempo("Modify tempo change BPM");
     call.session.tempoChanges.SetTempoChange(*id, -1.0, *tempo);
     Tempo_Has_Changed(call);
     return true;
@@ -157,6 +165,7 @@ bool Move_Tempo_Change(Hub_Call& call) {
     // Two changes never stand at one position.
     if (!id || !beat || call.session.tempoChanges.ValidTempoBeatN(*beat) != -1)
         return false;
+    call.session.undo->Undo_Tempo("Modify tempo change position");
     call.session.tempoChanges.SetTempoChange(*id, *beat, -1);
     Tempo_Has_Changed(call);
     return true;
@@ -181,11 +190,11 @@ constexpr Message_Handler HANDLERS[] = {
     {MSG_POSITION_FAMILY, Tell_Only, Message_Kind::View},
     {MSG_POSITION_VALUE, Position_Value, Message_Kind::View},
     {MSG_SONG_POSITION, Song_Position, Message_Kind::View},
-    {MSG_GENERAL_UPDATE, General_Update, Message_Kind::View},
+    {MSG_GENERAL_UPDATE, General_Update, Message_Kind::View, Undo_Join::Follows},
     {MSG_SHOW_POSITION, Tell_Only, Message_Kind::View},
     {MSG_TRANSPOSE_SONG, Transpose_Song, Message_Kind::Change_And_End},
     {MSG_CHANGE_SPEED, Change_Speed, Message_Kind::Change_And_End},
-    {MSG_SET_TEMPO, Set_Song_Tempo, Message_Kind::Change_And_End},
+    {MSG_SET_TEMPO, Set_Song_Tempo, Message_Kind::Change_And_End, Undo_Join::Song_Gesture},
     {MSG_RECORDER_VALUE, Tell_Only, Message_Kind::View},
     {MSG_SPEED_LABEL, Speed_Label, Message_Kind::View},
     {MSG_RECORD_MODE, Record_Mode, Message_Kind::View},

@@ -160,6 +160,26 @@ std::string Lower_Ascii(std::string_view text) {
     return out;
 }
 
+std::string Lower_Latin(std::string_view text) {
+    std::string lower(text);
+    for (std::size_t i = 0; i < lower.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(lower[i]);
+        if (byte >= 'A' && byte <= 'Z')
+            lower[i] = static_cast<char>(byte + 32);
+        if (i == 0)
+            continue;
+        const auto lead = static_cast<unsigned char>(lower[i - 1]);
+        // U+00C0 to U+00DE but the multiplication sign; then S and Z with caron, OE, Y with diaeresis.
+        if (lead == 0xC3 && byte >= 0x80 && byte <= 0x9E && byte != 0x97)
+            lower[i] = static_cast<char>(byte + 32);
+        else if (lead == 0xC5 && (byte == 0xA0 || byte == 0xBD || byte == 0x92))
+            lower[i] = static_cast<char>(byte + 1);
+        else if (lead == 0xC5 && byte == 0xB8)
+            lower.replace(i - 1, 2, "\xC3\xBF");
+    }
+    return lower;
+}
+
 std::string Trim(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
     const auto first = text.find_first_not_of(blanks);

@@ -28,6 +28,8 @@ bool Is_Valid_Utf8(std::string_view bytes) noexcept;
 
 /// ASCII letters only, as keys of the program's tables are compared.
 std::string Lower_Ascii(std::string_view text);
+/// The letters of Windows-1252, those that texts in the program's files can hold; others stay.
+std::string Lower_Latin(std::string_view text);
 /// Without leading and trailing blanks and tabs, carriage returns and line feeds.
 std::string Trim(std::string_view text);
 /// Lines without their ends; "\r\n", "\n" and "\r" all end a line.

@@ -250,11 +250,14 @@ void RecorderClass::End_Run(bool overwrite) {
         players.Mute_All();
         players.Make_None();
         parts.state.LiveChanges = false;
+        parts.hub.Begin_Step("Recording");
         if (parts.channels.Is_Live_Row(RecChannelRow)) {
+            parts.hub.Keep_Events(RecChannelRow);
             if (overwrite)
                 Wipe_Span(end);
             parts.channels.Store(RecChannelRow).CopyRecEvents();
         }
+        parts.hub.End_Step();
         parts.gcm.ViewChannelRow = -1;
         parts.state.TransportStopped = true;
         parts.hub.Message(this, HUB_GENERAL_UPDATE);

@@ -367,6 +367,9 @@ void ChannelClass::Take_Content(const Channel_Content& content) {
         return;
     }
     timeList.Rebuild(linked);
+    for (std::int32_t row = 0; row < std::ssize(Events); ++row)
+        if (!Is_On(Row(row).InUse))
+            timeList.Set_Removed_Link(row, Row(row).NextI);
     reSortOwed = !inOrder;
 }
 

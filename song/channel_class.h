@@ -162,6 +162,8 @@ public:
     void Add_Special_Mod(std::int32_t code);
 
     // ---- the whole as plain rows ----
+    /// Rises with every change of what Content gives; an edit that leaves all as it was leaves it, too.
+    std::uint64_t Revision() const noexcept { return revision; }
     /// All rows as they stand. As long as nothing changes and somebody still holds the last one, the same
     /// object is given again, so that a copy of a big song shares what has not changed since the one before.
     std::shared_ptr<const Channel_Content> Content() const;
@@ -190,7 +192,10 @@ private:
     double Length_Of(Event_Kind kind, std::int32_t dataRef, double startTime) const;
     void Log(std::int32_t eventId, std::int32_t code);
     std::unordered_map<std::int32_t, std::int32_t>& Row_By_ID() const;
-    void Changed() noexcept { lastContent.reset(); }
+    void Changed() noexcept {
+        lastContent.reset();
+        ++revision;
+    }
 
     Channel_Host& host;
     std::vector<ChannelEvent> Events; ///< in order of arrival; the links are timeList's, not NextI
@@ -203,6 +208,7 @@ private:
     mutable std::unordered_map<std::int32_t, std::int32_t> rowById;
     mutable bool rowsIndexed = false;
     mutable std::weak_ptr<const Channel_Content> lastContent;
+    std::uint64_t revision = 0;
     std::int32_t NextID = FIRST_ID;
     /// No ID from 0 to below this is free, once NextID has run out.
     std::int32_t lowestSpareId = 0;

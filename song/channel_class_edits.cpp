@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 // Setters and the operations on a whole channel.
 
@@ -52,8 +53,9 @@ bool ChannelClass::Set_Event_StartTime(std::int32_t eventId, double newTime, dou
         return true;
     if (std::isnan(*time))
         return false;
-    event.StartTime = Stored_Beats(*time, 0.0);
-    Changed();
+    const double before = std::exchange(event.StartTime, Stored_Beats(*time, 0.0));
+    if (event.StartTime != before)
+        Changed();
     if (event.StartTime < 0.0) {
         Fall_Out(event.ID);
         return false;
@@ -72,8 +74,10 @@ void ChannelClass::Set_Event_Length(std::int32_t eventId, double newLength, doub
     const std::optional<double> length = Asked(*stored, newLength, delta);
     if (!length || std::isnan(*length))
         return;
-    *stored = std::max(MIN_LENGTH_BEATS, Stored_Beats(*length, MIN_LENGTH_BEATS));
-    Changed();
+    const double before =
+        std::exchange(*stored, std::max(MIN_LENGTH_BEATS, Stored_Beats(*length, MIN_LENGTH_BEATS)));
+    if (*stored != before)
+        Changed();
     Note_End(event->EventI);
     Log(eventId, MOD_LENGTH);
 }
@@ -87,8 +91,10 @@ void ChannelClass::Set_Event_Volume(std::int32_t eventId, std::int32_t newVol, s
     const std::optional<std::int64_t> volume = Asked(std::int64_t{stored}, newVol, delta);
     if (!volume)
         return;
-    stored = static_cast<std::uint8_t>(std::clamp<std::int64_t>(*volume, 0, HIGHEST));
-    Changed();
+    const std::uint8_t before =
+        std::exchange(stored, static_cast<std::uint8_t>(std::clamp<std::int64_t>(*volume, 0, HIGHEST)));
+    if (stored != before)
+        Changed();
     Log(eventId, MOD_VOLUME);
 }
 
@@ -132,7 +138,8 @@ void ChannelClass::Shift_Notes(std::int32_t eventI, std::int64_t semitones) {
     } else {
         tables.MCEvents[i].Root = shiftedRoot(tables.MCEvents[i].Root);
     }
-    Changed();
+    if (semitones != 0)
+        Changed();
     Log(event.ID, MOD_NOTE);
 }
 
@@ -140,8 +147,11 @@ void ChannelClass::Set_Event_ChordType(std::int32_t eventId, std::uint8_t chordT
     const auto event = ReadEvent(GetEvent_I(eventId));
     if (!event || event->Kind != EV_QCHORD)
         return;
-    Changed();
-    host.Retype_Chord(tables.QChords[static_cast<std::size_t>(event->DataRef)], chordType);
+    QChordData& chord = tables.QChords[static_cast<std::size_t>(event->DataRef)];
+    const QChordData before = chord;
+    host.Retype_Chord(chord, chordType);
+    if (!(chord == before))
+        Changed();
     Log(eventId, MOD_PROPERTIES);
 }
 
@@ -149,12 +159,14 @@ void ChannelClass::Set_Event_Properties(std::int32_t eventId, const EventData& d
     const auto event = ReadEvent(GetEvent_I(eventId));
     if (!event)
         return;
+    const EventData before = event->Payload();
     const auto* patch = std::get_if<PatchData>(&data);
     if (event->Kind == EV_PATCH && patch != nullptr)
         Row(event->EventI).DataRef = patch->DataRef;
     else if (!tables.Replace(event->Kind, event->DataRef, data))
         return;
-    Changed();
+    if (!(ReadEvent(event->EventI)->Payload() == before))
+        Changed();
     Note_End(event->EventI);
     Log(eventId, MOD_PROPERTIES);
 }
@@ -208,13 +220,20 @@ void ChannelClass::Defrag_Data() {
 void ChannelClass::Project_ChangeSpeed(float factor) {
     if (!(factor > 0.0F) || !std::isfinite(factor))
         return;
+    bool same = true;
+    const auto scale = [factor, &same](double& beats, double instead) {
+        const double before = std::exchange(beats, Stored_Beats(beats * factor, instead));
+        same = same && beats == before;
+    };
     for (ChannelEvent& event : Events) {
         if (!Is_On(event.InUse) || !tables.Holds(event.Kind, event.DataRef))
             continue;
-        event.StartTime = Stored_Beats(event.StartTime * factor, 0.0);
+        scale(event.StartTime, 0.0);
         if (double* length = tables.Stored_Length(event.Kind, event.DataRef))
-            *length = Stored_Beats(*length * factor, MIN_LENGTH_BEATS);
+            scale(*length, MIN_LENGTH_BEATS);
     }
+    if (same)
+        return;
     // Rounding may have made times equal that were not: the order among them is then that of arrival.
     Relink();
 }

@@ -54,6 +54,12 @@ void Event_Time_List::Clear() {
     treeMade = false;
 }
 
+void Event_Time_List::Set_Removed_Link(std::int32_t row, std::int32_t next) {
+    if (static_cast<std::size_t>(row) >= links.size())
+        links.resize(static_cast<std::size_t>(row) + 1);
+    At(row).NextI = next;
+}
+
 std::int32_t Event_Time_List::Next(std::int32_t row) const noexcept {
     return row >= 0 && static_cast<std::size_t>(row) < links.size() ? At(row).NextI : -1;
 }

@@ -29,6 +29,8 @@ public:
     /// Links exactly these rows. They are in order.
     void Rebuild(const std::vector<Place>& ordered);
     void Clear();
+    /// The link that a removed row keeps. row is not linked; next is a row or -1.
+    void Set_Removed_Link(std::int32_t row, std::int32_t next);
 
     std::int32_t First() const noexcept { return FirstEventI; }
     std::int32_t Last() const noexcept { return LastTimeI; }

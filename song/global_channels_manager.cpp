@@ -34,27 +34,6 @@ std::string First_Characters(std::string_view text, std::size_t count) {
     return std::string(text);
 }
 
-/// Lower case of the letters that channel names in the program's files can hold: those of Windows-1252.
-std::string Lower_Name(std::string_view text) {
-    std::string lower(text);
-    for (std::size_t i = 0; i < lower.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(lower[i]);
-        if (byte >= 'A' && byte <= 'Z')
-            lower[i] = static_cast<char>(byte + 32);
-        if (i == 0)
-            continue;
-        const auto lead = static_cast<unsigned char>(lower[i - 1]);
-        // U+00C0 to U+00DE but the multiplication sign; then S and Z with caron, OE, Y with diaeresis.
-        if (lead == 0xC3 && byte >= 0x80 && byte <= 0x9E && byte != 0x97)
-            lower[i] = static_cast<char>(byte + 32);
-        else if (lead == 0xC5 && (byte == 0xA0 || byte == 0xBD || byte == 0x92))
-            lower[i] = static_cast<char>(byte + 1);
-        else if (lead == 0xC5 && byte == 0xB8)
-            lower.replace(i - 1, 2, "\xC3\xBF");
-    }
-    return lower;
-}
-
 } // namespace
 
 GlobalChannelsManager::GlobalChannelsManager(Channel_Host& host) : Maps(host) {
@@ -114,8 +93,11 @@ GlobalChannel* GlobalChannelsManager::Live_Channel(std::int32_t channelId) {
     return row == -1 ? nullptr : &Channels[static_cast<std::size_t>(row)];
 }
 
-bool GlobalChannelsManager::Has_Free_Row() const {
-    return Count_Channels() < CHANNEL_ROWS;
+int GlobalChannelsManager::First_Free_Row() const {
+    for (int row = 0; row < CHANNEL_ROWS; ++row)
+        if (!Is_Live_Row(row))
+            return row;
+    return -1;
 }
 
 ChannelClass& GlobalChannelsManager::Store(int row) {
@@ -167,10 +149,10 @@ double GlobalChannelsManager::Longest_Channel_Beats() const {
 // ---- names ----
 
 bool GlobalChannelsManager::Name_Is_Free(const std::string& name, int exceptRow) const {
-    const std::string lower = Lower_Name(name);
+    const std::string lower = Lower_Latin(name);
     for (int row = 0; row < CHANNEL_ROWS; ++row)
         if (row != exceptRow && Is_Live_Row(row) &&
-            Lower_Name(Channels[static_cast<std::size_t>(row)].ChannelName) == lower)
+            Lower_Latin(Channels[static_cast<std::size_t>(row)].ChannelName) == lower)
             return false;
     return true;
 }
@@ -209,11 +191,9 @@ std::int32_t GlobalChannelsManager::New_ChannelID() {
 
 int GlobalChannelsManager::Add_Channel(std::int32_t channelId, bool isAudio, std::int32_t outputSlot,
                                        const std::string& name) {
-    const auto* const free = std::find_if(Channels.begin(), Channels.begin() + CHANNEL_ROWS,
-                                          [](const auto& channel) { return !Is_On(channel.InUse); });
-    if (free == Channels.begin() + CHANNEL_ROWS || ChannelI(channelId) != -1)
+    const int row = First_Free_Row();
+    if (row == -1 || ChannelI(channelId) != -1)
         return -1;
-    const auto row = static_cast<int>(free - Channels.begin());
     GlobalChannel channel;
     channel.ChannelID = channelId;
     channel.ChannelName = Unique_Name(name);
@@ -269,6 +249,16 @@ bool GlobalChannelsManager::Take_Rows(const std::array<GlobalChannel, TABLE_ROWS
             nextChannelId = channel.ChannelID + 1;
     }
     return true;
+}
+
+void GlobalChannelsManager::Restore_Channel(int row, const GlobalChannel& channel,
+                                            const Channel_Content& events, int mapRow) {
+    if (row < 0 || row >= CHANNEL_ROWS || Is_Live_Row(row))
+        return;
+    Channels[static_cast<std::size_t>(row)] = channel;
+    Store(row).Take_Content(events);
+    if (Is_On(channel.IsAudio))
+        Maps.Take_AudioMapRow(mapRow, channel.ChannelID);
 }
 
 // ---- sound ----

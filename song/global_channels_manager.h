@@ -88,7 +88,9 @@ public:
     int Count_Channels() const;
     /// -1 when there is no such live channel.
     int ChannelI(std::int32_t channelId) const;
-    bool Has_Free_Row() const;
+    /// -1 when there is none.
+    int First_Free_Row() const;
+    bool Has_Free_Row() const { return First_Free_Row() >= 0; }
     bool Is_Live_Row(int row) const;
     /// The row of Effects that a channel row sounds through; -1 for a row that is not live and for an audio
     /// output beyond the table.
@@ -104,6 +106,9 @@ public:
     /// that channels were added with count as used.
     std::int32_t New_ChannelID();
     void Delete_Channel(std::int32_t channelId);
+    /// A channel comes back into the row that it had, which is free, with its events; an audio channel's maps
+    /// into mapRow, which is free, as new. Its ID stays used.
+    void Restore_Channel(int row, const GlobalChannel& channel, const Channel_Content& events, int mapRow);
     /// toggle inverts, else sets; the flag after it.
     bool Set_Mute(std::int32_t channelId, bool value, bool toggle = false);
     bool Set_Solo(std::int32_t channelId, bool value, bool toggle = false);

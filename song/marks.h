@@ -48,6 +48,7 @@ public:
     /// Last start or end of a live mark, 0 without marks.
     double Last_Beat() const noexcept;
 
+    bool operator==(const Song_Marks&) const = default;
     void Clear();
     /// The whole table. Live rows at no place of a song become free; count is raised to behind the last live
     /// row and kept within the table.

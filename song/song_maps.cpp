@@ -39,6 +39,13 @@ int Song_Maps::Get_AudioMapRow(std::int32_t channelId) {
     return -1;
 }
 
+void Song_Maps::Take_AudioMapRow(int row, std::int32_t channelId) {
+    if (row < 0 || row >= AUDIO_ROWS || Is_On(Audio_Row(row).InUse))
+        return;
+    Audio_Row(row).InUse = FLAG_ON;
+    Audio_Row(row).ChannelID = channelId;
+}
+
 void Song_Maps::Free_AudioMapRow(std::int32_t channelId) {
     const int row = Find_AudioMapRow(channelId);
     if (row == -1)

@@ -38,6 +38,8 @@ public:
     int Find_AudioMapRow(std::int32_t channelId) const;
     /// Row of the channel; the first use takes the first free row, with new maps. -1 when all are taken.
     int Get_AudioMapRow(std::int32_t channelId);
+    /// Gives a free row to the channel. Another one is left alone.
+    void Take_AudioMapRow(int row, std::int32_t channelId);
     void Free_AudioMapRow(std::int32_t channelId);
     /// row 0 to 99; a free row's maps are as new.
     AudioMapRow& Audio_Row(int row) { return audioRows[static_cast<std::size_t>(row)]; }

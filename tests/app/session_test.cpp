@@ -21,7 +21,7 @@ TEST(Session_Test, Loads_To_A_New_Song) {
     EXPECT_TRUE(test.dialogs.shown.empty()) << test.dialogs.shown.front().text;
     for (const char* name : {"patterns/Drums", "projectsaudio"})
         EXPECT_TRUE(fs::is_directory(test.folder / name)) << name;
-    EXPECT_TRUE(session.undoEnabled);
+    EXPECT_TRUE(session.undo->UndoEnabled);
     EXPECT_EQ(session.notes.DrumSoundNames[60], "Drum 60");
     EXPECT_TRUE(session.options.Global_Rec_WaitForKey && !session.options.Global_UseThreadEngine);
     EXPECT_EQ(session.notes.Global_Notation, 1);
