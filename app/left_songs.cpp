@@ -5,6 +5,12 @@
 
 namespace tonvex {
 
+bool Leave_Song(const std::filesystem::path& base, const std::filesystem::path& folder) {
+    // Its lock goes with this object, the folder stays: it is a dead session's.
+    const auto left = Session_Temp_Folder::Make(base);
+    return left && Move_Recovery_Copy(folder, left->Path());
+}
+
 Left_Songs::Left_Songs(const std::filesystem::path& base) {
     for (Session_Temp_Folder& folder : Session_Temp_Folder::Take_Left(base)) {
         if (auto find = Find_Recovery_Copy(folder.Path()))

@@ -9,6 +9,10 @@
 
 namespace tonvex {
 
+/// Moves the recovery copy in a session's folder to where the next start looks, so that it outlives the
+/// session, which goes on to its orderly end. False when it stays where it is.
+bool Leave_Song(const std::filesystem::path& base, const std::filesystem::path& folder);
+
 /// The songs that sessions without an orderly end left behind, the newest first. Nobody else sees them while
 /// this lives; what is not discarded is found again by the next start. Interface thread.
 class Left_Songs {

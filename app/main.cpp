@@ -131,19 +131,25 @@ public:
             mouseStatus = std::make_unique<frmMouseStatus>(machine->theme);
             mouseStatus->show();
         }
-        if (project)
-            QTimer::singleShot(0, window.get(), [this] { Tell_Not_Opened(*project); });
+        // Dialogs that this opens stand before a window that is there.
+        QTimer::singleShot(0, window.get(), [this] { window->Open_First_Song(project); });
+    }
+
+    /// The system wants an end: nothing may be lost that was made by then.
+    void End_For_System() {
+        if (window)
+            window->End_For_System();
+        else
+            QApplication::quit();
+    }
+
+    /// The desktop's session ends, and the program may be ended without further notice.
+    void Save_State() {
+        if (window)
+            window->Keep_Recovery_Copy();
     }
 
 private:
-    void Tell_Not_Opened(const std::filesystem::path& file) {
-        const QString text = QCoreApplication::translate(
-            "main", "\"%1\" was not opened: this version of Tonvex cannot open songs yet.");
-        dialogs.Show_Message(Box_Kind::Information,
-                             text.arg(QString::fromStdString(file.filename().string())).toStdString(),
-                             "Tonvex");
-    }
-
     bool Ask_For_A_Font() {
         if (startWindow)
             startWindow->close();
@@ -172,7 +178,7 @@ int Run(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("tonvex"));
     End_Signals::Hold_Back();
     QApplication application(argc, argv);
-    const End_Signals endSignals;
+    End_Signals endSignals;
     QStringList words = QApplication::arguments();
     const bool withMouseStatus = words.removeAll(QLatin1String(MOUSE_STATUS)) > 0;
     for (qsizetype i = 1; i < words.size(); ++i) {
@@ -184,6 +190,9 @@ int Run(int argc, char** argv) {
     const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
     const std::string argument = words.size() > 1 ? words.at(1).toStdString() : std::string();
     Program program(application, Project_Argument(argument, calledIn), withMouseStatus);
+    endSignals.onEnd = [&program] { program.End_For_System(); };
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
+                     [&program](QSessionManager&) { program.Save_State(); });
     Start_Routine start(program.Dialogs(), program);
     switch (start.Run({folder, Instance_Lock_File(), Find_Program_Files(folder, TONVEX_SOURCE_DATA),
                        Path_Macros::From_Environment(folder)})) {

@@ -92,6 +92,13 @@ std::optional<Recovery_Find> Find_Recovery_Copy(const fs::path& folder) {
     return find;
 }
 
+bool Move_Recovery_Copy(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::copy_file(Note_File(from), Note_File(to), error);
+    fs::rename(Recovery_Song_File(from), Recovery_Song_File(to), error);
+    return !error;
+}
+
 void Remove_Recovery_Copy(const fs::path& folder) {
     std::error_code ignored;
     // A note alone is nothing to be recovered.

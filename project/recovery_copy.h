@@ -32,6 +32,9 @@ struct Recovery_Find {
 /// Nothing when there is no song in the folder.
 std::optional<Recovery_Find> Find_Recovery_Copy(const std::filesystem::path& folder);
 
+/// To another folder of the same disk. False when it stays.
+bool Move_Recovery_Copy(const std::filesystem::path& from, const std::filesystem::path& to);
+
 /// Song and note.
 void Remove_Recovery_Copy(const std::filesystem::path& folder);
 

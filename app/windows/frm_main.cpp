@@ -1,5 +1,7 @@
 #include "app/windows/frm_main.h"
 
+#include "app/windows/autosave_timer.h"
+#include "app/windows/song_files.h"
 #include "audio/windows/frm_inst_list.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_keyboard_setup.h"
@@ -15,7 +17,6 @@
 #include "widgets/tool_button.h"
 
 #include <QAction>
-#include <QCloseEvent>
 #include <QDialog>
 #include <QDockWidget>
 #include <QHBoxLayout>
@@ -86,7 +87,10 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     setDockOptions(QMainWindow::AnimatedDocks | QMainWindow::AllowNestedDocks);
     marks = new Mark_Selection(session, this);
     Make_Panes();
+    songFiles = new Song_Files(session, *recorder, this);
+    autosave = new Autosave_Timer(session, this);
     Make_Menus();
+    setAcceptDrops(true);
 
     // Many messages, one refresh.
     refreshTimer.setSingleShot(true);
@@ -97,6 +101,14 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     subscription =
         session.events.Subscribe([this](int, std::int32_t, const std::string&) { refreshTimer.start(0); });
     connect(channelsList, &ChannelsList::selectionChanged, this, &frmMain::Channel_Selected);
+    connect(songFiles, &Song_Files::changed, this, [this] {
+        Refresh_Title();
+        Show_Recent_Files();
+    });
+    connect(songFiles, &Song_Files::replaced, this, &frmMain::Song_Replaced);
+    connect(autosave, &Autosave_Timer::failed, this, [this](const QString& error) {
+        Show_Banner(tr("No recovery copy of the song can be written, so save it soon (%1).").arg(error));
+    });
     connect(recorder, &frmRecorder::uiLocked, this, &frmMain::Lock);
     connect(recorder, &frmRecorder::optionsChanged, this, &frmMain::Refresh_Actions);
     connect(recorder, &frmRecorder::channelMissing, this, [this] { (void)Needs_Channel(); });
@@ -242,20 +254,6 @@ void frmMain::Save_Panes() {
     session.doors.store.Set(SECTION, "Panes", saveState(PANES_VERSION).toBase64().toStdString());
 }
 
-void frmMain::closeEvent(QCloseEvent* event) {
-    if (session.transport.Song_Runs() || session.recorder->IsRunning()) {
-        closePending = true;
-        recorder->Button_Stop();
-        event->ignore();
-        return;
-    }
-    recorder->Practice().Hold();
-    deviceTimer.stop();
-    meterTimer.stop();
-    Save_Panes();
-    event->accept();
-}
-
 // ---- runs ----
 
 bool frmMain::Key_Plays(int scanCode) const {
@@ -294,10 +292,6 @@ void frmMain::On_Run_Ended() {
         focusBeforeRun->setFocus();
     // The transport takes the viewed channel away at the end of a recording.
     session.gcm->ViewChannelRow = session.channels->ChannelI(channelsList->Selected());
-    if (closePending) {
-        closePending = false;
-        QTimer::singleShot(0, this, &QWidget::close);
-    }
 }
 
 void frmMain::Channel_Selected(std::int32_t channelId) {
@@ -547,7 +541,9 @@ void frmMain::Show_About() {
 }
 
 void frmMain::Refresh_Title() {
-    const QString title = QString::fromStdString(session.project.ProjectTitle);
+    const std::filesystem::path& file = session.project.Path;
+    const QString title =
+        QString::fromStdString(file.empty() ? session.project.ProjectTitle : file.filename().string());
     setWindowTitle(tr("%1[*] - Tonvex").arg(title));
     setWindowModified(session.project.Modified);
     titleLabel->setText(session.project.Modified ? tr("%1 • — Tonvex").arg(title)

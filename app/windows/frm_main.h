@@ -9,7 +9,9 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <filesystem>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -21,6 +23,7 @@ class QTabWidget;
 
 namespace tonvex {
 
+class Autosave_Timer;
 class Banner;
 class ChannelsList;
 class Channel_Properties;
@@ -30,12 +33,13 @@ class Maps_View;
 class Mark_Selection;
 class frmREC_PianoLayout;
 class frmRecorder;
+class Song_Files;
 class Song_Overview;
 
 /// The main window: menus, transport bar, channels, what is in the middle, the record piano.
 /// Interface thread. Session and theme outlive it; the session is loaded before the window is made.
-/// Closing it during a run stops the run first and closes when that is over. The window does not shut the
-/// session down.
+/// Closing it during a run stops the run first and closes when that is over, after the question about unsaved
+/// changes. The window does not shut the session down, which may happen only after the window has gone.
 class frmMain final : public QMainWindow, public Transport_Observer {
     Q_OBJECT
 public:
@@ -54,6 +58,16 @@ public:
     ChannelsList& Channels() { return *channelsList; }
     frmREC_PianoLayout& Piano() { return *piano; }
     frmKeyboardSetup& Keyboard() { return *keyboard; }
+    Song_Files& Files() { return *songFiles; }
+
+    /// What the start brings, once the window is shown: see First_Song.
+    void Open_First_Song(const std::optional<std::filesystem::path>& named);
+    /// The system wants the program to end, and nobody may be there to answer: a run is stopped, a recovery
+    /// copy of what is unsaved is left for the next start, the application quits. Only when there can be no
+    /// copy the user is asked.
+    void End_For_System();
+    /// Unsaved work is safe from now on, whatever becomes of the program.
+    void Keep_Recovery_Copy();
 
     /// The computer key of this scan code plays now, so that it is no shortcut: it has a meaning in the
     /// layout and a recording is on or the keyboard button holds practice mode on.
@@ -67,6 +81,8 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     using Keys = QList<QKeySequence>;
@@ -79,6 +95,7 @@ private:
     void Make_Mix_Entries(QMenu* menu);
     void Make_Effect_Entries(QMenu* menu);
     void Make_File_Menu();
+    void Show_Recent_Files();
     void Make_Record_Menu();
     void Make_Project_Menu();
     void Make_Marks_Menu();
@@ -121,6 +138,7 @@ private:
     void Check_Midi();
     void Show_Meters(const Sound_Status& status);
     void Start_Meters();
+    void Song_Replaced();
     void Refresh_Title();
     void Refresh_Actions();
     void Channel_Selected(std::int32_t channelId);
@@ -129,6 +147,8 @@ private:
     Theme& theme;
     Observer_Link link;
     frmRecorder* recorder = nullptr;
+    Song_Files* songFiles = nullptr;
+    Autosave_Timer* autosave = nullptr;
     ChannelsList* channelsList = nullptr;
     Channel_Properties* properties = nullptr;
     frmREC_PianoLayout* piano = nullptr;
@@ -142,6 +162,7 @@ private:
     QDockWidget* channelsDock = nullptr;
     QDockWidget* pianoDock = nullptr;
     QLabel* titleLabel = nullptr;
+    QMenu* recentMenu = nullptr;
     QMenu* layoutMenu = nullptr;
     QAction* midiInputAction = nullptr;
     QAction* keysAction = nullptr;
@@ -160,7 +181,7 @@ private:
     bool lossShown = false;
     bool quietTold = false;
     bool midiGoneShown = false;
-    bool closePending = false;
+    bool endsForSystem = false; ///< a recovery copy stands; nobody is asked
 };
 
 } // namespace tonvex

@@ -7,7 +7,6 @@
 #include "engine/windows/frm_recorder.h"
 #include "project/windows/frm_channel_wizard.h"
 #include "song/windows/frm_marks.h"
-#include "song/windows/frm_set_speed.h"
 #include "song/windows/frm_tempo.h"
 #include "song/windows/mark_selection.h"
 #include "widgets/channels_list.h"
@@ -28,15 +27,6 @@ void frmMain::Show_Window(const char* name, const std::function<QDialog*()>& mak
     window->show();
     window->raise();
     window->activateWindow();
-}
-
-void frmMain::Make_File_Menu() {
-    QMenu* menu = menuBar()->addMenu(tr("&File"));
-    lockedInRun.push_back(Add_Action(menu, tr("Change &Speed..."), {}, [this] {
-        Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
-    }));
-    menu->addSeparator();
-    Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
 }
 
 void frmMain::Make_Project_Menu() {

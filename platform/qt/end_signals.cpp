@@ -48,7 +48,11 @@ End_Signals::~End_Signals() {
 
 void End_Signals::Take_Signal() {
     signalfd_siginfo info{};
-    if (::read(fd, &info, sizeof info) == static_cast<ssize_t>(sizeof info))
+    if (::read(fd, &info, sizeof info) != static_cast<ssize_t>(sizeof info))
+        return;
+    if (onEnd)
+        onEnd();
+    else
         QCoreApplication::quit();
 }
 

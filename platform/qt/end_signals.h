@@ -3,11 +3,12 @@
 #include <QObject>
 #include <QSocketNotifier>
 
+#include <functional>
+
 namespace tonvex {
 
-/// Turns the system's wish that the program end (SIGTERM, SIGINT, SIGHUP) into an orderly quit, as if the
-/// user had closed the main window. One object, on the interface thread, after the application. Nothing
-/// happens when the system refuses.
+/// Turns the system's wish that the program end (SIGTERM, SIGINT, SIGHUP) into a call between two events. One
+/// object, on the interface thread, after the application. Nothing happens when the system refuses.
 class End_Signals final : public QObject {
     Q_OBJECT
 public:
@@ -17,6 +18,8 @@ public:
 
     End_Signals();
     ~End_Signals() override;
+
+    std::function<void()> onEnd; ///< empty: the application quits
 
 private:
     void Take_Signal();

@@ -1,11 +1,8 @@
-#include "app/windows/frm_main.h"
 #include "audio/patch_tables.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_rec_piano_layout.h"
 #include "platform/qt/native_scan_codes.h"
-#include "platform/qt/qt_key_state.h"
-#include "platform/qt/qt_run_loop.h"
-#include "support/test_session.h"
+#include "support/window_program.h"
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
 #include "widgets/level_meter.h"
@@ -42,68 +39,6 @@ namespace {
 constexpr int SCAN_Z = 44;
 constexpr int SCAN_X = 45;
 constexpr int SCAN_ESCAPE = 1;
-
-/// A program of its own: real keys, rounds and clock, fakes for sound, MIDI, boxes and settings.
-struct Program {
-    Program() {
-        for (const char* key : {"config", "patterns", "templates", "temp", "projectsaudio"}) {
-            std::filesystem::create_directories(folder / key);
-            paths.Set_Path(key, (folder / key).string());
-        }
-        std::filesystem::copy(std::filesystem::path(TONVEX_SOURCE_DATA) / "keyboard",
-                              folder / "config/keyboard", std::filesystem::copy_options::recursive);
-        session.emplace(Session_Doors{sound, midi, keys, counter, loop, store, dialogs}, paths,
-                        std::filesystem::path(TONVEX_SOURCE_DATA));
-        if (!session->Load())
-            qFatal("the session does not load");
-        window = std::make_unique<frmMain>(*session, theme);
-        keys.accept = [this](int scanCode) { return window->Key_Plays(scanCode); };
-        window->show();
-        if (!QTest::qWaitForWindowActive(window.get()))
-            qFatal("the window is not active");
-    }
-    ~Program() { window.reset(); }
-
-    int Events(int row) const { return session->channels->Store(row).GetTotalEvents() + 1; }
-    const GlobalChannel& Channel(int row) const {
-        return session->channels->Channels[static_cast<std::size_t>(row)];
-    }
-    QWidget* Focus() const {
-        QWidget* focus = QApplication::focusWidget();
-        return focus != nullptr ? focus : window.get();
-    }
-    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(Focus(), key, modifiers);
-    }
-    /// A key on the road from the window system: first offered to the shortcuts, then to the window.
-    void Edge(QEvent::Type type, int scanCode, Qt::Key key) {
-        const auto native = static_cast<quint32>(scanCode + 8);
-        ++stamp;
-        if (type == QEvent::KeyPress) {
-            QKeyEvent offer(QEvent::ShortcutOverride, key, Qt::NoModifier, native, 0, 0);
-            offer.setTimestamp(stamp);
-            QApplication::sendEvent(window->windowHandle(), &offer);
-        }
-        QKeyEvent event(type, key, Qt::NoModifier, native, 0, 0);
-        event.setTimestamp(stamp);
-        QApplication::sendEvent(window->windowHandle(), &event);
-    }
-
-    Memory_Settings_Store themeStore;
-    Theme theme{*qApp, themeStore};
-    Temp_Folder folder;
-    AppPaths_Class paths;
-    Recorder_Sound_Door sound;
-    Recorder_Midi_Ports midi;
-    Monotonic_Counter counter;
-    Qt_Key_State keys{counter};
-    Qt_Run_Loop loop;
-    Memory_Settings_Store store;
-    Recorded_Dialogs dialogs;
-    std::optional<Session> session;
-    std::unique_ptr<frmMain> window;
-    quint64 stamp = 0;
-};
 
 int Notes_Posted(const Recorder_Sound_Door& sound, Sound_Op op) {
     return static_cast<int>(std::count_if(sound.posted.begin(), sound.posted.end(),

@@ -1,0 +1,143 @@
+// The main window and the files of songs: the File menu, files dropped on it, the ways in and out of the
+// program.
+
+#include "app/left_songs.h"
+#include "app/windows/autosave_timer.h"
+#include "app/windows/first_song.h"
+#include "app/windows/frm_main.h"
+#include "app/windows/song_files.h"
+#include "engine/windows/frm_recorder.h"
+#include "song/windows/frm_set_speed.h"
+#include "widgets/channels_list.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+
+namespace tonvex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The song that is dragged; empty when it is anything else.
+fs::path Dragged_Song(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile())
+        return {};
+    fs::path file = urls.front().toLocalFile().toStdString();
+    return Song_Files::Is_Song_File(file) ? file : fs::path();
+}
+
+} // namespace
+
+// ---- the menu ----
+
+void frmMain::Make_File_Menu() {
+    QMenu* menu = menuBar()->addMenu(tr("&File"));
+    Add_Action(menu, tr("&New"), {QKeySequence::New}, [this] { songFiles->New(); });
+    // Ctrl+O is the output channel's.
+    Add_Action(menu, tr("&Open..."), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O)},
+               [this] { songFiles->Open(); });
+    recentMenu = menu->addMenu(tr("&Recent files"));
+    recentMenu->setToolTipsVisible(true);
+    menu->addSeparator();
+    Add_Action(menu, tr("&Save"), {QKeySequence(Qt::CTRL | Qt::Key_S)}, [this] { songFiles->Save(); });
+    Add_Action(menu, tr("Save &as..."), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
+               [this] { songFiles->Save_As(); });
+    menu->addSeparator();
+    lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
+        Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
+    }));
+    menu->addSeparator();
+    Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
+    Show_Recent_Files();
+}
+
+void frmMain::Show_Recent_Files() {
+    recentMenu->clear();
+    const auto& files = session.settings.LRU;
+    for (std::size_t row = 0; row < files.size(); ++row) {
+        if (files[row].empty())
+            continue;
+        QString name = QString::fromStdString(fs::path(files[row]).filename().string());
+        name.replace(QLatin1Char('&'), QLatin1String("&&"));
+        // The menu is filled anew while one of its actions runs, so that goes on behind it.
+        QAction* action =
+            recentMenu->addAction(QStringLiteral("&%1 %2").arg(row + 1).arg(name), this, [this, row] {
+                QTimer::singleShot(0, this, [this, row] { songFiles->Open_Recent(row); });
+            });
+        action->setToolTip(QString::fromStdString(files[row]));
+    }
+    recentMenu->setEnabled(!recentMenu->isEmpty());
+}
+
+void frmMain::Song_Replaced() {
+    // Channels of two songs may have the same IDs.
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (session.channels->Is_Live_Row(row)) {
+            channelsList->Select(session.channels->Channels[static_cast<std::size_t>(row)].ChannelID);
+            break;
+        }
+    }
+    Channel_Selected(channelsList->Selected());
+    Refresh_Title();
+}
+
+// ---- drag and drop ----
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+    if (!Dragged_Song(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+    const fs::path file = Dragged_Song(*event->mimeData());
+    if (file.empty())
+        return;
+    event->acceptProposedAction();
+    // The program from which it was dragged waits for the end of this handler.
+    QTimer::singleShot(0, this, [this, file] { songFiles->Open_File(file); });
+}
+
+// ---- the ways in and out ----
+
+void frmMain::Open_First_Song(const std::optional<fs::path>& named) {
+    First_Song(session, *songFiles, *autosave, theme, this).Open(named);
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (session.transport.Song_Runs() || session.recorder->IsRunning()) {
+        recorder->Stop_Then([this] { close(); });
+        event->ignore();
+        return;
+    }
+    if (!endsForSystem && !songFiles->May_Leave()) {
+        event->ignore();
+        return;
+    }
+    recorder->Practice().Hold();
+    deviceTimer.stop();
+    meterTimer.stop();
+    Save_Panes();
+    event->accept();
+}
+
+void frmMain::Keep_Recovery_Copy() {
+    autosave->Copy_Now();
+}
+
+void frmMain::End_For_System() {
+    recorder->Stop_Then([this] {
+        endsForSystem = session.project.Modified && autosave->Copy_Now() &&
+                        Leave_Song(session.paths.Get_Folder("temp"), session.Temp_Folder());
+        QApplication::quit();
+    });
+}
+
+} // namespace tonvex
