@@ -130,17 +130,15 @@ TEST_F(Autosave_Test, A_Failure_Is_Told_Once_And_The_Old_Copy_Stays) {
     EXPECT_TRUE(autosave->Copy_Now());
     EXPECT_EQ(Copy(), "three");
 
-    Autosave broken(project, counter, folder / "own",
-                    []() -> Autosave::Song_Writer { throw std::bad_alloc(); });
-    EXPECT_FALSE(broken.Copy_Now());
-    Autosave breaksLater(project, counter, folder / "own", [] {
-        return []() -> std::optional<std::vector<std::uint8_t>> { throw std::bad_alloc(); };
-    });
-    EXPECT_FALSE(breaksLater.Copy_Now());
-    Autosave tooLong(project, counter, folder / "own", [] { return [] { return std::nullopt; }; });
-    EXPECT_FALSE(tooLong.Copy_Now());
-    Autosave nowhere(project, counter, {}, [] { return Autosave::Song_Writer(); });
-    EXPECT_FALSE(nowhere.Copy_Now());
+    using Bytes = std::optional<std::vector<std::uint8_t>>;
+    const Autosave::Song_Copier broken[] = {
+        []() -> Autosave::Song_Writer { throw std::bad_alloc(); },
+        [] { return []() -> Bytes { throw std::bad_alloc(); }; },
+        [] { return []() -> Bytes { return std::nullopt; }; }, // longer than a file can be
+    };
+    for (const Autosave::Song_Copier& copier : broken)
+        EXPECT_FALSE(Autosave(project, counter, folder / "own", copier).Copy_Now());
+    EXPECT_FALSE(Autosave(project, counter, {}, broken[0]).Copy_Now());
     EXPECT_EQ(Copy(), "three");
 }
 
