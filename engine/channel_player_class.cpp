@@ -49,8 +49,9 @@ std::int32_t CHannelPlayerClass::First_At(std::int64_t moment) const {
 }
 
 bool CHannelPlayerClass::Is_Heard(const ChannelClass::Event_View& event) const {
-    if (event.Kind == EV_NOTE)
-        return event.Note->Length > 0.0 && event.Note->Vol > 0;
+    if (event.Kind == EV_NOTE) // a file keeps the note of no length
+        return (event.Note->Length > 0.0 || (event.Note->Length == 0.0 && output.Is_Captured())) &&
+               event.Note->Vol > 0;
     if (event.Kind != EV_QCHORD)
         return event.Kind == EV_PATCH;
     if (event.QChord->Length <= 0.0 || event.QChord->ChordVol == 0)

@@ -47,21 +47,30 @@ void Channel_Players::Step(double time) {
     Play_Until(Moment_At(time));
 }
 
-void Channel_Players::Play_Until(std::int64_t moment) {
-    while (true) {
-        CHannelPlayerClass* next = nullptr;
-        Song_Moment nextMoment{Song_Moment::NEVER, true};
-        for (const auto& entry : players) {
-            const Song_Moment ofPlayer = entry->player.Next_Moment();
-            if (ofPlayer < nextMoment) {
-                nextMoment = ofPlayer;
-                next = &entry->player;
-            }
+CHannelPlayerClass* Channel_Players::Next_Player(Song_Moment& moment) const {
+    CHannelPlayerClass* next = nullptr;
+    moment = {Song_Moment::NEVER, true};
+    for (const auto& entry : players) {
+        const Song_Moment ofPlayer = entry->player.Next_Moment();
+        if (ofPlayer < moment) {
+            moment = ofPlayer;
+            next = &entry->player;
         }
-        if (next == nullptr || nextMoment.at > moment)
-            break;
-        next->Play_Next_Moment();
     }
+    return next;
+}
+
+std::int64_t Channel_Players::Next_At() const {
+    Song_Moment moment{};
+    (void)Next_Player(moment);
+    return moment.at;
+}
+
+void Channel_Players::Play_Until(std::int64_t moment) {
+    Song_Moment next{};
+    for (CHannelPlayerClass* player = Next_Player(next); player != nullptr && next.at <= moment;
+         player = Next_Player(next))
+        player->Play_Next_Moment();
     for (const auto& entry : players)
         entry->player.Played_Until(moment);
 }

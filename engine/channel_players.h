@@ -25,6 +25,8 @@ public:
     /// Starts and ends what is due up to time, in order of time over all channels: a note that ends where
     /// another on the same slot begins is ended first.
     void Step(double time);
+    /// The moment of what is due next, as of Moment_At; Song_Moment::NEVER when nothing is.
+    std::int64_t Next_At() const;
     /// Silences everything and goes on at time.
     void Seek(double time);
     /// Acts on what mute and solo have become since the last look, with all that was due before time played.
@@ -41,6 +43,8 @@ private:
         bool tableMute;
         std::uint8_t volume; ///< that the player library has been told
     };
+    /// Whose next moment comes first, and that moment; null when nobody has one.
+    CHannelPlayerClass* Next_Player(Song_Moment& moment) const;
 
     void Take_Changes();
     void Play_Until(std::int64_t moment);

@@ -104,7 +104,8 @@ void GCM_Midi::GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live
     --ChannelNoteCount[Index(channelRow)][Index(note)];
     const int slot = noteSlot[Index(channelRow)][Index(note)];
     const bool held = slot == transport.LiveSlot && transport.LiveNotes[Index(note)] > 0;
-    if (--slotNoteCount[Index(slot)][Index(note)] == 0 && !held)
+    // In a file every note has its own end, so that whoever reads it finds the notes as they are stored.
+    if ((--slotNoteCount[Index(slot)][Index(note)] == 0 && !held) || output.MidiCaptureOn())
         output.Midi_NoteOff(slot, note, velocity, dueNs);
 }
 

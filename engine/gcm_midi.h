@@ -31,6 +31,7 @@ public:
     /// The player path: counted by row and note. Every on goes out; an off goes out only when no row on the
     /// same output slot holds the note any more, the performer included, and an off that no on went before
     /// goes nowhere. A note ends on the slot that it began on, whatever the row's OutputChannel has become.
+    /// Into a capture every counted off goes.
     void GCM_PlayNoteOn(int channelRow, int note, int velocity, bool live,
                         std::int64_t dueNs = midiapi::DUE_NOW);
     void GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live,
@@ -59,6 +60,8 @@ public:
     /// Forgets what the player path holds; sends nothing.
     void Clear_Note_Counts();
     int Note_Count(int channelRow, int note) const;
+    /// What is sent is written into a file, see midiapi::Set_Capture.
+    bool Is_Captured() const noexcept { return output.MidiCaptureOn(); }
     /// A key of the channel being recorded holds the note, on the row's output slot.
     bool Performer_Holds(int channelRow, int note) const;
     /// patchRow last sent to the row's output slot; -1 before the first, and for a row without one.

@@ -110,6 +110,11 @@ void midiapi::Tell(Sound_Op op, int slot, int a, int b) {
 }
 
 void midiapi::Send(Sound_Op op, int channel, int a, int b, std::int32_t font, std::int64_t dueNs) {
+    if (capture != nullptr) {
+        if (op != Sound_Op::AllNotesOff && op != Sound_Op::ChannelNotesOff)
+            capture->Take(op, channel, a, b);
+        return;
+    }
     Each_Short_Message(op, channel, a, b,
                        [this](int status, int data1, int data2) { Short_Message(status, data1, data2); });
     if (usingSynth) {
@@ -158,7 +163,7 @@ void midiapi::Midi_SetEffects(int channel, const Effect_Settings& settings) {
 }
 
 bool midiapi::Reaches(int channel) const noexcept {
-    return Is_Slot(channel) && (usingSynth || (portOpen && channel < PORT_CHANNELS));
+    return Is_Slot(channel) && (usingSynth || MidiCaptureOn() || (portOpen && channel < PORT_CHANNELS));
 }
 
 void midiapi::Midi_AllNotesOff() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/midi_capture.h"
 #include "platform/midi_ports.h"
 #include "platform/millisecond_counter.h"
 #include "platform/sound_door.h"
@@ -81,6 +82,11 @@ public:
     /// Drum notes that ring: the hi-hats, crashes, rides, splash and china of the General MIDI kit.
     static bool Midi_IsCymbal(int note);
 
+    /// While there is a capture, notes, patches, pans and volumes of all 32 slots go there and nowhere else,
+    /// whether a device is open or not. Null to end; the capture outlives its registration.
+    void Set_Capture(Midi_Capture* newCapture) noexcept { capture = newCapture; }
+    bool MidiCaptureOn() const noexcept { return capture != nullptr; }
+
     /// Gives the player library the output that is open now.
     void Midi_PlayerOutput(CueEngine& engine);
     /// The player library's message has sounded: the observer hears it as any other.
@@ -98,7 +104,7 @@ public:
 
 private:
     bool Open_Synth();
-    bool Is_Open() const noexcept { return usingSynth || portOpen; }
+    bool Is_Open() const noexcept { return usingSynth || portOpen || MidiCaptureOn(); }
     /// Patch, pan and volume of the channel have somewhere to go.
     bool Reaches(int channel) const noexcept;
     void Short_Message(int status, int data1, int data2);
@@ -112,6 +118,7 @@ private:
     const Millisecond_Counter& counter;
     const GlobalChannelsManager& channels;
     Output_Observer* observer = nullptr;
+    Midi_Capture* capture = nullptr;
     std::int32_t currentDevice = NO_DEVICE;
     bool usingSynth = false;
     bool portOpen = false;
