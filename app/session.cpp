@@ -61,6 +61,10 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     practiceRecorder = std::make_unique<RecorderClass>(parts);
     practiceRecorder->PracticeMode = true;
     player = std::make_unique<Player_Recorder>(parts);
+    midiImport = std::make_unique<MidiImport_Class>(
+        Midi_Import_Parts{*channels, tempoChanges, project, *hub, doors.dialogs, [this] { New_Project(); },
+                          [this] { files->Song_Was_Replaced(); }});
+    midiExport = std::make_unique<Midi_Export>(parts, doors.sound, doors.midi);
 }
 
 Transport_Parts Session::Parts() {

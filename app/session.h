@@ -25,6 +25,8 @@
 #include "platform/sound_door.h"
 #include "platform/user_dialogs.h"
 #include "project/channels_list_rows.h"
+#include "project/midi_export.h"
+#include "project/midi_import_class.h"
 #include "project/project_files.h"
 #include "project/undo_module.h"
 #include "song/events_editor_setup.h"
@@ -132,6 +134,8 @@ public:
     std::unique_ptr<RecorderClass> recorder;
     std::unique_ptr<RecorderClass> practiceRecorder;
     std::unique_ptr<Player_Recorder> player;
+    std::unique_ptr<MidiImport_Class> midiImport;
+    std::unique_ptr<Midi_Export> midiExport;
 
     bool fontsLoaded = false; ///< false after Load: the font error window is due
 

@@ -1,5 +1,6 @@
 #include "base/file_io.h"
 #include "cli/listings.h"
+#include "cli/midi_files.h"
 #include "cli/perform.h"
 
 #include <CLI/CLI.hpp>
@@ -65,6 +66,15 @@ int Run(int argc, char** argv) {
         ->check(CLI::IsMember({"thread", "polling"}))
         ->type_name("ENGINE");
 
+    Midi_Call midi;
+    CLI::App* exportMidi = app.add_subcommand("export-midi", "Writes a song as a Standard MIDI File");
+    exportMidi->add_option("SONG.tvx", midi.song, "The song; - for a new project")->required();
+    exportMidi->add_option("OUT.mid", midi.out, "The MIDI file")->required();
+    exportMidi->add_flag("--split-drums", midi.splitDrums, "A track for each drum note");
+    CLI::App* importMidi = app.add_subcommand("import-midi", "Writes a Standard MIDI File as a project file");
+    importMidi->add_option("IN.mid", midi.song, "The MIDI file")->required();
+    importMidi->add_option("OUT.tvx", midi.out, "The project file")->required();
+
     std::filesystem::path font;
     CLI::App* fonts = app.add_subcommand("fonts", "Prints title and presets of a soundfont as JSON");
     fonts->add_option("FILE.sf2", font, "The soundfont")->required();
@@ -80,6 +90,10 @@ int Run(int argc, char** argv) {
         call.threadEngine = engine == "thread";
         return Report(Perform(options, call));
     }
+    if (exportMidi->parsed())
+        return Report(Export_Midi(options, midi));
+    if (importMidi->parsed())
+        return Report(Import_Midi(options, midi));
     if (fonts->parsed()) {
         const Cli_Outcome outcome = List_Font(font, text);
         return Print(outcome, text);

@@ -186,7 +186,7 @@ bool Project_Files::LoadProject(const fs::path& path, std::int32_t /*reserved*/,
         Show(Box_Kind::Warning, OTHER_INSTALLATION);
     parts.hub.Message(nullptr, HUB_RECORDER_VALUE, state.HubValue1400);
     parts.hub.Message(nullptr, HUB_SET_TEMPO, state.ProjectTempo);
-    Refresh();
+    Song_Was_Replaced();
     if (fontsAreGone)
         Show(Box_Kind::Critical, FONTS_ARE_GONE);
     if (updateRecent) {
@@ -214,8 +214,7 @@ void Project_Files::Load_Fonts(bool defaultList) {
     parts.model.channels.Find_Patches();
 }
 
-/// All views and the outputs show and sound the song that stands now.
-void Project_Files::Refresh() {
+void Project_Files::Song_Was_Replaced() {
     parts.gcm.GCM_SendAllPatches();
     parts.gcm.GCM_SendAllEffects();
     parts.gcm.GCM_SendAllVolumes();
@@ -245,7 +244,7 @@ void Project_Files::Empty_Model() {
 void Project_Files::Reset() {
     Empty_Model();
     parts.hub.Message(nullptr, HUB_SONG_POSITION, 0.0);
-    Refresh();
+    Song_Was_Replaced();
     Tell(&Project_Observer::On_Project_Named, fs::path());
 }
 

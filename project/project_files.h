@@ -58,6 +58,9 @@ public:
     Song_Snapshot Snapshot() const { return Take_Snapshot(parts.model); }
     /// As NewProject without the fonts: nothing is loaded, nothing told.
     void Reset();
+    /// Behind whoever put another song in the place of the one there: all views and the outputs show and
+    /// sound it, who follows the project is told, and it counts as unmodified.
+    void Song_Was_Replaced();
 
     std::vector<Project_Observer*> observers;
     /// The windowed program clears away what unsaved songs recorded; a tool beside it must not.
@@ -71,7 +74,6 @@ private:
     void Empty_Model();
     bool Take_Over(const Song_Snapshot& song);
     void Load_Fonts(bool defaultList);
-    void Refresh();
     void Show(Box_Kind kind, const char* text) const;
     template <typename Operation, typename... Arg>
     void Tell(Operation operation, const Arg&... arg) const;

@@ -96,6 +96,9 @@ private:
     void Make_Effect_Entries(QMenu* menu);
     void Make_File_Menu();
     void Show_Recent_Files();
+    void Make_Midi_File_Entries(QMenu* menu);
+    void Import_Midi();
+    void Export_Midi();
     void Make_Record_Menu();
     void Make_Project_Menu();
     void Make_Marks_Menu();
@@ -182,6 +185,7 @@ private:
     bool quietTold = false;
     bool midiGoneShown = false;
     bool endsForSystem = false; ///< a recovery copy stands; nobody is asked
+    bool exportDrumsSplit = false;
 };
 
 } // namespace tonvex

@@ -55,6 +55,8 @@ void frmMain::Make_File_Menu() {
         Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
     }));
     menu->addSeparator();
+    Make_Midi_File_Entries(menu);
+    menu->addSeparator();
     Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Show_Recent_Files();
 }
