@@ -444,12 +444,14 @@ void frmMain::Clear_Channel_Events() {
     std::vector<std::int32_t> eventIds;
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
         eventIds.push_back(store.GetEvent_ID(i));
-    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End);
+    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End, "Clear channel events");
     for (const std::int32_t eventId : eventIds)
         session.hub->Message(this, MSG_DELETE_EVENT, channelId, eventId);
 }
 
 void frmMain::Clear_All_Status() {
+    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End,
+                                  "Clear all channels status");
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
         if (!session.channels->Is_Live_Row(row))
             continue;

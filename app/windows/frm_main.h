@@ -99,6 +99,8 @@ private:
     void Make_Midi_File_Entries(QMenu* menu);
     void Import_Midi();
     void Export_Midi();
+    void Make_Edit_Menu();
+    void Refresh_Undo();
     void Make_Record_Menu();
     void Make_Project_Menu();
     void Make_Marks_Menu();
@@ -167,6 +169,8 @@ private:
     QLabel* titleLabel = nullptr;
     QMenu* recentMenu = nullptr;
     QMenu* layoutMenu = nullptr;
+    QAction* undoAction = nullptr;
+    QAction* redoAction = nullptr;
     QAction* midiInputAction = nullptr;
     QAction* keysAction = nullptr;
     QAction* metronomeAction = nullptr;

@@ -67,6 +67,7 @@ void frmMain::Make_Menus() {
     menuBar()->setCornerWidget(titleLabel, Qt::TopRightCorner);
 
     Make_File_Menu();
+    Make_Edit_Menu();
     Make_Channel_Menu();
     Make_Project_Menu();
     Make_Record_Menu();
@@ -284,6 +285,7 @@ void frmMain::Make_Octave_Keys() {
 }
 
 void frmMain::Refresh_Actions() {
+    Refresh_Undo();
     metronomeAction->setChecked(session.options.Metronome);
     waitAction->setChecked(session.options.Global_Rec_WaitForKey);
     blendAction->setChecked(!session.options.Overwrite);

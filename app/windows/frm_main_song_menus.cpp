@@ -29,6 +29,32 @@ void frmMain::Show_Window(const char* name, const std::function<QDialog*()>& mak
     window->activateWindow();
 }
 
+void frmMain::Make_Edit_Menu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Edit"));
+    menu->setToolTipsVisible(true);
+    undoAction =
+        Add_Action(menu, {}, {QKeySequence(Qt::CTRL | Qt::Key_Z)}, [this] { (void)session.undo->Do_Undo(); });
+    undoAction->setObjectName(QStringLiteral("undo"));
+    undoAction->setToolTip(tr("Undo last action"));
+    redoAction = Add_Action(
+        menu, {}, {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)},
+        [this] { (void)session.undo->Do_Redo(); });
+    redoAction->setObjectName(QStringLiteral("redo"));
+    redoAction->setToolTip(tr("Redo last action"));
+    lockedInRun.push_back(undoAction);
+    lockedInRun.push_back(redoAction);
+}
+
+/// The entries name the step that they would bring back.
+void frmMain::Refresh_Undo() {
+    const auto show = [](QAction& action, const std::string& text, bool can) {
+        action.setText(QLatin1Char('&') + QString::fromStdString(text));
+        action.setEnabled(can);
+    };
+    show(*undoAction, session.undo->Undo_Text(), session.undo->Can_Undo());
+    show(*redoAction, session.undo->Redo_Text(), session.undo->Can_Redo());
+}
+
 void frmMain::Make_Project_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Project"));
     Add_Action(menu, tr("&Tempo changes..."), {},

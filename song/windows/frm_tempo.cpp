@@ -222,6 +222,7 @@ void frmTempo::Change() {
     if (!id || !session.tempoChanges.GetTempoChange_byID(*id, beats, tempo))
         return;
     const std::int32_t newTempo = Text2->value();
+    const MsgManager::Batch batch(*session.hub); // one step, though both may change
     // The field shows tenths; a text that was not touched leaves the finer position alone.
     if (Text1->text().trimmed().toStdString() != Format_Beats(beats)) {
         const auto wanted = Typed_Position();

@@ -59,6 +59,7 @@ private slots:
     void Every_Command_Survives();
     void Every_Control_Has_A_Name();
     void Song_Windows_Open_By_Keys();
+    void The_Edit_Menu_Names_What_It_Brings_Back();
     void A_Lost_Device_Is_Told_And_Reopened();
     void A_Quiet_Driver_Is_Told_Once();
     void The_Slider_Steps();
@@ -350,6 +351,30 @@ void Main_Window_Test::Song_Windows_Open_By_Keys() {
     p.Key(Qt::Key_PageDown);
     p.Key(Qt::Key_Delete);
     QCOMPARE(map->Dots().size(), std::size_t{2});
+}
+
+void Main_Window_Test::The_Edit_Menu_Names_What_It_Brings_Back() {
+    Program p;
+    const auto* undo = p.window->findChild<QAction*>(QStringLiteral("undo"));
+    const auto* redo = p.window->findChild<QAction*>(QStringLiteral("redo"));
+    QCOMPARE(undo->text(), QStringLiteral("&Undo"));
+    QVERIFY(!undo->isEnabled() && !redo->isEnabled());
+    p.session->hub->Message(nullptr, MSG_SET_NAME, p.window->Selected_Channel(), std::string("Lead"));
+    QTRY_COMPARE(undo->text(), QStringLiteral("&Undo change name"));
+    p.Key(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_COMPARE(redo->text(), QStringLiteral("&Redo change name"));
+    QVERIFY(!undo->isEnabled() && p.session->channels->Channels[0].ChannelName != "Lead");
+    p.Key(Qt::Key_Y, Qt::ControlModifier);
+    QTRY_VERIFY(undo->isEnabled());
+    p.Key(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_VERIFY(redo->isEnabled());
+    p.Key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QTRY_VERIFY(!redo->isEnabled());
+    QCOMPARE(p.session->channels->Channels[0].ChannelName, std::string("Lead"));
+    p.session->transport.PlayRequested = true;
+    p.session->hub->Message(nullptr, MSG_GENERAL_UPDATE);
+    QTRY_VERIFY(!undo->isEnabled());
+    p.session->transport.PlayRequested = false;
 }
 
 void Main_Window_Test::A_Lost_Device_Is_Told_And_Reopened() {
