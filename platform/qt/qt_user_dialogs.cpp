@@ -1,10 +1,12 @@
 #include "platform/qt/qt_user_dialogs.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
+#include <QStandardPaths>
 #include <QStringList>
 
 namespace tonvex {
@@ -53,6 +55,9 @@ QMessageBox::StandardButton Show_Box(QWidget* parent, QMessageBox::Icon icon, co
     // File names come into these texts; they must not be taken for markup.
     box.setTextFormat(Qt::PlainText);
     box.setText(QString::fromStdString(text));
+    // Qt would take the cancel, which stands first.
+    if (buttons.testFlag(QMessageBox::Cancel))
+        box.setDefaultButton(QMessageBox::Yes);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
@@ -85,13 +90,22 @@ Answer Qt_User_Dialogs::Ask_YesNoCancel(const std::string& text, const std::stri
     }
 }
 
+/// The working folder is the program's own, and no place for what the user makes.
+QString Qt_User_Dialogs::Folder_To_Begin_In() const {
+    if (!lastFolder.isEmpty())
+        return lastFolder;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
 std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
                                                  const std::vector<std::string>& filters) {
     QStringList patterns;
     for (const std::string& filter : filters)
         patterns << QString::fromStdString(filter);
-    const QString chosen = QFileDialog::getOpenFileName(Owner(parent), QString::fromStdString(title),
-                                                        lastFolder, patterns.join(QStringLiteral(";;")));
+    const QString chosen =
+        QFileDialog::getOpenFileName(Owner(parent), QString::fromStdString(title), Folder_To_Begin_In(),
+                                     patterns.join(QStringLiteral(";;")));
     if (!chosen.isEmpty())
         lastFolder = QFileInfo(chosen).absolutePath();
     return chosen.toStdString();
@@ -101,7 +115,7 @@ std::string Qt_User_Dialogs::Choose_File_To_Save(const Save_Request& request) {
     QStringList patterns;
     for (const std::string& filter : request.filters)
         patterns << QString::fromStdString(filter);
-    QFileDialog dialog(Owner(parent), QString::fromStdString(request.title), lastFolder);
+    QFileDialog dialog(Owner(parent), QString::fromStdString(request.title), Folder_To_Begin_In());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(patterns);
     // The dialog asks about a file that exists, under the name that it completes itself.

@@ -16,7 +16,7 @@ public:
     /// Closing the box without an answer is a no.
     bool Ask_YesNo(const std::string& text, const std::string& title) override;
     Answer Ask_YesNoCancel(const std::string& text, const std::string& title) override;
-    /// Starts in the folder of the last file chosen.
+    /// Starts in the folder of the last file chosen, first in the user's documents.
     std::string Choose_File_To_Open(const std::string& title,
                                     const std::vector<std::string>& filters) override;
     std::string Choose_File_To_Save(const Save_Request& request) override;
@@ -26,6 +26,8 @@ public:
     QPointer<QWidget> parent; ///< null: boxes stand alone
 
 private:
+    QString Folder_To_Begin_In() const;
+
     QString lastFolder;
 };
 
