@@ -18,7 +18,7 @@ constexpr std::string_view VERSION_MS = "01";
 constexpr std::size_t MAP_ROW_BYTES = 5;
 constexpr std::size_t ROWS_BYTES_NOW =
     LAYOUT_ROWS * (MAP_ROW_BYTES + NOTE_ROW_BYTES + QCHORD_ROW_BYTES + MC_ROW_BYTES);
-constexpr std::size_t ROWS_BYTES_MS = LAYOUT_ROWS * (MAP_ROW_BYTES + 6 + 41);
+constexpr std::size_t ROWS_BYTES_MS = LAYOUT_ROWS * (MAP_ROW_BYTES + NOTE_ROW_BYTES_MS + QCHORD_ROW_BYTES_MS);
 static_assert(MAGIC.size() + VERSION_NOW.size() + ROWS_BYTES_NOW == LAYOUT_FILE_BYTES);
 
 std::string_view As_Text(std::span<const std::uint8_t> bytes) {
@@ -53,29 +53,11 @@ void Read_Rows(Byte_Cursor& cursor, Key_Tables& tables) {
 
 /// Rows of version "01". msPerBeat widens their lengths.
 void Read_Old_Rows(Byte_Cursor& cursor, double msPerBeat, Key_Tables& tables) {
-    for (NoteData& note : tables.notes) {
-        note.Note = cursor.Read_U8();
-        note.Vol = cursor.Read_U8();
-        note.Length = cursor.Read_I32() / msPerBeat;
-    }
+    for (NoteData& note : tables.notes)
+        note = Read_Note_Row_Ms(cursor, msPerBeat);
     for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
-        QChordData& chord = tables.chords[i];
         Keep_Name_Field(cursor, tables.nameFields[i]);
-        chord.Active = cursor.Read_U8();
-        chord.ChordName = Text_From_Fixed_Field(As_Text(cursor.Read_Bytes(CHORD_NAME_BYTES)));
-        chord.Octave = cursor.Read_U8();
-        chord.VariableOctave = cursor.Read_U16();
-        chord.Length = cursor.Read_I32() / msPerBeat;
-        chord.ChordFlagA = cursor.Read_U8();
-        chord.ChordTypeIndex = cursor.Read_U8();
-        for (std::uint8_t& note : chord.ChordNotes)
-            note = cursor.Read_U8();
-        chord.ChordFlagB = cursor.Read_U8();
-        chord.ChordVol = cursor.Read_U8();
-        chord.PatternNoteCount = cursor.Read_U8();
-        for (std::uint8_t& note : chord.PatternNotes)
-            note = cursor.Read_U8();
-        chord.StepMs = cursor.Read_I16();
+        tables.chords[i] = Read_QChord_Row_Ms(cursor, msPerBeat);
     }
 }
 

@@ -23,6 +23,32 @@ void Read_Array(Byte_Cursor& cursor, std::array<std::uint8_t, N>& target) {
     std::copy(piece.begin(), piece.end(), target.begin());
 }
 
+/// length reads the length where it stands; picking: the row has the fields of finger-picking.
+template <typename Length>
+QChordData Read_Chord(Byte_Cursor& cursor, Length length, bool picking) {
+    QChordData chord;
+    chord.Active = cursor.Read_U8();
+    const auto name = cursor.Read_Bytes(CHORD_NAME_BYTES);
+    chord.ChordName =
+        Text_From_Fixed_Field(std::string_view(reinterpret_cast<const char*>(name.data()), name.size()));
+    chord.Octave = cursor.Read_U8();
+    chord.VariableOctave = cursor.Read_U16();
+    chord.Length = length();
+    chord.ChordFlagA = cursor.Read_U8();
+    chord.ChordTypeIndex = cursor.Read_U8();
+    Read_Array(cursor, chord.ChordNotes);
+    chord.ChordFlagB = cursor.Read_U8();
+    chord.ChordVol = cursor.Read_U8();
+    if (picking) {
+        chord.ArpeggioOn = cursor.Read_U16();
+        chord.ArpeggioPattern = cursor.Read_I16();
+    }
+    chord.PatternNoteCount = cursor.Read_U8();
+    Read_Array(cursor, chord.PatternNotes);
+    chord.StepMs = cursor.Read_I16();
+    return chord;
+}
+
 } // namespace
 
 NoteData Read_Note_Row(Byte_Cursor& cursor) {
@@ -34,23 +60,8 @@ NoteData Read_Note_Row(Byte_Cursor& cursor) {
 }
 
 QChordData Read_QChord_Row(Byte_Cursor& cursor) {
-    QChordData chord;
-    chord.Active = cursor.Read_U8();
-    chord.ChordName = Read_Fixed_Text(cursor, CHORD_NAME_BYTES);
-    chord.Octave = cursor.Read_U8();
-    chord.VariableOctave = cursor.Read_U16();
-    chord.Length = cursor.Read_Double();
-    chord.ChordFlagA = cursor.Read_U8();
-    chord.ChordTypeIndex = cursor.Read_U8();
-    Read_Array(cursor, chord.ChordNotes);
-    chord.ChordFlagB = cursor.Read_U8();
-    chord.ChordVol = cursor.Read_U8();
-    chord.ArpeggioOn = cursor.Read_U16();
-    chord.ArpeggioPattern = cursor.Read_I16();
-    chord.PatternNoteCount = cursor.Read_U8();
-    Read_Array(cursor, chord.PatternNotes);
-    chord.StepMs = cursor.Read_I16();
-    return chord;
+    return Read_Chord(
+        cursor, [&cursor] { return cursor.Read_Double(); }, true);
 }
 
 NamedEventData Read_Named_Row(Byte_Cursor& cursor) {
@@ -84,6 +95,19 @@ AudioEventData Read_Audio_Row(Byte_Cursor& cursor) {
     event.Take = cursor.Read_I16();
     event.ClipID = cursor.Read_I32();
     return event;
+}
+
+NoteData Read_Note_Row_Ms(Byte_Cursor& cursor, double msPerBeat) {
+    NoteData note;
+    note.Note = cursor.Read_U8();
+    note.Vol = cursor.Read_U8();
+    note.Length = cursor.Read_I32() / msPerBeat;
+    return note;
+}
+
+QChordData Read_QChord_Row_Ms(Byte_Cursor& cursor, double msPerBeat) {
+    return Read_Chord(
+        cursor, [&cursor, msPerBeat] { return cursor.Read_I32() / msPerBeat; }, false);
 }
 
 void Write_Note_Row(Byte_Writer& writer, const NoteData& note) {

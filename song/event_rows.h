@@ -24,6 +24,13 @@ NamedEventData Read_Named_Row(Byte_Cursor& cursor);
 MCEventData Read_MC_Row(Byte_Cursor& cursor);
 AudioEventData Read_Audio_Row(Byte_Cursor& cursor);
 
+/// Rows of older files, with lengths in ms: they become beats by msPerBeat, above 0. Chords then knew no
+/// finger-picking.
+inline constexpr std::size_t NOTE_ROW_BYTES_MS = 6;
+inline constexpr std::size_t QCHORD_ROW_BYTES_MS = 41;
+NoteData Read_Note_Row_Ms(Byte_Cursor& cursor, double msPerBeat);
+QChordData Read_QChord_Row_Ms(Byte_Cursor& cursor, double msPerBeat);
+
 void Write_Note_Row(Byte_Writer& writer, const NoteData& note);
 void Write_QChord_Row(Byte_Writer& writer, const QChordData& chord);
 void Write_Named_Row(Byte_Writer& writer, const NamedEventData& event);
