@@ -110,9 +110,14 @@ void Write_Channel_Class_Data(Byte_Writer& writer, const Song_Snapshot& song) {
 }
 
 bool Read_Channel_Class_Data_V2(Byte_Cursor& cursor, Project_Reading& reading) {
+    return Read_Channel_Blocks(cursor, reading, Read_Channel_V2);
+}
+
+bool Read_Channel_Blocks(Byte_Cursor& cursor, Project_Reading& reading,
+                         const std::function<bool(Byte_Cursor&, Channel_Content&)>& readBlock) {
     for (std::int32_t block = 0; block < reading.channelCount; ++block) {
         Channel_Content content;
-        if (!Read_Channel_V2(cursor, content))
+        if (!readBlock(cursor, content))
             return false;
         const int row = Row_Of(reading.song, content.ChannelNumber);
         if (row != -1)

@@ -1,6 +1,7 @@
 #include "project/project_files.h"
 
 #include "base/file_io.h"
+#include "project/first_version_reader.h"
 #include "project/project_audio_files.h"
 #include "project/project_writer.h"
 #include "song/tempo_change_class.h"
@@ -153,11 +154,6 @@ bool Project_Files::SaveProject(const fs::path& path, std::int32_t saveAs, bool 
 
 // ---- loading ----
 
-Read_Outcome Project_Files::Read(const fs::path& path, Song_Snapshot& song) const {
-    const auto bytes = Read_File(path);
-    return bytes ? Read_Project(*bytes, song) : Read_Outcome::Broken;
-}
-
 bool Project_Files::LoadProject(const fs::path& path, std::int32_t /*reserved*/, bool updateRecent) {
     if (parts.transport.Song_Runs())
         return false;
@@ -169,12 +165,13 @@ bool Project_Files::LoadProject(const fs::path& path, std::int32_t /*reserved*/,
     const Busy busy(*this, "Loading file");
     for (const int msg : {HUB_POSITION_FAMILY, HUB_POSITION_VALUE, HUB_SONG_POSITION})
         parts.hub.Message(nullptr, msg, 0.0);
+    const auto bytes = Read_File(path);
+    if (bytes && Is_First_Version(*bytes))
+        return Load_First_Version(*bytes);
     Song_Snapshot song;
-    const Read_Outcome outcome = Read(path, song);
+    const Read_Outcome outcome = bytes ? Read_Project(*bytes, song) : Read_Outcome::Broken;
     if (outcome != Read_Outcome::Whole || !Take_Over(song)) {
-        parts.fonts.Load_DefaultList(true);
-        parts.fonts.Keep_Or_Load_CurList();
-        Reset();
+        Reset_With_Fonts();
         Show(Box_Kind::Critical, Told(outcome));
         return false;
     }
@@ -194,6 +191,29 @@ bool Project_Files::LoadProject(const fs::path& path, std::int32_t /*reserved*/,
         Tell(&Project_Observer::On_Project_Named, path);
     }
     return true;
+}
+
+/// What such a file holds goes into a new project, which has no path: saving asks for a name.
+bool Project_Files::Load_First_Version(std::span<const std::uint8_t> bytes) {
+    Show(Box_Kind::Warning, FIRST_VERSION_WARNING);
+    Reset_With_Fonts();
+    switch (Read_First_Version(bytes, parts.model.state)) {
+    case First_Version_Outcome::Whole:
+        Song_Was_Replaced();
+        return true;
+    case First_Version_Outcome::Notes_Left_Out:
+        Song_Was_Replaced();
+        Show(Box_Kind::Warning, FIRST_VERSION_NOTES_LEFT_OUT);
+        return true;
+    case First_Version_Outcome::Version_Not_Supported:
+        Show(Box_Kind::Critical, FIRST_VERSION_NOT_SUPPORTED);
+        return false;
+    case First_Version_Outcome::Not_This_Version:
+    case First_Version_Outcome::Broken:
+        break;
+    }
+    Show(Box_Kind::Critical, Told(Read_Outcome::Broken));
+    return false;
 }
 
 bool Project_Files::Take_Over(const Song_Snapshot& song) {
@@ -239,6 +259,12 @@ void Project_Files::Empty_Model() {
     model.channelsList = {};
     model.state = Project_State{};
     model.state.EvEdViewBeats = To_Flag(parts.host.Shows_Beats());
+}
+
+void Project_Files::Reset_With_Fonts() {
+    parts.fonts.Load_DefaultList(true);
+    parts.fonts.Keep_Or_Load_CurList();
+    Reset();
 }
 
 void Project_Files::Reset() {

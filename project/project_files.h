@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -68,10 +69,11 @@ public:
 
 private:
     class Busy;
-    Read_Outcome Read(const std::filesystem::path& path, Song_Snapshot& song) const;
+    bool Load_First_Version(std::span<const std::uint8_t> bytes);
     bool Write(const std::filesystem::path& path, const Song_Snapshot& song) const;
     void Sort_Channels() const;
     void Empty_Model();
+    void Reset_With_Fonts();
     bool Take_Over(const Song_Snapshot& song);
     void Load_Fonts(bool defaultList);
     void Show(Box_Kind kind, const char* text) const;

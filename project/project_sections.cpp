@@ -1,6 +1,7 @@
 #include "project/project_sections.h"
 
 #include "base/text_codec.h"
+#include "project/older_sections.h"
 
 namespace tonvex {
 
@@ -22,14 +23,26 @@ constexpr Section_Writer WRITERS[] = {
 
 // GlobalVariables first: older versions of the others need its tempo.
 constexpr Section_Reader READERS[] = {
+    {"GlobalVariables", 1, Read_GlobalVariables_V1},
+    {"GlobalVariables", 2, Read_GlobalVariables_V2},
     {"GlobalVariables", 3, Read_GlobalVariables_V3},
+    {"Global_Channels_Array", 1, Read_Global_Channels_Array_V1},
+    {"Global_Channels_Array", 2, Read_Global_Channels_Array_V2},
     {"Global_Channels_Array", 3, Read_Global_Channels_Array_V3},
+    {"PanVol_Data", 1, Read_PanVol_Data_V1},
     {"PanVol_Data", 2, Read_PanVol_Data_V2},
+    {"Channel_Class_Data", 1, Read_Channel_Class_Data_V1},
     {"Channel_Class_Data", 2, Read_Channel_Class_Data_V2},
     {"Channels_List_Data", 1, Read_Channels_List_Data_V1},
+    {"Marks_Array", 1, Read_Marks_Array_V1},
+    {"Marks_Array", 2, Read_Marks_Array_V2},
     {"Marks_Array", 3, Read_Marks_Array_V3},
+    {"FX_Data", 1, Read_FX_Data_V1},
     {"FX_Data", 2, Read_FX_Data_V2},
+    {"EventsEditor_Setup", 1, Read_EventsEditor_Setup_V1},
     {"EventsEditor_Setup", 2, Read_EventsEditor_Setup_V2},
+    {"MusicCreator_Data", 1, Read_MusicCreator_Data_V1},
+    {"MusicCreator_Data", 2, Read_MusicCreator_Data_V2},
     {"MusicCreator_Data", 3, Read_MusicCreator_Data_V3},
     {"TempoList_Data", 1, Read_TempoList_Data_V1},
     {"SFList_Data", 1, Read_SFList_Data_V1},

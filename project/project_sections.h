@@ -4,6 +4,7 @@
 #include "project/song_snapshot.h"
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -52,6 +53,9 @@ void Write_Global_Channels_Array(Byte_Writer& writer, const Song_Snapshot& song)
 bool Read_Global_Channels_Array_V3(Byte_Cursor& cursor, Project_Reading& reading);
 void Write_Channel_Class_Data(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_Channel_Class_Data_V2(Byte_Cursor& cursor, Project_Reading& reading);
+/// channelCount blocks, each by readBlock, to the rows that they belong to.
+bool Read_Channel_Blocks(Byte_Cursor& cursor, Project_Reading& reading,
+                         const std::function<bool(Byte_Cursor&, Channel_Content&)>& readBlock);
 void Write_Channels_List_Data(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_Channels_List_Data_V1(Byte_Cursor& cursor, Project_Reading& reading);
 
@@ -60,11 +64,15 @@ void Write_PanVol_Data(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_PanVol_Data_V2(Byte_Cursor& cursor, Project_Reading& reading);
 void Write_FX_Data(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_FX_Data_V2(Byte_Cursor& cursor, Project_Reading& reading);
+/// The first rows of the table, and the flags of as many.
+bool Read_Effect_Rows(Byte_Cursor& cursor, Song_Effects& effects, int rows);
 void Write_SFList_Data(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_SFList_Data_V1(Byte_Cursor& cursor, Project_Reading& reading);
 
 // song_sections.cpp
 void Write_GlobalVariables(Byte_Writer& writer, const Song_Snapshot& song);
+bool Read_GlobalVariables_V1(Byte_Cursor& cursor, Project_Reading& reading);
+bool Read_GlobalVariables_V2(Byte_Cursor& cursor, Project_Reading& reading);
 bool Read_GlobalVariables_V3(Byte_Cursor& cursor, Project_Reading& reading);
 void Write_Marks_Array(Byte_Writer& writer, const Song_Snapshot& song);
 bool Read_Marks_Array_V3(Byte_Cursor& cursor, Project_Reading& reading);

@@ -37,7 +37,7 @@ void Write_GlobalVariables(Byte_Writer& writer, const Song_Snapshot& song) {
     writer.Write_I32(state.NextAudioFileN);
 }
 
-bool Read_GlobalVariables_V3(Byte_Cursor& cursor, Project_Reading& reading) {
+bool Read_GlobalVariables_V1(Byte_Cursor& cursor, Project_Reading& reading) {
     Project_State& state = reading.song.State;
     state.TransportOption = cursor.Read_I32();
     state.ToolValueA = std::clamp(cursor.Read_I32(), 0, HIGHEST_TOOL_VALUE);
@@ -57,7 +57,20 @@ bool Read_GlobalVariables_V3(Byte_Cursor& cursor, Project_Reading& reading) {
     state.ProjectTitle = Read_Counted_Text(cursor);
     state.ProjectAuthor = Read_Counted_Text(cursor);
     state.ProjectComments = Read_Counted_Text(cursor);
-    state.KeyboardSetupN = cursor.Read_I32();
+    return cursor.Ok();
+}
+
+// Each version went on where the one before ended.
+
+bool Read_GlobalVariables_V2(Byte_Cursor& cursor, Project_Reading& reading) {
+    Read_GlobalVariables_V1(cursor, reading);
+    reading.song.State.KeyboardSetupN = cursor.Read_I32();
+    return cursor.Ok();
+}
+
+bool Read_GlobalVariables_V3(Byte_Cursor& cursor, Project_Reading& reading) {
+    Read_GlobalVariables_V2(cursor, reading);
+    Project_State& state = reading.song.State;
     state.ProjectID = cursor.Read_I32();
     state.InstallationID = cursor.Read_I32();
     state.NextAudioFileN = cursor.Read_I32();

@@ -57,14 +57,17 @@ void Write_FX_Data(Byte_Writer& writer, const Song_Snapshot& song) {
 }
 
 bool Read_FX_Data_V2(Byte_Cursor& cursor, Project_Reading& reading) {
-    Song_Effects& effects = reading.song.Effects;
-    for (int row = 0; row < Song_Effects::ROWS; ++row) {
+    return Read_Effect_Rows(cursor, reading.song.Effects, Song_Effects::ROWS);
+}
+
+bool Read_Effect_Rows(Byte_Cursor& cursor, Song_Effects& effects, int rows) {
+    for (int row = 0; row < rows; ++row) {
         for (const Effect_Kind kind : ALL_EFFECTS) {
             Byte_Cursor block(cursor.Read_Bytes(EFFECT_BLOCK_BYTES));
             effects.Set_Values(row, kind, Read_Effect_Record(kind, block));
         }
     }
-    for (int row = 0; row < Song_Effects::ROWS; ++row)
+    for (int row = 0; row < rows; ++row)
         for (const Effect_Kind kind : ALL_EFFECTS)
             effects.Set_On(row, kind, cursor.Read_U16() != FLAG_OFF);
     return cursor.Ok();
@@ -81,9 +84,9 @@ void Write_SFList_Data(Byte_Writer& writer, const Song_Snapshot& song) {
 bool Read_SFList_Data_V1(Byte_Cursor& cursor, Project_Reading& reading) {
     const std::int32_t count = cursor.Read_I32();
     std::vector<std::string>& fonts = reading.song.Fonts;
-    // The list is sized as it fills: the fewest bytes of a text are far fewer than those of a string.
     if (count < 0 || static_cast<std::size_t>(count) > cursor.Remaining() / LEAST_TEXT_BYTES)
         return false;
+    fonts.reserve(static_cast<std::size_t>(count)); // a list that doubles would take more than it holds
     for (std::int32_t i = 0; i < count && cursor.Ok(); ++i) {
         std::string path = Read_Counted_Text(cursor);
         if (!path.empty())

@@ -11,6 +11,8 @@ namespace tonvex {
 
 namespace {
 
+constexpr std::size_t EVENT_ROW_BYTES_MS = 19;
+
 /// Later in time, among equals of a higher row.
 bool Is_Later(const std::vector<ChannelEvent>& events, std::int32_t i, std::int32_t than) {
     const double time = events[static_cast<std::size_t>(i)].StartTime;
@@ -77,6 +79,52 @@ bool Read_Table(Byte_Cursor& cursor, std::size_t rowBytes, std::vector<Row>& row
     return Read_Rows(cursor, cursor.Read_I32(), rowBytes, rows, readRow);
 }
 
+void Read_Behind_Time(Byte_Cursor& cursor, ChannelEvent& event) {
+    event.Kind = static_cast<Event_Kind>(cursor.Read_U8());
+    event.DataRef = cursor.Read_I32();
+    event.InUse = cursor.Read_U16();
+    event.NextI = cursor.Read_I32();
+}
+
+ChannelEvent Read_Event_Row_Ms(Byte_Cursor& cursor, double msPerBeat) {
+    ChannelEvent event;
+    event.ID = cursor.Read_I32();
+    event.StartTime = cursor.Read_I32() / msPerBeat;
+    Read_Behind_Time(cursor, event);
+    return event;
+}
+
+/// Sizes of the rows that have two forms.
+struct Row_Bytes {
+    std::size_t event;
+    std::size_t chord;
+    std::size_t note;
+};
+
+template <typename Event_Reader, typename Chord_Reader, typename Note_Reader>
+bool Read_Block(Byte_Cursor& cursor, Channel_Content& content, const Row_Bytes& bytes, Event_Reader readEvent,
+                Chord_Reader readChord, Note_Reader readNote) {
+    const std::int64_t lastEventN = cursor.Read_I32();
+    content = Channel_Content{};
+    content.ChannelNumber = cursor.Read_I32();
+    if (lastEventN == -1)
+        return cursor.Ok();
+    Event_Tables& tables = content.Tables;
+    if (!Read_Rows(cursor, lastEventN + 1, bytes.event, content.Events, readEvent))
+        return false;
+    (void)cursor.Read_I32(); // NextID: the numbers are given anew
+    const bool whole = Read_Table(cursor, bytes.chord, tables.QChords, readChord) &&
+                       Read_Table(cursor, bytes.note, tables.Notes, readNote) &&
+                       Read_Table(cursor, NAMED_ROW_BYTES, tables.NamedEvents, Read_Named_Row) &&
+                       Read_Table(cursor, MC_ROW_BYTES, tables.MCEvents, Read_MC_Row) &&
+                       Read_Table(cursor, AUDIO_ROW_BYTES, tables.AudioEvents, Read_Audio_Row);
+    if (!whole)
+        return false;
+    content.Settle();
+    content.Renumber();
+    return true;
+}
+
 } // namespace
 
 bool Channel_Content::Is_Settled() const {
@@ -112,10 +160,7 @@ ChannelEvent Read_Event_Row(Byte_Cursor& cursor) {
     ChannelEvent event;
     event.ID = cursor.Read_I32();
     event.StartTime = cursor.Read_Double();
-    event.Kind = static_cast<Event_Kind>(cursor.Read_U8());
-    event.DataRef = cursor.Read_I32();
-    event.InUse = cursor.Read_U16();
-    event.NextI = cursor.Read_I32();
+    Read_Behind_Time(cursor, event);
     return event;
 }
 
@@ -147,25 +192,16 @@ void Write_Channel_V2(Byte_Writer& writer, const Channel_Content& content) {
 }
 
 bool Read_Channel_V2(Byte_Cursor& cursor, Channel_Content& content) {
-    const std::int64_t lastEventN = cursor.Read_I32();
-    content = Channel_Content{};
-    content.ChannelNumber = cursor.Read_I32();
-    if (lastEventN == -1)
-        return cursor.Ok();
-    Event_Tables& tables = content.Tables;
-    if (!Read_Rows(cursor, lastEventN + 1, EVENT_ROW_BYTES, content.Events, Read_Event_Row))
-        return false;
-    (void)cursor.Read_I32(); // NextID: the numbers are given anew
-    const bool whole = Read_Table(cursor, QCHORD_ROW_BYTES, tables.QChords, Read_QChord_Row) &&
-                       Read_Table(cursor, NOTE_ROW_BYTES, tables.Notes, Read_Note_Row) &&
-                       Read_Table(cursor, NAMED_ROW_BYTES, tables.NamedEvents, Read_Named_Row) &&
-                       Read_Table(cursor, MC_ROW_BYTES, tables.MCEvents, Read_MC_Row) &&
-                       Read_Table(cursor, AUDIO_ROW_BYTES, tables.AudioEvents, Read_Audio_Row);
-    if (!whole)
-        return false;
-    content.Settle();
-    content.Renumber();
-    return true;
+    return Read_Block(cursor, content, {EVENT_ROW_BYTES, QCHORD_ROW_BYTES, NOTE_ROW_BYTES}, Read_Event_Row,
+                      Read_QChord_Row, Read_Note_Row);
+}
+
+bool Read_Channel_V1(Byte_Cursor& cursor, Channel_Content& content, double msPerBeat) {
+    return Read_Block(
+        cursor, content, {EVENT_ROW_BYTES_MS, QCHORD_ROW_BYTES_MS, NOTE_ROW_BYTES_MS},
+        [=](Byte_Cursor& from) { return Read_Event_Row_Ms(from, msPerBeat); },
+        [=](Byte_Cursor& from) { return Read_QChord_Row_Ms(from, msPerBeat); },
+        [=](Byte_Cursor& from) { return Read_Note_Row_Ms(from, msPerBeat); });
 }
 
 } // namespace tonvex

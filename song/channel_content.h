@@ -52,5 +52,8 @@ void Write_Channel_V2(Byte_Writer& writer, const Channel_Content& content);
 /// Settled and numbered anew. False when the block is cut off or one of its counts is none; content is then
 /// of no use.
 bool Read_Channel_V2(Byte_Cursor& cursor, Channel_Content& content);
+/// The older block, of which events, notes and chords tell times in ms; they become beats by msPerBeat, above
+/// 0. The same for the rest.
+bool Read_Channel_V1(Byte_Cursor& cursor, Channel_Content& content, double msPerBeat);
 
 } // namespace tonvex

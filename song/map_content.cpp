@@ -9,6 +9,7 @@ namespace tonvex {
 
 namespace {
 
+constexpr std::size_t MAP_ROW_BYTES_MS = 20;
 constexpr std::size_t FIXED_POINTS = 2;
 constexpr double SONG_END = -1.0;
 constexpr std::int16_t HIGHEST = 127;
@@ -58,6 +59,29 @@ void Link_In_Time(std::vector<MapPoint>& points) {
     points[1].NextI = -1;
 }
 
+MapPoint Read_Before_Time(Byte_Cursor& cursor) {
+    MapPoint point;
+    point.InUse = cursor.Read_U16();
+    point.ID = cursor.Read_I32();
+    point.Value = cursor.Read_I16();
+    point.PrevI = cursor.Read_I32();
+    point.NextI = cursor.Read_I32();
+    return point;
+}
+
+template <typename Reader>
+bool Read_Map(Byte_Cursor& cursor, Map_Content& map, std::size_t rowBytes, Reader readRow) {
+    const std::int64_t lastPointN = cursor.Read_I32();
+    map = Map_Content{};
+    if (!Read_Rows(cursor, lastPointN + 1, rowBytes, map.Points, readRow))
+        return false;
+    (void)cursor.Read_I32(); // NextID: the numbers are given anew
+    if (!cursor.Ok() || !map.Settle())
+        return false;
+    map.Renumber();
+    return true;
+}
+
 } // namespace
 
 bool Map_Content::Settle() {
@@ -90,12 +114,7 @@ void Map_Content::Renumber() {
 }
 
 MapPoint Read_Map_Row(Byte_Cursor& cursor) {
-    MapPoint point;
-    point.InUse = cursor.Read_U16();
-    point.ID = cursor.Read_I32();
-    point.Value = cursor.Read_I16();
-    point.PrevI = cursor.Read_I32();
-    point.NextI = cursor.Read_I32();
+    MapPoint point = Read_Before_Time(cursor);
     point.TimePos = cursor.Read_Double();
     return point;
 }
@@ -120,15 +139,16 @@ void Write_Map_V2(Byte_Writer& writer, const Map_Content& map) {
 }
 
 bool Read_Map_V2(Byte_Cursor& cursor, Map_Content& map) {
-    const std::int64_t lastPointN = cursor.Read_I32();
-    map = Map_Content{};
-    if (!Read_Rows(cursor, lastPointN + 1, MAP_ROW_BYTES, map.Points, Read_Map_Row))
-        return false;
-    (void)cursor.Read_I32(); // NextID: the numbers are given anew
-    if (!cursor.Ok() || !map.Settle())
-        return false;
-    map.Renumber();
-    return true;
+    return Read_Map(cursor, map, MAP_ROW_BYTES, Read_Map_Row);
+}
+
+bool Read_Map_V1(Byte_Cursor& cursor, Map_Content& map, double msPerBeat) {
+    return Read_Map(cursor, map, MAP_ROW_BYTES_MS, [msPerBeat](Byte_Cursor& from) {
+        MapPoint point = Read_Before_Time(from);
+        const std::int32_t ms = from.Read_I32();
+        point.TimePos = ms < 1 ? ms : ms / msPerBeat;
+        return point;
+    });
 }
 
 } // namespace tonvex

@@ -44,5 +44,7 @@ void Write_Map_Row(Byte_Writer& writer, const MapPoint& point);
 void Write_Map_V2(Byte_Writer& writer, const Map_Content& map);
 /// Settled and numbered anew. False when the block is cut off or is no map.
 bool Read_Map_V2(Byte_Cursor& cursor, Map_Content& map);
+/// The older block, with times in ms: those from 1 on become beats by msPerBeat, above 0.
+bool Read_Map_V1(Byte_Cursor& cursor, Map_Content& map, double msPerBeat);
 
 } // namespace tonvex

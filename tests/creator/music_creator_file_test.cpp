@@ -1,6 +1,7 @@
 #include "creator/music_creator_module.h"
 #include "creator/style_names.h"
 #include "song/events_editor_setup.h"
+#include "support/older_project.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +9,6 @@
 
 namespace tonvex {
 namespace {
-
-using Bytes = std::vector<std::uint8_t>;
 
 Bytes Saved(const MusicCreator_Module& creator) {
     Byte_Writer writer;
@@ -116,16 +115,6 @@ TEST(Music_Creator_File, A_Broken_Section_Changes_Nothing) {
     EXPECT_EQ(target.MC_Events[0].StartBeat, 0.0F);
 }
 
-/// The section of a song with 16 tracks as versions 1 and 2 had it: without the tracks' highest row.
-Bytes Old_Section(MusicCreator_Module creator) {
-    creator.MC_Tracks.resize(16);
-    Bytes bytes = Saved(creator);
-    const auto live = bytes[8];
-    const auto highest = bytes.begin() + 12 + (live + 1) * 236 + 4;
-    bytes.erase(highest, highest + 4);
-    return bytes;
-}
-
 TEST(Music_Creator_File, Older_Sections_Give_Channels_What_Their_Tracks_Held) {
     MusicCreator_Module creator;
     std::vector<GlobalChannel> rows(7);
@@ -137,7 +126,7 @@ TEST(Music_Creator_File, Older_Sections_Give_Channels_What_Their_Tracks_Held) {
             creator.MC_Tracks[i] = {90, i, i, "T", 0, i, FLAG_ON, 0, To_Flag(i != 4), 31, 26, {}};
     }
     creator.MC_Tracks[5].Style = STYLE_GUITAR_DIST; // of a channel that is gone
-    const Bytes bytes = Old_Section(creator);
+    const Bytes bytes = older::Creator(2, creator).bytes;
     MusicCreator_Module loaded;
     Byte_Cursor cursor(bytes);
     ASSERT_TRUE(loaded.MC_LoadData_V2(cursor, rows));
@@ -183,7 +172,7 @@ TEST(Music_Creator_File, Version_1_Widens_The_Chords_Of_Clean_Guitar_Events) {
         creator.MC_Events[i].TrackID = static_cast<std::int16_t>(7 + i);
         std::copy(block.Bytes().begin(), block.Bytes().end(), creator.MC_Events[i].StyleBlock.begin());
     }
-    const Bytes bytes = Old_Section(creator);
+    const Bytes bytes = older::Creator(2, creator).bytes;
     MusicCreator_Module loaded;
     Byte_Cursor cursor(bytes);
     ASSERT_TRUE(loaded.MC_LoadData_V1(cursor, {}, 750.0));
