@@ -1,5 +1,7 @@
 #include "support/song_corpus.h"
 
+#include "creator/style_names.h"
+
 #include <string>
 
 namespace tonvex {
@@ -104,22 +106,51 @@ void Audio(Session& session) {
 
 void Creator(Session& session) {
     Add_Channel(session, "Drums", false, 9);
-    session.creator.SongKey = 7;
-    session.creator.SongMode = 1;
-    session.creator.MC_Tracks[1] = MCTrack{.DisplayByte = 90,
-                                           .TrackID = 3,
-                                           .ChannelID = session.channels->Channels[0].ChannelID,
-                                           .Name = "Drums",
-                                           .Style = 0,
-                                           .InUse = FLAG_ON};
-    session.creator.MC_Bars[5] = MCBar{.Root = 4, .ChordType = 2, .HasChord = FLAG_ON};
-    MCBarEvent event{.InUse = FLAG_ON, .StartBeat = 8.0F, .LengthBeats = 16.0F, .TrackID = 3};
-    event.EventID = session.creator.NextEventID++;
-    event.StyleBlock.fill(0x33);
-    session.creator.MC_Events[0] = event;
+    MusicCreator_Module& creator = session.creator;
+    creator.SongKey = 7;
+    creator.SongMode = 1;
+    creator.LastBar = 50;
+    creator.MC_Tracks.resize(8);
+    for (std::uint8_t style = 0; style < STYLES; ++style) {
+        MCTrack& track = creator.MC_Tracks[style + 1U]; // row 0 is free, row 6 was deleted
+        track = {90,
+                 static_cast<std::int16_t>(style + 3),
+                 session.channels->Channels[0].ChannelID,
+                 std::string(Style_ShownName(style)),
+                 style,
+                 style,
+                 FLAG_ON,
+                 2,
+                 FLAG_ON,
+                 0,
+                 0,
+                 {}};
+        track.Reserved[18] = style;
+    }
+    creator.MC_Tracks[6] = {90, 2, 12345, "\u00E9l\u00E8ve", 1, 3, FLAG_ON, 1, FLAG_OFF, 4, 5, {1, 2, 3}};
+    for (std::uint8_t bar = 0; bar < 51; bar += 3)
+        creator.MC_Bars[bar] = {static_cast<std::uint8_t>(bar % 12), static_cast<std::uint8_t>(bar % 10),
+                                FLAG_ON, bar, To_Flag(bar % 2 == 0)};
+    creator.MC_Events.resize(130); // every third row is free
+    for (int row = 0; row < 130; row += 1 + row % 3) {
+        MCBarEvent& event = creator.MC_Events[static_cast<std::size_t>(row)];
+        event = {FLAG_ON,
+                 static_cast<float>(row) * 1.25F,
+                 16.0F,
+                 {static_cast<std::int16_t>(-row), 2, 3},
+                 {row, -row},
+                 0,
+                 16,
+                 static_cast<std::int16_t>(3 + row % STYLES),
+                 creator.NextEventID++,
+                 {},
+                 static_cast<std::uint8_t>(row)};
+        event.StyleBlock.fill(static_cast<std::uint8_t>(row + 1));
+    }
     session.editorSetup.AlignDiv = 12;
     session.editorSetup.AlignStep = 0.125;
     session.editorSetup.Reserved.fill(7);
+    session.editorSetup.ReservedTexts[1] = {1, 2, 0, 255};
 }
 
 void Globals(Session& session) {
