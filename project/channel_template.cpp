@@ -4,6 +4,7 @@
 #include "base/rounding.h"
 #include "base/text_codec.h"
 #include "creator/style_names.h"
+#include "project/project_templates.h"
 #include "song/effect_records.h"
 
 #include <algorithm>
@@ -126,6 +127,10 @@ std::string_view Text_Of(const std::vector<std::uint8_t>& bytes) {
 
 } // namespace
 
+fs::path ChannelTemplate::File_Of(const fs::path& folder, const std::string& name) {
+    return Named_File(folder, name, ENDING);
+}
+
 std::string ChannelTemplate::Name() const {
     return TemplateFile.stem().string();
 }
@@ -185,6 +190,8 @@ std::string Template_Text(const ChannelTemplate& source) {
     line("BasicTemplate = false");
     number("Pan = ", source.TemplatePan);
     number("Vol = ", source.TemplateVol);
+    if (source.TemplateOutput != ChannelTemplate::ANY_SLOT)
+        number("OutputChannel = ", source.TemplateOutput);
     number("PatchByte0  = ", source.TemplatePatch0);
     number("PatchByte1  = ", source.TemplatePatch1);
     line("Style  = " + std::string(Style_InternalName(source.TemplateStyle)));

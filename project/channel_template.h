@@ -13,6 +13,9 @@
 
 namespace tonvex {
 
+/// Below the folder of templates.
+inline constexpr const char* CHANNEL_TEMPLATES = "channels";
+
 /// What a new channel is preset with. A field that a template does not name keeps the value that a new
 /// channel has.
 struct ChannelTemplate {
@@ -39,6 +42,8 @@ struct ChannelTemplate {
     std::array<std::string, MOST_EFFECTS> EffectParams; ///< figures of the effect's record, see Effects
     int EffectCount = 0;
 
+    /// The file of a template of that name; empty for a name that is none.
+    static std::filesystem::path File_Of(const std::filesystem::path& folder, const std::string& name);
     /// The name that the user sees: the file's, without its ending.
     std::string Name() const;
     /// What the effect lines say: an effect named is on. Its figures stand in the order of its record,

@@ -48,12 +48,16 @@ std::vector<std::string> List_Project_Templates(const fs::path& folder) {
 }
 
 fs::path Project_Template_File(const fs::path& folder, const std::string& name) {
+    return Named_File(folder, name, ENDING);
+}
+
+fs::path Named_File(const fs::path& folder, const std::string& name, std::string_view ending) {
     std::string stem = fs::path(Trim(name)).filename().string();
-    if (Lower_Ascii(stem).ends_with(ENDING))
-        stem.resize(stem.size() - std::string_view(ENDING).size());
+    if (Lower_Ascii(stem).ends_with(ending))
+        stem.resize(stem.size() - ending.size());
     if (stem.empty() || stem == "." || stem == "..")
         return {};
-    return folder / (stem + ENDING);
+    return folder / stem.append(ending);
 }
 
 } // namespace tonvex

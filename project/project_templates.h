@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tonvex {
@@ -20,5 +21,8 @@ std::vector<std::string> List_Project_Templates(const std::filesystem::path& fol
 /// The file of a template of that name. A name with an ending or without one is the same; what would lead out
 /// of the folder is cut off. Empty for a name that is none.
 std::filesystem::path Project_Template_File(const std::filesystem::path& folder, const std::string& name);
+/// The same of a file with another ending, in lower case with its dot.
+std::filesystem::path Named_File(const std::filesystem::path& folder, const std::string& name,
+                                 std::string_view ending);
 
 } // namespace tonvex

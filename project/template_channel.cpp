@@ -33,6 +33,22 @@ std::int16_t Patch_Row_Of(const GlobalChannelsManager& channels, int slot, int p
     return static_cast<std::int16_t>(drums ? 0 : sound);
 }
 
+ChannelTemplate Template_Of(const GlobalChannel& channel, const std::string& layoutName) {
+    ChannelTemplate made;
+    made.KeyboardSetupFile = layoutName;
+    made.TemplatePan = channel.Pan;
+    made.TemplateVol = channel.Volume;
+    made.TemplatePatch0 = channel.PatchByte0;
+    made.TemplatePatch1 = channel.PatchByte1;
+    made.TemplateStyle = channel.Style;
+    if (channel.OutputChannel == DRUM_SLOT)
+        made.TemplateOutput = DRUM_SLOT;
+    made.StyleInts = channel.StyleInts;
+    made.StyleStrings = channel.StyleStrings;
+    std::copy_n(channel.StyleCustomInts.begin(), made.CustomInts.size(), made.CustomInts.begin());
+    return made;
+}
+
 std::optional<std::int32_t> Add_Template_Channel(Change_Hub& hub, int addMessage,
                                                  GlobalChannelsManager& channels, GCM_Midi& gcm,
                                                  const Template_Channel& wanted) {

@@ -23,6 +23,10 @@ struct Template_Channel {
     std::uint8_t pan = 64;    ///< 0 to 127
 };
 
+/// A template that begins a channel as this one is, under those keys. On the drum slot it stays there; else
+/// the new channel takes a slot of its own.
+ChannelTemplate Template_Of(const GlobalChannel& channel, const std::string& layoutName);
+
 /// Adds the channel through the hub, then gives it and its slot what the template says, so that one step
 /// takes it all back. addMessage is the hub's message for a new channel. The ChannelID; nothing when the hub
 /// refused. Interface thread.

@@ -5,6 +5,7 @@
 #include "input/windows/key_texts.h"
 #include "input/windows/keyboard_view.h"
 #include "input/windows/layout_notice.h"
+#include "project/template_channel.h"
 #include "widgets/segment_selector.h"
 
 #include <QCheckBox>
@@ -18,6 +19,8 @@
 #include <algorithm>
 
 namespace tonvex {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -54,6 +57,7 @@ void frmKeyboardSetup::Connect_Controls() {
     connect(wbButton2, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton2_Click);
     connect(wbButton3, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton3_Click);
     connect(wbButton4, &QPushButton::clicked, this, &frmKeyboardSetup::wbButton4_Click);
+    connect(Command3, &QPushButton::clicked, this, &frmKeyboardSetup::Command3_Click);
     connect(&practice, &Practice_Mode::plainChanged, this, &frmKeyboardSetup::Show_Practice);
     connect(tuning, &QComboBox::activated, this, &frmKeyboardSetup::mnuKeyboardTuning);
     connect(matchSongKey, &QCheckBox::clicked, this,
@@ -111,7 +115,8 @@ void frmKeyboardSetup::Enable_Controls() {
     const bool setable = free && KeyboardLayout::Is_Free_Key(view->Current());
     configure->setEnabled(setable);
     functions->setEnabled(setable);
-    for (QWidget* control : std::initializer_list<QWidget*>{Combo1, wbButton2, wbButton3, wbButton4, tuning})
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{Combo1, wbButton2, wbButton3, wbButton4, Command3, tuning})
         control->setEnabled(free);
 }
 
@@ -233,7 +238,7 @@ void frmKeyboardSetup::OurMsgClass_MsgReceived(int key, int menuCode) {
     Change_Layout([this, key, menuCode] { session.layout->Set_Key_Function(key, menuCode); });
 }
 
-// ---- layouts, tuning, practice ----
+// ---- layouts, practice ----
 
 void frmKeyboardSetup::Load_Layout(const QString& name) {
     if (name.toStdString() == session.layout->KeyboardFileName)
@@ -275,6 +280,59 @@ void frmKeyboardSetup::Show_Practice(bool on) {
     wbButton4->setChecked(on);
     wbButton4->setText(on ? tr("Stop pr&actice") : tr("Pr&actice"));
 }
+
+// ---- channel templates ----
+
+void frmKeyboardSetup::Command3_Click() {
+    const int row = session.channels->ChannelI(selectedChannel);
+    if (row < 0 || Is_On(session.channels->Channels[static_cast<std::size_t>(row)].IsAudio)) {
+        session.doors.dialogs.Show_Message(
+            Box_Kind::Information, row < 0 ? "You need to select a channel"
+                                           : tr("An audio channel has no sound that a template could keep. "
+                                                "Select another channel.")
+                                                 .toStdString());
+        return;
+    }
+    auto* question = new QInputDialog(this);
+    question->setObjectName(QStringLiteral("templateName"));
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setWindowTitle(tr("Save as template"));
+    question->setLabelText(tr("Name of the template:"));
+    question->setTextValue(
+        QString::fromStdString(session.channels->Channels[static_cast<std::size_t>(row)].ChannelName));
+    connect(question, &QInputDialog::textValueSelected, this, &frmKeyboardSetup::Write_Template);
+    question->open();
+}
+
+void frmKeyboardSetup::Write_Template(const QString& name) {
+    User_Dialogs& dialogs = session.doors.dialogs;
+    const fs::path folder = session.paths.Get_Folder("templates") / CHANNEL_TEMPLATES;
+    const fs::path file = ChannelTemplate::File_Of(folder, name.toStdString());
+    const int row = session.channels->ChannelI(selectedChannel);
+    if (row < 0)
+        return;
+    if (file.empty()) {
+        dialogs.Show_Message(Box_Kind::Information, "Please type the filename");
+        return;
+    }
+    std::error_code error;
+    const std::string stem = file.stem().string();
+    if (fs::exists(file, error) && !dialogs.Ask_YesNo("Overwrite file ? \r\n" + stem, "Confirm"))
+        return;
+    // A template names a layout by its file, which has to hold what is played now.
+    if (session.layout->KeyboardModified && !session.layout->KeyboardFileName.empty() &&
+        session.layout->SaveKeyboardSettings(session.layout->KeyboardFileName))
+        Tell_Layout_Changed(session);
+    ChannelTemplate made = Template_Of(session.channels->Channels[static_cast<std::size_t>(row)],
+                                       session.layout->KeyboardFileName);
+    made.InfoFile = stem + "info.html";
+    fs::create_directories(folder, error);
+    std::string problem;
+    if (!tonvex::Write_Template(file, made, problem))
+        dialogs.Show_Message(Box_Kind::Critical, "Error saving file\r\n" + problem);
+}
+
+// ---- tuning ----
 
 void frmKeyboardSetup::mnuKeyboardTuning(int wanted) {
     if (wanted == session.layout->KeyboardTuning)

@@ -74,6 +74,9 @@ private:
     void Save_Under(const QString& name);
     void wbButton3_Click();
     void wbButton4_Click(bool on);
+    void Command3_Click();
+    /// Asks before it overwrites; failures are told.
+    void Write_Template(const QString& name);
     void Show_Practice(bool on);
     void mnuKeyboardTuning(int tuning);
     /// Runs a change of the tables with the keys at rest and tells the views.
@@ -91,6 +94,7 @@ private:
     QPushButton* wbButton2 = nullptr; ///< save under a new name
     QPushButton* wbButton3 = nullptr; ///< delete
     QPushButton* wbButton4 = nullptr; ///< practice
+    QPushButton* Command3 = nullptr;  ///< save as channel template
     QComboBox* tuning = nullptr;
     QCheckBox* matchSongKey = nullptr;
     Segment_Selector* notesOctave = nullptr;

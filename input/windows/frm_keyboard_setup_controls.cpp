@@ -69,6 +69,9 @@ QWidget* frmKeyboardSetup::Make_Layout_Row() {
     modified->setProperty("dim", true);
     wbButton2 = Named_Button(line, "wbButton2", tr("Sa&ve as..."), tr("Save the layout under a new name"));
     wbButton3 = Named_Button(line, "wbButton3", tr("&Delete..."), tr("Delete the layout in force"));
+    Command3 = Named_Button(line, "Command3", tr("&Save as template"),
+                            tr("Save this layout and the sound of the selected channel as a template for new "
+                               "channels"));
     wbButton4 = Named_Button(line, "wbButton4", tr("Pr&actice"),
                              tr("Try the keys on a piano; nothing is recorded (Escape ends it)"));
     wbButton4->setCheckable(true);
@@ -76,6 +79,7 @@ QWidget* frmKeyboardSetup::Make_Layout_Row() {
     row->addWidget(Combo1);
     row->addWidget(wbButton2);
     row->addWidget(wbButton3);
+    row->addWidget(Command3);
     row->addWidget(modified);
     row->addStretch(1);
     row->addWidget(wbButton4);

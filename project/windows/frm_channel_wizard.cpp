@@ -42,7 +42,7 @@ int In_Range(int value) {
 } // namespace
 
 fs::path frmChannelWizard::Folder(const Session& session) {
-    return session.paths.Get_Folder("templates") / "channels";
+    return session.paths.Get_Folder("templates") / CHANNEL_TEMPLATES;
 }
 
 frmChannelWizard::frmChannelWizard(Session& owner, const Theme& look, Practice_Mode& practiceMode,

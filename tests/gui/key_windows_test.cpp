@@ -6,6 +6,7 @@
 #include "input/windows/keyboard_view.h"
 #include "input/windows/piano_marks.h"
 #include "input/windows/staff_view.h"
+#include "project/channel_template.h"
 #include "support/window_world.h"
 #include "widgets/piano_view.h"
 #include "widgets/segment_selector.h"
@@ -82,6 +83,7 @@ private slots:
     void Key_Becomes_An_Arpeggio();
     void Key_Takes_A_Note();
     void Layouts_Are_Saved_Loaded_Tuned_And_Deleted();
+    void A_Channel_Becomes_A_Template();
     void Practice_Sounds_On_A_Piano();
     void Staff_Shows_Notes_By_Name();
     void Every_Field_Is_Named_And_Reached_By_Key();
@@ -461,6 +463,46 @@ void Key_Windows_Test::Layouts_Are_Saved_Loaded_Tuned_And_Deleted() {
     world.test.dialogs.answers["Mine\nDelete  ?"] = true;
     Click(world.window, "wbButton3");
     QCOMPARE(world.Layout().Layout_Names(), std::vector<std::string>{"Tonvex default"});
+}
+
+void Key_Windows_Test::A_Channel_Becomes_A_Template() {
+    Keyboard_World world;
+    Click(world.window, "Command3");
+    QCOMPARE(world.Last_Text(), std::string("You need to select a channel"));
+    GlobalChannel& channel = world.S().channels->Channels[0];
+    channel.Pan = 20;
+    channel.PatchByte0 = 33;
+    channel.Style = 3;
+    channel.StyleInts[4] = -2;
+    channel.StyleCustomInts[1] = 70000;
+    world.window.Set_Channel(channel.ChannelID);
+    const auto save = [&world](const QString& name) {
+        Click(world.window, "Command3");
+        auto* question = Find<QInputDialog>(world.window, "templateName");
+        question->setTextValue(name);
+        question->accept();
+        QTRY_VERIFY(world.window.findChild<QInputDialog*>("templateName") == nullptr);
+    };
+    const auto folder = world.test.folder / "templates" / "channels";
+    save(" ../Deep bass.TXT ");
+    ChannelTemplate read;
+    QVERIFY(Read_Template(folder / "Deep bass.txt", read, true));
+    QCOMPARE(read.InfoFile, std::string("Deep bassinfo.html"));
+    QCOMPARE(read.KeyboardSetupFile, std::string("Tonvex default"));
+    QCOMPARE((std::vector<int>{read.TemplatePan, read.TemplateVol, read.TemplatePatch0, read.TemplateStyle,
+                               read.StyleInts[4], read.CustomInts[1], read.TemplateOutput}),
+             (std::vector<int>{20, 80, 33, 3, -2, 70000, -1}));
+    channel.Pan = 90;
+    channel.OutputChannel = 9;
+    save("Deep bass");
+    QCOMPARE(world.test.dialogs.asked.back(), std::string("Overwrite file ? \r\nDeep bass"));
+    world.test.dialogs.answers[world.test.dialogs.asked.back()] = true;
+    QVERIFY(Read_Template(folder / "Deep bass.txt", read, true) && read.TemplatePan == 20);
+    save("Deep bass");
+    QVERIFY(Read_Template(folder / "Deep bass.txt", read, true));
+    QVERIFY(read.TemplatePan == 90 && read.TemplateOutput == 9);
+    save("..");
+    QCOMPARE(world.Last_Text(), std::string("Please type the filename"));
 }
 
 void Key_Windows_Test::Practice_Sounds_On_A_Piano() {
