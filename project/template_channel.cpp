@@ -7,6 +7,7 @@ namespace tonvex {
 namespace {
 
 constexpr int HIGHEST = 127;
+constexpr const char* STEP = "Add channel";
 
 int Row_In(const PatchRow* rows, int count, int program, int bank) {
     for (int row = 0; row < count; ++row) {
@@ -16,9 +17,18 @@ int Row_In(const PatchRow* rows, int count, int program, int bank) {
     return -1;
 }
 
-int Asked_Slot(const ChannelTemplate& preset) {
+int Slot_For(const GlobalChannelsManager& channels, const ChannelTemplate& preset) {
     const int slot = preset.TemplateOutput;
-    return slot >= 0 && slot < GlobalChannelsManager::SLOTS ? slot : NOT_GIVEN;
+    return slot >= 0 && slot < GlobalChannelsManager::SLOTS ? slot : channels.Next_Free_Slot();
+}
+
+int Live_Row_On(const GlobalChannelsManager& channels, int slot) {
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (channels.Is_Live_Row(row) &&
+            channels.Channels[static_cast<std::size_t>(row)].OutputChannel == slot)
+            return row;
+    }
+    return -1;
 }
 
 } // namespace
@@ -49,38 +59,39 @@ ChannelTemplate Template_Of(const GlobalChannel& channel, const std::string& lay
     return made;
 }
 
-std::optional<std::int32_t> Add_Template_Channel(Change_Hub& hub, int addMessage,
+std::optional<std::int32_t> Add_Template_Channel(Change_Hub& hub, UndoModule& undo,
                                                  GlobalChannelsManager& channels, GCM_Midi& gcm,
                                                  const Template_Channel& wanted) {
     const ChannelTemplate& preset = wanted.preset;
-    std::array<bool, GlobalChannelsManager::CHANNEL_ROWS> before{};
-    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row)
-        before[static_cast<std::size_t>(row)] = channels.Is_Live_Row(row);
-    hub.Message(nullptr, addMessage, wanted.name, false, std::int32_t{Asked_Slot(preset)});
-    int row = 0;
-    while (row < GlobalChannelsManager::CHANNEL_ROWS &&
-           (before[static_cast<std::size_t>(row)] || !channels.Is_Live_Row(row)))
-        ++row;
-    if (row == GlobalChannelsManager::CHANNEL_ROWS)
-        return std::nullopt;
-
-    GlobalChannel& channel = channels.Channels[static_cast<std::size_t>(row)];
-    const int slot = channel.OutputChannel;
-    channel.Style = static_cast<std::uint8_t>(preset.TemplateStyle);
-    channel.StyleInts = preset.StyleInts;
-    channel.StyleStrings = preset.StyleStrings;
-    std::copy(preset.CustomInts.begin(), preset.CustomInts.end(), channel.StyleCustomInts.begin());
-    channels.Set_Volume(channel.ChannelID, wanted.volume);
-    channels.Set_Pan(channel.ChannelID, wanted.pan);
-    channels.Set_Patch(channel.ChannelID,
-                       Patch_Row_Of(channels, slot, preset.TemplatePatch0, preset.TemplatePatch1));
-    if (preset.EffectCount > 0)
-        channels.Effects.Set_Row(channels.Effect_Row(row), preset.Effects());
-    gcm.GCM_SetChannelPatch(row, channel.PatchI);
-    gcm.GCM_SetChannelPan(row);
-    gcm.GCM_SetChannelEffects(row);
-    hub.Message(nullptr, HUB_GENERAL_UPDATE);
-    return channel.ChannelID;
+    const int row = channels.First_Free_Row();
+    const int slot = Slot_For(channels, preset);
+    undo.Begin_Step(STEP);
+    undo.Undo_Effects(slot, STEP);
+    undo.Undo_SlotMap(Map_Kind::Pan, slot, STEP);
+    // Sound and pan are the same on all rows of a slot.
+    if (const int sharer = Live_Row_On(channels, slot); sharer >= 0)
+        undo.Undo_Row(sharer, STEP);
+    hub.Message(nullptr, HUB_ADD_CHANNEL, wanted.name, false, std::int32_t{slot});
+    const bool added = channels.Is_Live_Row(row);
+    if (added) {
+        GlobalChannel& channel = channels.Channels[static_cast<std::size_t>(row)];
+        channel.Style = static_cast<std::uint8_t>(preset.TemplateStyle);
+        channel.StyleInts = preset.StyleInts;
+        channel.StyleStrings = preset.StyleStrings;
+        std::copy(preset.CustomInts.begin(), preset.CustomInts.end(), channel.StyleCustomInts.begin());
+        channels.Set_Volume(channel.ChannelID, wanted.volume);
+        channels.Set_Pan(channel.ChannelID, wanted.pan);
+        channels.Set_Patch(channel.ChannelID,
+                           Patch_Row_Of(channels, slot, preset.TemplatePatch0, preset.TemplatePatch1));
+        if (preset.EffectCount > 0)
+            channels.Effects.Set_Row(slot, preset.Effects());
+        gcm.GCM_SetChannelPatch(row, channel.PatchI);
+        gcm.GCM_SetChannelPan(row);
+        gcm.GCM_SetChannelEffects(row);
+        hub.Message(nullptr, HUB_GENERAL_UPDATE);
+    }
+    undo.End_Step();
+    return added ? std::optional(channels.Channels[static_cast<std::size_t>(row)].ChannelID) : std::nullopt;
 }
 
 } // namespace tonvex

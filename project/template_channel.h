@@ -2,6 +2,7 @@
 
 #include "engine/gcm_midi.h"
 #include "project/channel_template.h"
+#include "project/undo_module.h"
 #include "song/change_hub.h"
 #include "song/global_channels_manager.h"
 
@@ -27,10 +28,9 @@ struct Template_Channel {
 /// the new channel takes a slot of its own.
 ChannelTemplate Template_Of(const GlobalChannel& channel, const std::string& layoutName);
 
-/// Adds the channel through the hub, then gives it and its slot what the template says, so that one step
-/// takes it all back. addMessage is the hub's message for a new channel. The ChannelID; nothing when the hub
-/// refused. Interface thread.
-std::optional<std::int32_t> Add_Template_Channel(Change_Hub& hub, int addMessage,
+/// Adds the channel through the hub, then gives it and its slot what the template says; one undo step takes
+/// it all back. The ChannelID; nothing when the hub refused. Interface thread.
+std::optional<std::int32_t> Add_Template_Channel(Change_Hub& hub, UndoModule& undo,
                                                  GlobalChannelsManager& channels, GCM_Midi& gcm,
                                                  const Template_Channel& wanted);
 

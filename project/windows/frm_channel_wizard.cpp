@@ -268,7 +268,7 @@ void frmChannelWizard::Finish() {
                                   static_cast<std::uint8_t>(volume->value()), static_cast<std::uint8_t>(pan)};
     End_Trial();
     const auto added =
-        Add_Template_Channel(*session.hub, MSG_ADD_CHANNEL, *session.channels, *session.gcm, wanted);
+        Add_Template_Channel(*session.hub, *session.undo, *session.channels, *session.gcm, wanted);
     if (!added)
         return;
     emit channelAdded(*added);

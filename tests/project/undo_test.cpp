@@ -1,4 +1,5 @@
 #include "project/project_writer.h"
+#include "project/template_channel.h"
 #include "support/hub_bed.h"
 #include "support/song_corpus.h"
 
@@ -339,6 +340,26 @@ TEST_F(Undo_Test, Disabled_It_Does_Nothing) {
     Fresh();
     Send(1301, 1.0);
     EXPECT_FALSE(session.project.Modified);
+}
+
+TEST_F(Undo_Test, A_Channel_From_A_Template_Is_One_Step_With_All_That_It_Does_To_Its_Slot) {
+    for (const int slot : {0, 5, int{ChannelTemplate::ANY_SLOT}}) {
+        SCOPED_TRACE(slot);
+        Template_Channel wanted{
+            Parse_Template("PatchByte0 = 20\nStyle = bass\nGUID_DSFX_STANDARD_ECHO = 30\n", true), "Lead", 90,
+            100};
+        wanted.preset.TemplateOutput = static_cast<std::int16_t>(slot);
+        const auto before = Song();
+        ASSERT_TRUE(Add_Template_Channel(*session.hub, Undo(), *session.channels, *session.gcm, wanted));
+        const auto after = Song();
+        EXPECT_EQ(Undo().Undo_Text(), "Undo add channel");
+        EXPECT_EQ(Undo().Undo_Count(), 1U);
+        EXPECT_TRUE(Undo().Do_Undo());
+        EXPECT_EQ(Song(), before);
+        EXPECT_TRUE(Undo().Do_Redo());
+        EXPECT_EQ(Song(), after);
+        EXPECT_TRUE(Undo().Do_Undo());
+    }
 }
 
 /// An edit of the storm and its arguments, a letter each: c ChannelID, e event of that channel, p ID of a
