@@ -95,6 +95,8 @@ private:
     void Make_Mix_Entries(QMenu* menu);
     void Make_Effect_Entries(QMenu* menu);
     void Make_File_Menu();
+    void New_From_Template();
+    void Save_As_Template();
     void Show_Recent_Files();
     void Make_Midi_File_Entries(QMenu* menu);
     void Import_Midi();

@@ -7,6 +7,8 @@
 #include "app/windows/frm_main.h"
 #include "app/windows/song_files.h"
 #include "engine/windows/frm_recorder.h"
+#include "project/windows/frm_new_file.h"
+#include "project/windows/frm_save_as_template.h"
 #include "song/windows/frm_set_speed.h"
 #include "widgets/channels_list.h"
 
@@ -41,6 +43,9 @@ fs::path Dragged_Song(const QMimeData& data) {
 void frmMain::Make_File_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&File"));
     Add_Action(menu, tr("&New"), {QKeySequence::New}, [this] { songFiles->New(); });
+    lockedInRun.push_back(Add_Action(menu, tr("New from &template..."),
+                                     {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N)},
+                                     [this] { New_From_Template(); }));
     // Ctrl+O is the output channel's.
     Add_Action(menu, tr("&Open..."), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_O)},
                [this] { songFiles->Open(); });
@@ -50,6 +55,7 @@ void frmMain::Make_File_Menu() {
     Add_Action(menu, tr("&Save"), {QKeySequence(Qt::CTRL | Qt::Key_S)}, [this] { songFiles->Save(); });
     Add_Action(menu, tr("Save &as..."), {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S)},
                [this] { songFiles->Save_As(); });
+    lockedInRun.push_back(Add_Action(menu, tr("Save as te&mplate..."), {}, [this] { Save_As_Template(); }));
     menu->addSeparator();
     lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
         Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
@@ -59,6 +65,31 @@ void frmMain::Make_File_Menu() {
     menu->addSeparator();
     Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Show_Recent_Files();
+}
+
+void frmMain::New_From_Template() {
+    const auto begin = [this](const fs::path& file) {
+        // Questions about the song in hand stand behind this window.
+        QTimer::singleShot(0, this, [this, file] {
+            if (file.empty())
+                songFiles->New();
+            else
+                songFiles->Start_From_Template(file);
+        });
+        return true;
+    };
+    Show_Window("frmNewFile", [this, begin] {
+        return new frmNewFile(session.doors.dialogs, theme, session.paths.Get_Folder("templates"), begin,
+                              this);
+    });
+}
+
+void frmMain::Save_As_Template() {
+    Show_Window("frmSaveAsTemplate", [this] {
+        return new frmSaveAsTemplate(
+            session.doors.dialogs, theme, session.paths.Get_Folder("templates"),
+            [this](const fs::path& file) { return songFiles->Save_Template(file); }, this);
+    });
 }
 
 void frmMain::Show_Recent_Files() {

@@ -139,6 +139,8 @@ bool Song_Files::Load(const fs::path& file, bool updateRecent) {
 }
 
 void Song_Files::Start_From_Template(const fs::path& file) {
+    if (Practice_Refuses("You need to close the Practice window to create a new file"))
+        return;
     Leave_Song_Then([this, file] {
         if (!Load(file, false))
             return;
@@ -170,6 +172,15 @@ void Song_Files::Save() {
 
 void Song_Files::Save_As() {
     recorder.Stop_Then([this] { (void)Save_Under_New_Name(); });
+}
+
+bool Song_Files::Save_Template(const fs::path& file) {
+    if (session.transport.Song_Runs()) {
+        session.doors.dialogs.Show_Message(
+            Box_Kind::Information, tr("Stop the song before you save it as a template.").toStdString());
+        return false;
+    }
+    return Work([this, &file] { return session.files->SaveProject(file, Project_Files::SAVE_AS, false); });
 }
 
 bool Song_Files::Save_Now() {

@@ -29,6 +29,9 @@ public:
     void Open_Recent(std::size_t row);
     void Save();
     void Save_As();
+    /// Writes the song as a project template; path, title and modified mark stay. False when that was not
+    /// possible.
+    bool Save_Template(const std::filesystem::path& file);
     /// A new song that begins as the one in the file, which it has nothing more to do with.
     void Start_From_Template(const std::filesystem::path& file);
     /// As the song was when its session died: unsaved, its own file as told. The song there is left as by

@@ -4,11 +4,16 @@
 #include "base/file_io.h"
 #include "engine/windows/frm_recorder.h"
 #include "project/project_reader.h"
+#include "project/windows/frm_new_file.h"
+#include "project/windows/frm_save_as_template.h"
 #include "support/child_process.h"
 #include "support/window_program.h"
+#include "support/window_world.h"
 
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
@@ -125,6 +130,7 @@ private slots:
     void Nothing_Unsaved_Goes_Unasked();
     void A_Save_That_Fails_Keeps_The_Song();
     void The_Title_And_The_Recent_Files_Follow();
+    void A_Template_Takes_Nothing_Of_The_Song();
     void Commands_Stop_A_Run_First();
     void The_Practice_Window_Refuses();
     void A_Killed_Window_Is_Offered_And_Its_Take_Is_There();
@@ -149,7 +155,15 @@ void Song_Files_Test::Nothing_Unsaved_Goes_Unasked_data() {
     row(
         "on the command line", [](With_Songs& p) { p.window->Open_First_Song(p.three); }, 3);
     row(
-        "template", [](With_Songs& p) { p.Files().Start_From_Template(p.three); }, 3);
+        "template",
+        [](With_Songs& p) {
+            fs::copy_file(p.three, p.folder / "templates/Band.tvx");
+            p.Entry("New from template...")->trigger();
+            auto* window = p.window->findChild<frmNewFile*>();
+            Find<QListWidget>(*window, "List1")->setCurrentRow(0);
+            window->accept();
+        },
+        3);
     row(
         "import", [](With_Songs& p) { p.Files().Leave_Song_Then([&p] { p.session->New_Project(); }); }, 1);
     row(
@@ -218,6 +232,27 @@ void Song_Files_Test::The_Title_And_The_Recent_Files_Follow() {
     p.Drop(p.folder / "broken.tvx");
     QTRY_COMPARE(title(), QStringLiteral("Untitled[*] - Tonvex"));
     QVERIFY(!Song_Files::Is_Song_File(p.folder / "nothing.tvx") && Song_Files::Is_Song_File(p.three));
+}
+
+void Song_Files_Test::A_Template_Takes_Nothing_Of_The_Song() {
+    With_Songs p;
+    QTRY_VERIFY(p.window->isWindowModified());
+    const QString title = p.window->windowTitle();
+    const auto recent = p.session->settings.LRU;
+    p.Entry("Save as template...")->trigger();
+    auto* window = p.window->findChild<frmSaveAsTemplate*>();
+    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("Duo"));
+    p.session->transport.PlayRequested = true;
+    window->accept();
+    QCOMPARE(p.dialogs.shown.back().text, std::string("Stop the song before you save it as a template."));
+    p.session->transport.PlayRequested = false;
+    window->accept();
+    QVERIFY(!window->isVisible());
+    QCOMPARE(Count_In(p.folder / "templates/Duo.tvx"), 2);
+    QTest::qWait(1);
+    QVERIFY(p.session->project.Modified && p.window->isWindowModified() && p.session->project.Path.empty());
+    QCOMPARE(p.window->windowTitle(), title);
+    QVERIFY(p.session->settings.LRU == recent);
 }
 
 void Song_Files_Test::Commands_Stop_A_Run_First() {
