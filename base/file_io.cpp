@@ -2,7 +2,6 @@
 
 #include "base/unfinished_file.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -54,20 +53,21 @@ std::optional<std::vector<std::uint8_t>> Read_File(const fs::path& path, std::si
     if (file.Get() < 0 || ::fstat(file.Get(), &info) != 0 || !S_ISREG(info.st_mode) ||
         static_cast<std::size_t>(info.st_size) > maxBytes)
         return std::nullopt;
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(static_cast<std::size_t>(info.st_size));
-    std::array<std::uint8_t, 65536> block{};
-    for (;;) {
-        const ssize_t got = ::read(file.Get(), block.data(), block.size());
+    // Into a place of its size and one byte, which tells the end; a file that grows meanwhile grows this too.
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(info.st_size) + 1);
+    for (std::size_t used = 0;;) {
+        const ssize_t got = ::read(file.Get(), bytes.data() + used, bytes.size() - used);
         if (got < 0 && errno == EINTR)
             continue;
-        if (got < 0)
+        if (got < 0 || used + static_cast<std::size_t>(got) > maxBytes)
             return std::nullopt;
-        if (got == 0)
+        used += static_cast<std::size_t>(got);
+        if (got == 0) {
+            bytes.resize(used);
             return bytes;
-        bytes.insert(bytes.end(), block.begin(), block.begin() + got);
-        if (bytes.size() > maxBytes)
-            return std::nullopt;
+        }
+        if (used == bytes.size())
+            bytes.resize(2 * used);
     }
 }
 

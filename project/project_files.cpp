@@ -182,7 +182,9 @@ bool Project_Files::LoadProject(const fs::path& path, std::int32_t /*reserved*/,
     if (state.InstallationID != parts.host.Installation_ID() && song.Has_Audio_Channel())
         Show(Box_Kind::Warning, OTHER_INSTALLATION);
     parts.hub.Message(nullptr, HUB_RECORDER_VALUE, state.HubValue1400);
+    parts.hub.Hold_Update(); // Refresh brings the one that is due
     parts.hub.Message(nullptr, HUB_SET_TEMPO, state.ProjectTempo);
+    parts.hub.Release_Update();
     Song_Was_Replaced();
     if (fontsAreGone)
         Show(Box_Kind::Critical, FONTS_ARE_GONE);

@@ -254,6 +254,7 @@ double ChannelClass::GetEvent_Length(std::int32_t eventI) const {
 void ChannelClass::Forget_Ends() const {
     ends.clear();
     endsKnown = false;
+    endsAsked = false;
 }
 
 void ChannelClass::Note_End(std::int32_t eventI) {
@@ -269,6 +270,15 @@ void ChannelClass::Note_End(std::int32_t eventI) {
 }
 
 double ChannelClass::Get_ChannelLength_Beats() const {
+    // The first time a walk does: many a song is loaded and never edited.
+    if (!endsAsked) {
+        double length = 0.0;
+        for (std::int32_t row = 0; row < std::ssize(Events); ++row)
+            if (ExistsEventI(row))
+                length = std::max(length, Row(row).StartTime + GetEvent_Length(row));
+        endsAsked = true;
+        return length;
+    }
     if (!endsKnown) {
         bool lasting = true;
         for (std::int32_t row = 0; row < std::ssize(Events); ++row) {
@@ -334,9 +344,11 @@ std::shared_ptr<const Channel_Content> ChannelClass::Content() const {
     content->ChannelNumber = ChannelNumber;
     content->NextID = NextID;
     content->FirstEventI = timeList.First();
-    content->Events = Events;
-    for (std::int32_t row = 0; row < std::ssize(Events); ++row)
-        content->Events[static_cast<std::size_t>(row)].NextI = timeList.Next(row);
+    content->Events.reserve(Events.size());
+    for (const ChannelEvent& event : Events) {
+        content->Events.push_back(event);
+        content->Events.back().NextI = timeList.Next(static_cast<std::int32_t>(content->Events.size()) - 1);
+    }
     content->Tables = tables;
     lastContent = content;
     return content;
@@ -349,23 +361,23 @@ void ChannelClass::Take_Content(const Channel_Content& content) {
     NextID = content.NextID;
     Events = content.Events;
     tables = content.Tables;
-    std::vector<Event_Time_List::Place> linked;
-    linked.reserve(Events.size());
-    std::vector<bool> visited(Events.size());
-    bool inOrder = true;
-    for (std::int32_t row = content.FirstEventI; ExistsEventI(row) && !visited[static_cast<std::size_t>(row)];
-         row = Row(row).NextI) {
-        visited[static_cast<std::size_t>(row)] = true;
-        linked.emplace_back(Row(row).StartTime, row);
-        inOrder = inOrder && (linked.size() < 2 || linked[linked.size() - 2] < linked.back());
-    }
     const auto live = std::count_if(Events.begin(), Events.end(),
                                     [](const ChannelEvent& event) { return Is_On(event.InUse); });
     LastEventN = static_cast<std::int32_t>(live) - 1;
-    if (std::ssize(linked) != live) {
+    // A walk that comes to its end has visited no row twice.
+    std::vector<Event_Time_List::Place> linked;
+    linked.reserve(static_cast<std::size_t>(live));
+    bool inOrder = true;
+    std::int32_t at = content.FirstEventI;
+    for (; ExistsEventI(at) && std::ssize(linked) < live; at = Row(at).NextI) {
+        linked.emplace_back(Row(at).StartTime, at);
+        inOrder = inOrder && (linked.size() < 2 || linked[linked.size() - 2] < linked.back());
+    }
+    if (at != -1 || std::ssize(linked) != live) {
         Relink();
         return;
     }
+    timeList.Reserve(Events.size());
     timeList.Rebuild(linked);
     for (std::int32_t row = 0; row < std::ssize(Events); ++row)
         if (!Is_On(Row(row).InUse))

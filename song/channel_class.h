@@ -184,6 +184,7 @@ private:
     std::int32_t New_ID();
     void Place(const ChannelEvent& event, bool notSorted);
     void Relink();
+    std::size_t Payload_Count() const;
     void Fall_Out(std::int32_t eventId);
     void Shift_Notes(std::int32_t eventI, std::int64_t semitones);
     void Point_At_Data(Event_View& view) const;
@@ -217,6 +218,7 @@ private:
     /// are dropped when they come to the top, so asking after each of many edits stays cheap.
     mutable std::vector<Event_Time_List::Place> ends;
     mutable bool endsKnown = false;
+    mutable bool endsAsked = false;
     std::vector<RecEvent> RecEvents;
     std::vector<Mod> mods;
     bool ModsPending = false;

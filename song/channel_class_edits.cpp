@@ -173,6 +173,14 @@ void ChannelClass::Set_Event_Properties(std::int32_t eventId, const EventData& d
 
 // ---- whole channel ----
 
+/// Live events that have a payload row.
+std::size_t ChannelClass::Payload_Count() const {
+    return static_cast<std::size_t>(
+        std::count_if(Events.begin(), Events.end(), [](const ChannelEvent& event) {
+            return Is_On(event.InUse) && event.Kind != EV_PATCH;
+        }));
+}
+
 void ChannelClass::Relink() {
     std::vector<Event_Time_List::Place> ordered;
     ordered.reserve(Events.size());
@@ -206,6 +214,8 @@ void ChannelClass::ReSort_StartTime() {
 }
 
 void ChannelClass::Defrag_Data() {
+    if (RecEvents.empty() && tables.Row_Count() == Payload_Count())
+        return; // as many rows as uses: none is spare
     std::vector<Event_Tables::Use> uses;
     uses.reserve(Events.size() + RecEvents.size());
     for (ChannelEvent& event : Events)

@@ -67,6 +67,17 @@ void Link_In_Time(Channel_Content& content) {
     *link = -1;
 }
 
+/// The row that no link leads to, as far as the links lead to all others: the sum of all rows less that of
+/// all links. Whether they do is for Is_Linked_In_Time to say.
+std::int32_t Head_Of_Links(const std::vector<ChannelEvent>& events) {
+    std::int64_t head = 0;
+    for (std::int64_t row = 0; row < std::ssize(events); ++row) {
+        const std::int32_t next = events[static_cast<std::size_t>(row)].NextI;
+        head += row - (next == -1 ? 0 : next);
+    }
+    return head >= 0 && head < std::ssize(events) ? static_cast<std::int32_t>(head) : -1;
+}
+
 template <typename Row, typename Writer>
 void Write_Rows(Byte_Writer& writer, const std::vector<Row>& rows, Writer writeRow) {
     writer.Write_I32(static_cast<std::int32_t>(rows.size()));
@@ -120,6 +131,7 @@ bool Read_Block(Byte_Cursor& cursor, Channel_Content& content, const Row_Bytes& 
                        Read_Table(cursor, AUDIO_ROW_BYTES, tables.AudioEvents, Read_Audio_Row);
     if (!whole)
         return false;
+    content.FirstEventI = Head_Of_Links(content.Events);
     content.Settle();
     content.Renumber();
     return true;
@@ -136,6 +148,9 @@ bool Channel_Content::Is_Settled() const {
 }
 
 void Channel_Content::Settle() {
+    Tables.Bring_Into_Range();
+    if (Is_Settled())
+        return;
     std::erase_if(Events, [this](const ChannelEvent& event) {
         return !Is_On(event.InUse) || !Tables.Holds(event.Kind, event.DataRef);
     });
@@ -146,7 +161,6 @@ void Channel_Content::Settle() {
         uses.push_back({.kind = event.Kind, .dataRef = &event.DataRef});
     }
     Tables.Compact(uses);
-    Tables.Bring_Into_Range();
     Link_In_Time(*this);
 }
 
@@ -156,7 +170,8 @@ void Channel_Content::Renumber() {
         event.ID = NextID++;
 }
 
-ChannelEvent Read_Event_Row(Byte_Cursor& cursor) {
+ChannelEvent Read_Event_Row(Byte_Cursor& block) {
+    Byte_Cursor cursor(block.Read_Bytes(EVENT_ROW_BYTES)); // one look at the end for all fields
     ChannelEvent event;
     event.ID = cursor.Read_I32();
     event.StartTime = cursor.Read_Double();
@@ -165,12 +180,14 @@ ChannelEvent Read_Event_Row(Byte_Cursor& cursor) {
 }
 
 void Write_Event_Row(Byte_Writer& writer, const ChannelEvent& event) {
-    writer.Write_I32(event.ID);
-    writer.Write_Double(event.StartTime);
-    writer.Write_U8(event.Kind);
-    writer.Write_I32(event.DataRef);
-    writer.Write_U16(event.InUse);
-    writer.Write_I32(event.NextI);
+    Byte_Row<EVENT_ROW_BYTES> row;
+    row.Write_I32(event.ID);
+    row.Write_Double(event.StartTime);
+    row.Write_U8(event.Kind);
+    row.Write_I32(event.DataRef);
+    row.Write_U16(event.InUse);
+    row.Write_I32(event.NextI);
+    writer.Write_Bytes(row.Bytes());
 }
 
 void Write_Channel_V2(Byte_Writer& writer, const Channel_Content& content) {

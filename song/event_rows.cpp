@@ -111,9 +111,11 @@ QChordData Read_QChord_Row_Ms(Byte_Cursor& cursor, double msPerBeat) {
 }
 
 void Write_Note_Row(Byte_Writer& writer, const NoteData& note) {
-    writer.Write_U8(note.Note);
-    writer.Write_U8(note.Vol);
-    writer.Write_Double(note.Length);
+    Byte_Row<NOTE_ROW_BYTES> row;
+    row.Write_U8(note.Note);
+    row.Write_U8(note.Vol);
+    row.Write_Double(note.Length);
+    writer.Write_Bytes(row.Bytes());
 }
 
 void Write_QChord_Row(Byte_Writer& writer, const QChordData& chord) {

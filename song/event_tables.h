@@ -32,6 +32,11 @@ public:
     void Bring_Into_Range();
     bool operator==(const Event_Tables&) const = default;
 
+    /// Rows of all tables.
+    std::size_t Row_Count() const noexcept {
+        return Notes.size() + QChords.size() + NamedEvents.size() + MCEvents.size() + AudioEvents.size();
+    }
+
     /// One use of a row by an event or a recorded event.
     struct Use {
         Event_Kind kind;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <set>
 #include <utility>
@@ -31,6 +32,8 @@ public:
     void Clear();
     /// The link that a removed row keeps. row is not linked; next is a row or -1.
     void Set_Removed_Link(std::int32_t row, std::int32_t next);
+    /// Room for rows 0 to rows - 1, for who knows how many will come.
+    void Reserve(std::size_t rows) { links.reserve(rows); }
 
     std::int32_t First() const noexcept { return FirstEventI; }
     std::int32_t Last() const noexcept { return LastTimeI; }

@@ -82,7 +82,7 @@ TEST_F(Project_Files_Test, A_Save_And_A_Load_Go_The_Whole_Road) {
         [&messages](int msg, std::int32_t, const std::string&) { messages.push_back(msg); });
     ASSERT_TRUE(session.files->LoadProject(song, 0, false));
     EXPECT_EQ(listener.heard, (std::vector<std::string>{"Loading file", "replaced", "idle"}));
-    EXPECT_EQ(messages, (std::vector<int>{1100, 1101, 1102, 1400, 1302, 1200, 1200}));
+    EXPECT_EQ(messages, (std::vector<int>{1100, 1101, 1102, 1400, 1302, 1200}));
     EXPECT_FALSE(session.project.Modified);
     EXPECT_EQ(session.project.SongLength, 49 * 0.25 + 0.25 * 5);
     EXPECT_EQ(session.project.InstallationID, 77);
