@@ -1,6 +1,7 @@
 #include "cli/listings.h"
 
 #include "audio/dls_list_class.h"
+#include "cli/json_texts.h"
 #include "cli/silent_sound_door.h"
 #include "engine/midiapi.h"
 #include "platform/rtmidi_ports.h"
@@ -12,10 +13,6 @@ namespace tonvex {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string Document(const ordered_json& document) {
-    return document.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
-}
 
 ordered_json Device_Rows(const std::vector<Device_Row>& rows) {
     ordered_json list = ordered_json::array();
@@ -53,7 +50,7 @@ Cli_Outcome List_Font(const std::filesystem::path& file, std::string& text) {
                                    {"PresetNumber", preset.PresetNumber},
                                    {"PresetBank", preset.PresetBank},
                                    {"IsDrums", Is_On(preset.IsDrums)}});
-    text = Document(font);
+    text = Json_Text(font);
     return {};
 }
 
@@ -68,7 +65,7 @@ Cli_Outcome List_Devices(std::string& text) {
     ordered_json devices;
     devices["outputs"] = Device_Rows(output.Output_Devices());
     devices["inputs"] = Device_Rows(output.Input_Devices());
-    text = Document(devices);
+    text = Json_Text(devices);
     return {};
 }
 

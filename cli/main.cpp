@@ -1,7 +1,10 @@
 #include "base/file_io.h"
+#include "cli/apply.h"
+#include "cli/check_files.h"
 #include "cli/listings.h"
 #include "cli/midi_files.h"
 #include "cli/perform.h"
+#include "cli/song_listings.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -22,7 +25,7 @@ std::string One_Line(std::string text) {
 }
 
 int Report(const Cli_Outcome& outcome) {
-    if (!outcome.Done()) {
+    if (!outcome.Done() && !outcome.problem.empty()) {
         const std::string file = outcome.file.empty() ? "" : outcome.file + ": ";
         std::cerr << One_Line("tonvex-cli: " + file + outcome.problem) << '\n';
     }
@@ -30,11 +33,9 @@ int Report(const Cli_Outcome& outcome) {
 }
 
 int Print(const Cli_Outcome& outcome, const std::string& text) {
-    if (outcome.Done()) {
-        std::cout << text << std::flush;
-        if (!std::cout)
-            return Report(Cli_Outcome::Failed("standard output", "cannot be written"));
-    }
+    std::cout << text << std::flush;
+    if (!std::cout)
+        return Report(Cli_Outcome::Failed("standard output", "cannot be written"));
     return Report(outcome);
 }
 
@@ -56,9 +57,10 @@ int Run(int argc, char** argv) {
     std::string engine = "thread";
     CLI::App* perform = app.add_subcommand(
         "perform", "Records the key edges of a script on a simulated clock and writes the song");
-    perform->add_option("SONG", call.song, "- for a new project with one MIDI channel")->required();
+    perform->add_option("SONG", call.song, "A project file, or - for a new project with one MIDI channel")
+        ->required();
     perform->add_option("KEYS.json", call.keys, "The script")->required();
-    perform->add_option("OUT", call.out, "The song, as JSON (.json)")->required();
+    perform->add_option("OUT", call.out, "The song: a project file (.tvx) or JSON (.json)")->required();
     perform->add_option("--trace", call.trace, "Every message that left for the output, as JSON lines")
         ->type_name("OUT.jsonl");
     perform->add_option("--wav", call.wav, "What the synthesizer sounded")->type_name("OUT.wav");
@@ -74,6 +76,22 @@ int Run(int argc, char** argv) {
     CLI::App* importMidi = app.add_subcommand("import-midi", "Writes a Standard MIDI File as a project file");
     importMidi->add_option("IN.mid", midi.song, "The MIDI file")->required();
     importMidi->add_option("OUT.tvx", midi.out, "The project file")->required();
+    std::string song;
+    const auto takesSong = [&song](CLI::App* verb) {
+        verb->add_option("SONG.tvx", song, "The project file")->required();
+        return verb;
+    };
+    CLI::App* dump = takesSong(app.add_subcommand("dump", "Prints a whole song as JSON"));
+    CLI::App* notes = takesSong(
+        app.add_subcommand("notes", "Prints the lists that a play hands to the player library as JSON"));
+    Apply_Call edits;
+    CLI::App* apply = app.add_subcommand("apply", "Sends change messages through the hub and saves the song");
+    apply->add_option("SONG", edits.song, "A project file, or - for a new project")->required();
+    apply->add_option("EDITS.json", edits.edits, "The changes")->required();
+    apply->add_option("OUT.tvx", edits.out, "The project file to write")->required();
+    std::vector<std::filesystem::path> files;
+    CLI::App* check = app.add_subcommand("check", "Tells of each file whether it can be read");
+    check->add_option("FILE", files, "Files of any kind that the program reads")->required();
 
     std::filesystem::path font;
     CLI::App* fonts = app.add_subcommand("fonts", "Prints title and presets of a soundfont as JSON");
@@ -94,6 +112,20 @@ int Run(int argc, char** argv) {
         return Report(Export_Midi(options, midi));
     if (importMidi->parsed())
         return Report(Import_Midi(options, midi));
+    if (dump->parsed()) {
+        const Cli_Outcome outcome = Print_Song(options, song, text);
+        return Print(outcome, text);
+    }
+    if (notes->parsed()) {
+        const Cli_Outcome outcome = Print_Notes(options, song, text);
+        return Print(outcome, text);
+    }
+    if (apply->parsed())
+        return Report(Apply(options, edits));
+    if (check->parsed()) {
+        const Cli_Outcome outcome = Check_Files(options, files, text);
+        return Print(outcome, text);
+    }
     if (fonts->parsed()) {
         const Cli_Outcome outcome = List_Font(font, text);
         return Print(outcome, text);

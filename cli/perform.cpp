@@ -6,6 +6,7 @@
 #include "cli/key_script.h"
 #include "cli/progress_line.h"
 #include "cli/song_dump.h"
+#include "cli/song_source.h"
 #include "cli/trace_writer.h"
 #include "cli/wave_file.h"
 
@@ -25,12 +26,8 @@ constexpr double LONGEST_TAIL_S = 8.0;
 /// The words of the call that no file can be blamed for, and the files that cannot become.
 Cli_Outcome Check_Call(const Perform_Call& call) {
     const std::string ending = Lower_Ascii(call.out.extension().string());
-    if (call.song != "-")
-        return Cli_Outcome::Failed(call.song, "project files cannot be opened yet; - is a new project");
-    if (ending == ".tvx")
-        return Cli_Outcome::Failed(call.out.string(), "project files cannot be written yet; use .json");
-    if (ending != ".json")
-        return Cli_Outcome::Wrong_Words("OUT must end in .json");
+    if (ending != ".json" && ending != ".tvx")
+        return Cli_Outcome::Wrong_Words("OUT must end in .tvx or .json");
     const fs::path outputs[] = {call.out, call.trace, call.wav};
     for (std::size_t i = 0; i < std::size(outputs); ++i) {
         for (std::size_t j = 0; j < i; ++j) {
@@ -43,6 +40,15 @@ Cli_Outcome Check_Call(const Perform_Call& call) {
             return Cli_Outcome::Failed(outputs[i].string(), "its folder does not exist");
     }
     return {};
+}
+
+/// ID of the song's first channel; NOT_GIVEN when it has none.
+std::int32_t First_Channel(const Session& session) {
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (session.channels->Is_Live_Row(row))
+            return session.channels->Channels[static_cast<std::size_t>(row)].ChannelID;
+    }
+    return NOT_GIVEN;
 }
 
 /// The layout as the call names it, else beside the script.
@@ -99,6 +105,14 @@ Cli_Outcome Write_Text(const fs::path& path, const std::string& text) {
                                                     : Cli_Outcome::Failed(path.string(), error);
 }
 
+Cli_Outcome Write_Song(Cli_Session& tool, const fs::path& out) {
+    if (Lower_Ascii(out.extension().string()) == ".tvx")
+        return Save_Song(tool, out);
+    std::vector<std::uint8_t> bytes;
+    const Cli_Outcome outcome = Song_Bytes(tool, bytes);
+    return outcome.Done() ? Write_Text(out, Dump_Song(*tool.session, bytes)) : outcome;
+}
+
 /// Pulls the synthesizer along with the run.
 class Sound_Keeper {
 public:
@@ -143,6 +157,8 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
     if (outcome.Done())
         outcome = tool.Open(options, !call.wav.empty());
     if (outcome.Done())
+        outcome = Open_Song(tool, call.song, New_Song::With_One_Channel);
+    if (outcome.Done())
         outcome = Set_Keyboard(tool, script, call.keys);
     if (outcome.Done())
         outcome = Set_Edges(tool, script);
@@ -150,7 +166,7 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
         return outcome;
 
     Session& session = *tool.session;
-    const std::int32_t channel = script.channel.value_or(session.channels->Channels[0].ChannelID);
+    const std::int32_t channel = script.channel.value_or(First_Channel(session));
     if (session.channels->ChannelI(channel) < 0)
         return Cli_Outcome::Failed(call.keys.string(),
                                    "the song has no channel with the ID " + std::to_string(channel));
@@ -185,9 +201,7 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
     outcome = sound.Keep(call.wav, tool.counter.Now_Ns());
     if (outcome.Done() && !call.trace.empty())
         outcome = Write_Text(call.trace, trace.Text());
-    if (outcome.Done())
-        outcome = Write_Text(call.out, Dump_Song(session));
-    return outcome;
+    return outcome.Done() ? Write_Song(tool, call.out) : outcome;
 }
 
 } // namespace tonvex

@@ -1,5 +1,11 @@
 #include "cli/song_dump.h"
 
+#include "base/byte_cursor.h"
+#include "base/text_codec.h"
+#include "cli/json_texts.h"
+#include "project/project_layout.h"
+
+#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
 #include <span>
@@ -9,17 +15,6 @@ namespace tonvex {
 namespace {
 
 using nlohmann::ordered_json;
-
-std::string Hex(std::span<const std::uint8_t> bytes) {
-    constexpr const char* DIGITS = "0123456789abcdef";
-    std::string text;
-    text.reserve(bytes.size() * 2);
-    for (const std::uint8_t byte : bytes) {
-        text += DIGITS[byte >> 4U];
-        text += DIGITS[byte & 15U];
-    }
-    return text;
-}
 
 ordered_json Chord_Json(const QChordData& chord) {
     ordered_json fields;
@@ -183,14 +178,113 @@ ordered_json Effects_Json(const Song_Effects& effects, int row) {
     return fields;
 }
 
+struct Section_Row {
+    std::string name;
+    std::int32_t position;
+    std::int32_t version;
+};
+
+/// The table at the head of a project file; empty for other bytes.
+std::vector<Section_Row> Section_Table(std::span<const std::uint8_t> file) {
+    std::vector<Section_Row> rows;
+    Byte_Cursor cursor(file);
+    cursor.Skip(PROJECT_MAGIC.size() + PROJECT_VERSION.size());
+    const std::int32_t last = cursor.Read_I32();
+    for (std::int32_t row = 0; cursor.Ok() && row <= last; ++row) {
+        const auto name = cursor.Read_Bytes(cursor.Read_U16());
+        Section_Row section{Text_From_File({reinterpret_cast<const char*>(name.data()), name.size()}),
+                            cursor.Read_I32(), cursor.Read_I32()};
+        if (cursor.Ok())
+            rows.push_back(std::move(section));
+    }
+    return rows;
+}
+
+void Add_Head(ordered_json& song, std::span<const std::uint8_t> file) {
+    const std::size_t headBytes = PROJECT_MAGIC.size() + PROJECT_VERSION.size();
+    const std::string head(file.begin(),
+                           file.begin() + static_cast<std::ptrdiff_t>(std::min(headBytes, file.size())));
+    song["magic"] = head.substr(0, PROJECT_MAGIC.size());
+    song["fileVersion"] = head.size() > PROJECT_MAGIC.size() ? head.substr(PROJECT_MAGIC.size()) : "";
+    song["sections"] = ordered_json::array();
+    // The first major version has no table.
+    if (song["magic"] != PROJECT_MAGIC)
+        return;
+    for (const Section_Row& row : Section_Table(file))
+        song["sections"].push_back(
+            {{"SectionName", row.name}, {"SectionPos", row.position}, {"SectionVersion", row.version}});
+}
+
+ordered_json Globals_Json(const Project_State& project) {
+    ordered_json fields;
+    fields["TransportOption"] = project.TransportOption;
+    fields["ToolValueA"] = project.ToolValueA;
+    fields["ToolValueB"] = project.ToolValueB;
+    fields["ProjectTempo"] = project.ProjectTempo;
+    fields["MetronomeNoteA"] = project.MetronomeNoteA;
+    fields["MetronomeNoteB"] = project.MetronomeNoteB;
+    fields["EvEdViewA"] = project.EvEdViewA;
+    fields["EvEdViewB"] = project.EvEdViewB;
+    fields["EvEdViewC"] = project.EvEdViewC;
+    fields["EvEdViewD"] = project.EvEdViewD;
+    fields["EvEdViewBeats"] = Is_On(project.EvEdViewBeats);
+    fields["HubValue1400"] = project.HubValue1400;
+    fields["ProjectTitle"] = project.ProjectTitle;
+    fields["ProjectAuthor"] = project.ProjectAuthor;
+    fields["ProjectComments"] = project.ProjectComments;
+    fields["KeyboardSetupN"] = project.KeyboardSetupN;
+    fields["ProjectID"] = project.ProjectID;
+    fields["InstallationID"] = project.InstallationID;
+    fields["NextAudioFileN"] = project.NextAudioFileN;
+    return fields;
+}
+
+ordered_json Creator_Json(const MusicCreator_Module& creator) {
+    ordered_json fields;
+    fields["SongKey"] = creator.SongKey;
+    fields["SongMode"] = creator.SongMode;
+    fields["LastBar"] = creator.LastBar;
+    fields["tracks"] = ordered_json::array();
+    for (std::size_t row = 0; row < creator.MC_Tracks.size(); ++row) {
+        const MCTrack& track = creator.MC_Tracks[row];
+        if (Is_On(track.InUse))
+            fields["tracks"].push_back({{"row", row},
+                                        {"DisplayByte", track.DisplayByte},
+                                        {"TrackID", track.TrackID},
+                                        {"ChannelID", track.ChannelID},
+                                        {"Name", track.Name},
+                                        {"InstanceNumber", track.InstanceNumber},
+                                        {"Style", track.Style},
+                                        {"ShownFlag", Is_On(track.ShownFlag)},
+                                        {"PlayerSlot", track.PlayerSlot},
+                                        {"OldPatchA", track.OldPatchA},
+                                        {"OldPatchB", track.OldPatchB}});
+    }
+    fields["bars"] = ordered_json::array();
+    for (std::size_t bar = 0; bar < creator.MC_Bars.size(); ++bar) {
+        if (Is_On(creator.MC_Bars[bar].HasChord))
+            fields["bars"].push_back({{"bar", bar},
+                                      {"Root", creator.MC_Bars[bar].Root},
+                                      {"ChordType", creator.MC_Bars[bar].ChordType}});
+    }
+    fields["events"] = ordered_json::array();
+    for (const MCBarEvent& event : creator.MC_Events) {
+        if (Is_On(event.InUse))
+            fields["events"].push_back({{"EventID", event.EventID},
+                                        {"TrackID", event.TrackID},
+                                        {"StartBeat", event.StartBeat},
+                                        {"LengthBeats", event.LengthBeats},
+                                        {"StyleBlock", Hex(event.StyleBlock)}});
+    }
+    return fields;
+}
+
 } // namespace
 
-std::string Dump_Song(const Session& session) {
+std::string Dump_Song(const Session& session, std::span<const std::uint8_t> file) {
     ordered_json song;
-    song["globals"]["ProjectTempo"] = session.project.ProjectTempo;
-    song["globals"]["MetronomeNoteA"] = session.project.MetronomeNoteA;
-    song["globals"]["MetronomeNoteB"] = session.project.MetronomeNoteB;
-    song["globals"]["ProjectTitle"] = session.project.ProjectTitle;
+    Add_Head(song, file);
+    song["globals"] = Globals_Json(session.project);
     song["channels"] = ordered_json::array();
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
         if (session.channels->Is_Live_Row(row))
@@ -206,9 +300,11 @@ std::string Dump_Song(const Session& session) {
         if (session.channels->Effects.Row(row).Any_On())
             song["effects"].push_back(Effects_Json(session.channels->Effects, row));
     }
+    song["editor"] = {{"AlignDiv", session.editorSetup.AlignDiv},
+                      {"AlignStep", session.editorSetup.AlignStep}};
+    song["creator"] = Creator_Json(session.creator);
     song["soundfonts"] = session.fonts->Get_CurList();
-    // Names that are not UTF-8 must not stop a dump.
-    return song.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
+    return Json_Text(song);
 }
 
 } // namespace tonvex

@@ -204,8 +204,13 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
          "tonvex-cli: nowhere/o.json: its folder does not exist\n"},
         {"--soundfont no.sf2 perform - keys.json o.json", 1, "tonvex-cli: no.sf2: is not a soundfont\n"},
         {"--data nowhere perform - keys.json o.json", 1, "tonvex-cli: nowhere: is not a folder\n"},
-        {"perform song.tvx keys.json o.json", 1, nullptr},
-        {"perform - keys.json o.txt", 2, "tonvex-cli: OUT must end in .json\n"},
+        {"perform song.tvx keys.json o.json", 1, "tonvex-cli: song.tvx: there is no such file\n"},
+        {"perform keys.json keys.json o.json", 1, "tonvex-cli: keys.json: Invalid file format (tvx)\n"},
+        {"perform - keys.json o.txt", 2, "tonvex-cli: OUT must end in .tvx or .json\n"},
+        {"dump keys.json", 1, "tonvex-cli: keys.json: Invalid file format (tvx)\n"},
+        {"apply - none.json o.tvx", 1, "tonvex-cli: none.json: cannot be read\n"},
+        {"apply - broken.json o.tvx", 1, "tonvex-cli: broken.json: is not JSON\n"},
+        {"apply - keys.json o.tvx", 1, "tonvex-cli: keys.json: must be a list of edits\n"},
         {"perform - keys.json o.json --trace o.json", 2, nullptr},
         {"perform - keys.json", 2, nullptr},
         {"perform - keys.json o.json --engine steam", 2, nullptr},
@@ -222,7 +227,7 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
             EXPECT_EQ(run.err, item.line);
         }
         EXPECT_NE(run.err, "");
-        for (const char* name : {"o.json", "o.jsonl", "o.wav", "o.txt"})
+        for (const char* name : {"o.json", "o.jsonl", "o.wav", "o.txt", "o.tvx"})
             EXPECT_FALSE(Exists(name)) << name;
     }
     EXPECT_EQ(Left_At_Home(), 0U);
@@ -231,9 +236,121 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
         EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
 }
 
+/// Edits of every kind, with undo and redo among them.
+const char* const EDITS = R"([
+    {"msg": 1013, "args": ["Lead", false, 5]}, {"msg": 1003, "args": [-2147483648, "Solo"]},
+    {"add": -2147483648, "event": {"StartTime": 1.0, "Note": 60, "Vol": 100, "Length": 1.0}},
+    {"add": -2147483648, "event": {"StartTime": 0.0, "Kind": 1, "Length": 2.0, "QChord":
+        {"Active": 2, "ChordName": "C5", "ChordTypeIndex": 255, "ChordNotes": [48, 55], "ChordVol": 90}}},
+    {"add": -2147483648, "event": {"StartTime": 3.5, "Kind": 4, "EventName": "Cue", "Block": "0a0B"}},
+    {"msg": 1302, "args": [132]}, {"undo": 1}, {"redo": 1},
+    {"msg": 1600, "args": [8.0, 90]}, {"undo": 1},
+    {"msg": 1202, "args": [4.0, null, "Turn"]},
+    {"msg": 1018, "args": [-2147483648, -2147483648, 2.5]}, {"msg": 1019, "args": [-2147483648]}])";
+
+TEST_F(Cli_Test, Edits_Make_A_Song_That_Is_Dumped_Listed_And_Checked) {
+    Write("edits.json", EDITS);
+    ASSERT_EQ(Call("apply - edits.json song.tvx").status, 0) << Read("err.txt");
+    const Run_Result dumped = Call("dump song.tvx");
+    ASSERT_EQ(dumped.status, 0) << dumped.err;
+    const json song = json::parse(dumped.out);
+    EXPECT_EQ(song["magic"], "TVX2");
+    EXPECT_EQ(song["fileVersion"], "01");
+    ASSERT_EQ(song["sections"].size(), 11U);
+    EXPECT_EQ(song["sections"][0],
+              (json{{"SectionName", "Global_Channels_Array"}, {"SectionPos", 311}, {"SectionVersion", 3}}));
+    EXPECT_EQ(song["globals"]["ProjectTempo"], 132);
+    EXPECT_EQ(song["tempo"], json::array());
+    EXPECT_EQ(song["editor"], (json{{"AlignDiv", 4}, {"AlignStep", 0.5}}));
+    EXPECT_EQ(song["creator"]["LastBar"], 30);
+    ASSERT_EQ(song["channels"].size(), 1U);
+    EXPECT_EQ(song["channels"][0]["ChannelName"], "Solo");
+    EXPECT_EQ(song["channels"][0]["OutputChannel"], 5);
+    const json& events = song["channels"][0]["events"];
+    ASSERT_EQ(events.size(), 3U);
+    EXPECT_EQ(events[0]["QChord"]["ChordNotes"], (json{48, 55, 0, 0, 0, 0}));
+    EXPECT_EQ(events[1]["StartTime"], 2.5);
+    EXPECT_EQ(events[2]["Block"].get<std::string>().substr(0, 6), "0a0b00");
+    EXPECT_EQ(song["marks"][1]["MarkName"], "Turn");
+
+    const Run_Result notes = Call("notes song.tvx");
+    ASSERT_EQ(notes.status, 0) << notes.err;
+    EXPECT_EQ(json::parse(notes.out), json::parse(R"({"lists": [{"marker": 0, "source": "channel", "rows": [
+        [0.0, 0, 3000, 0], [0.0, 5, 48, 90], [0.0, 5, 55, 90], [2.0, 5, 48, 0], [2.0, 5, 55, 0],
+        [2.5, 5, 60, 100], [3.5, 5, 60, 0]]}]})"));
+
+    // what was saved is edited on, and the tool's own JSON is the same of either
+    Write("more.json", R"([{"msg": 1002, "args": [-2147483648, 33]}])");
+    ASSERT_EQ(Call("apply song.tvx more.json song2.tvx").status, 0) << Read("err.txt");
+    Write("keys.json", R"({"end_ms": 10, "edges": []})");
+    ASSERT_EQ(Call("perform song2.tvx keys.json again.tvx").status, 0) << Read("err.txt");
+    EXPECT_EQ(Read("again.tvx"), Read("song2.tvx"));
+    EXPECT_EQ(json::parse(Call("dump again.tvx").out)["channels"][0]["Volume"], 33);
+    EXPECT_EQ(Left_At_Home(), 0U);
+}
+
+TEST_F(Cli_Test, A_Refused_Edit_Ends_The_Run_Unless_It_Is_Expected) {
+    json edits = json::array();
+    for (int i = 0; i < 100; ++i)
+        edits.push_back({{"msg", 1013}, {"args", {"", false, nullptr}}});
+    const std::string full = "Can't create new channel (Max Channels reached)";
+    edits.push_back({{"msg", 1013}});
+    Write("full.json", edits.dump());
+    const Run_Result refused = Call("apply - full.json o.tvx");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.err, "tonvex-cli: full.json: edit 101: " + full + "\n");
+    EXPECT_FALSE(Exists("o.tvx"));
+    edits.back()["expect"] = full;
+    Write("full.json", edits.dump());
+    EXPECT_EQ(Call("apply - full.json o.tvx").status, 0);
+    EXPECT_TRUE(Exists("o.tvx"));
+
+    const struct {
+        const char* item;
+        const char* problem;
+    } CASES[] = {
+        {R"({"dance": 1})", "is not an edit that is known"},
+        {R"({"msg": "x"})", "\"msg\" must be the number of a message"},
+        {R"({"msg": 1013, "expect": "no"})", "was not refused"},
+        {R"({"add": 7, "event": {}})", "\"add\" must be the ID of a channel of the song"},
+        {R"({"undo": -1})", "must be told how often"},
+    };
+    for (const auto& item : CASES) {
+        Write("bad.json", "[" + std::string(item.item) + "]");
+        EXPECT_EQ(Call("apply - bad.json p.tvx").err,
+                  "tonvex-cli: bad.json: edit 1: " + std::string(item.problem) + "\n");
+        EXPECT_FALSE(Exists("p.tvx"));
+    }
+}
+
+TEST_F(Cli_Test, Check_Tells_Of_Files_Of_Every_Kind) {
+    const std::string data = TONVEX_SOURCE_DATA;
+    Write("edits.json", "[]");
+    ASSERT_EQ(Call("apply - edits.json song.tvx").status, 0);
+    Write("cut.tvx", Read("song.tvx").substr(0, 4000));
+    Write("other.tvx", "no song");
+    Write("cut.dat", "Keyb02");
+    Write("bad.sf2", "RIFF....sfbk");
+    Write("letter.doc", "Dear reader");
+    const std::string good = "'" + data + "/keyboard/Tonvex default.dat' '" + data +
+                             "/patterns/fingerpick/1.txt' '" + data + "/templates/channels/Flute.txt' '" +
+                             data + "/chords.txt' '" + data + "/drums.txt' '" + data +
+                             "/demo/Paper lanterns.tvx'";
+    const Run_Result whole = Call("check song.tvx " + good);
+    EXPECT_EQ(whole.status, 0) << whole.out;
+    EXPECT_EQ(whole.out.substr(0, 13), "song.tvx: ok\n");
+    const Run_Result bad = Call("check cut.tvx other.tvx song.tvx cut.dat bad.sf2 letter.doc none.tvx");
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.out, "cut.tvx: Error loading file\nother.tvx: Invalid file format (tvx)\nsong.tvx: ok\n"
+                       "cut.dat: the keyboard layout is cut off\nbad.sf2: Invalid SF2 file\n"
+                       "letter.doc: is of no kind that Tonvex reads\nnone.tvx: there is no such file\n");
+    EXPECT_EQ(bad.err, "");
+}
+
 TEST_F(Cli_Test, Help_Version_Fonts_And_Devices) {
     EXPECT_EQ(Call("--version").out, "tonvex-cli " TONVEX_VERSION "\n");
-    for (const char* words : {"--help", "perform --help", "fonts --help", "devices --help"}) {
+    for (const char* words :
+         {"--help", "perform --help", "fonts --help", "dump --help", "apply --help", "check --help"}) {
         const Run_Result run = Call(words);
         EXPECT_EQ(run.status, 0) << words;
         EXPECT_NE(run.out.find("Usage"), std::string::npos) << words;
