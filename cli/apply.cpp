@@ -168,7 +168,7 @@ Cli_Outcome Apply(const Cli_Options& options, const Apply_Call& call) {
     if (items.is_discarded())
         return Cli_Outcome::Failed(call.edits.string(), "is not JSON");
     Cli_Session tool;
-    Cli_Outcome outcome = tool.Open(options, false);
+    Cli_Outcome outcome = tool.Open(options, Cli_Sound::None);
     if (outcome.Done())
         outcome = Open_Song(tool, call.song, New_Song::Empty);
     if (!outcome.Done())

@@ -2,6 +2,7 @@
 
 #include "base/file_io.h"
 #include "cli/silent_sound_door.h"
+#include "platform/make_sound_door.h"
 
 #include <cstdlib>
 #include <system_error>
@@ -81,23 +82,34 @@ Cli_Outcome Cli_Session::Make_Folders(const Cli_Options& options, AppPaths_Class
     return {};
 }
 
-Cli_Outcome Cli_Session::Open(const Cli_Options& options, bool withSound) {
+Cli_Outcome Cli_Session::Open(const Cli_Options& options, Cli_Sound wanted) {
     AppPaths_Class paths;
     Cli_Outcome outcome = Make_Folders(options, paths);
     if (!outcome.Done())
         return outcome;
-    if (withSound)
-        synthesizer = std::make_unique<Offline_Sound_Door>(counter);
-    else
-        silence = std::make_unique<Silent_Sound_Door>();
-    Sound_Door& sound = withSound ? *synthesizer : *silence;
     keys.counter = &counter;
-    session = std::make_unique<Session>(Session_Doors{sound, midi, keys, counter, loop, store, dialogs},
-                                        paths, options.data);
+    const auto make = [&](Sound_Door& sound, Millisecond_Counter& clock, Run_Loop& rounds) {
+        session = std::make_unique<Session>(Session_Doors{sound, midi, keys, clock, rounds, store, dialogs},
+                                            paths, options.data);
+    };
+    switch (wanted) {
+    case Cli_Sound::None:
+        silence = std::make_unique<Silent_Sound_Door>();
+        make(*silence, counter, loop);
+        break;
+    case Cli_Sound::Pulled:
+        synthesizer = std::make_unique<Offline_Sound_Door>(counter);
+        make(*synthesizer, counter, loop);
+        break;
+    case Cli_Sound::Device:
+        device = Make_Sound_Door(realCounter, Sound_Driver_Choice::Automatic);
+        make(*device, realCounter, realLoop);
+        break;
+    }
     if (!session->Load())
         return Cli_Outcome::Failed("", dialogs.shown.empty() ? "the program cannot start"
                                                              : dialogs.shown.back().text);
-    if (withSound && !session->fontsLoaded)
+    if (wanted != Cli_Sound::None && !session->fontsLoaded)
         return Cli_Outcome::Failed("", "there is no soundfont to play with; name one with --soundfont");
     return {};
 }

@@ -4,6 +4,7 @@
 #include "cli/cli_outcome.h"
 #include "platform/offline_sound_door.h"
 #include "platform/scripted_midi_ports.h"
+#include "platform/waiting_run_loop.h"
 
 #include <filesystem>
 #include <memory>
@@ -32,8 +33,15 @@ struct Cli_Options {
     std::vector<std::filesystem::path> soundfonts;
 };
 
-/// A session on simulated time, with scripted keys, that reads nothing of the user's but the files named in
-/// the call and leaves nothing behind. One thread.
+/// What a tool's session sounds on.
+enum class Cli_Sound {
+    None,   ///< messages are taken and sound nothing; simulated time
+    Pulled, ///< the synthesizer is there to be pulled; simulated time
+    Device  ///< the machine's sound device, in real time
+};
+
+/// A session with scripted keys, on simulated time unless it sounds on a device, that reads nothing of the
+/// user's but the files named in the call and leaves nothing behind. One thread.
 class Cli_Session {
     // What the session stands on comes first: it outlives the session.
     Temporary_Folder folder;
@@ -42,15 +50,17 @@ class Cli_Session {
 
 public:
     Cli_Session() = default;
-    /// withSound: the synthesizer is there to be pulled; else messages are taken and sound nothing.
-    Cli_Outcome Open(const Cli_Options& options, bool withSound);
+    Cli_Outcome Open(const Cli_Options& options, Cli_Sound sound);
 
     Simulated_Counter counter;
     Simulated_Run_Loop loop{counter};
+    Monotonic_Counter realCounter;
+    Waiting_Run_Loop realLoop;
     Scripted_Key_State keys;
     Scripted_Midi_Ports midi{counter};
     Recorded_Dialogs dialogs;
-    std::unique_ptr<Offline_Sound_Door> synthesizer; ///< with sound
+    std::unique_ptr<Offline_Sound_Door> synthesizer; ///< Cli_Sound::Pulled
+    std::unique_ptr<Synth_Sound_Door> device;        ///< Cli_Sound::Device
     std::unique_ptr<Session> session;                ///< after Open
 
 private:

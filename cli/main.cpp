@@ -4,6 +4,8 @@
 #include "cli/listings.h"
 #include "cli/midi_files.h"
 #include "cli/perform.h"
+#include "cli/play.h"
+#include "cli/render.h"
 #include "cli/song_listings.h"
 
 #include <CLI/CLI.hpp>
@@ -76,6 +78,42 @@ int Run(int argc, char** argv) {
     CLI::App* importMidi = app.add_subcommand("import-midi", "Writes a Standard MIDI File as a project file");
     importMidi->add_option("IN.mid", midi.song, "The MIDI file")->required();
     importMidi->add_option("OUT.tvx", midi.out, "The project file")->required();
+    Render_Call mix;
+    CLI::App* render =
+        app.add_subcommand("render", "Mixes a song down to a sound file; its ending picks the kind");
+    render->add_option("SONG", mix.song, "The song: a project file (.tvx)")->required();
+    render->add_option("OUT", mix.out, "A file ending in .wav, .flac, .ogg, .opus, .mp3 or .wma")->required();
+    render->add_option("--rate", mix.rate, "Frames a second; usually 44100, of Opus 48000")
+        ->check(CLI::PositiveNumber)
+        ->type_name("N");
+    render
+        ->add_option("--quality", mix.quality,
+                     ".wav 16, 24 or 32 bits (32: floating point), .flac 16 or 24 bits, .ogg 1 to 10, "
+                     ".opus, .mp3 and .wma kbit/s; usually 16, 16, 6, 128, 192 and 128")
+        ->check(CLI::PositiveNumber)
+        ->type_name("N");
+    render->add_option("--tail", mix.tailSeconds, "Seconds that the last voices may ring on; usually 8")
+        ->check(CLI::Range(0.0, 60.0))
+        ->type_name("S");
+
+    Play_Call playing;
+    CLI::App* play = app.add_subcommand("play", "Plays a song on the sound device, or in no time");
+    play->add_option("SONG", playing.song, "The song: a project file (.tvx)")->required();
+    play->add_option("--from", playing.fromBeat, "Where to begin, in beats")
+        ->check(CLI::Range(0.0, MAX_EVENT_BEATS))
+        ->type_name("BEAT");
+    play->add_option("--speed", playing.speedPercent, "Usually 100")
+        ->check(CLI::Range(1.0, 400.0))
+        ->type_name("PERCENT");
+    play->add_flag("--virtual", playing.onVirtualTime,
+                   "On a simulated clock: without a device, in no time, each time the same");
+    play->add_option("--trace", playing.trace, "Every message that left for the output, as JSON lines")
+        ->type_name("OUT.jsonl");
+    play->add_option("--wav", playing.wav, "What the synthesizer sounded")->type_name("OUT.wav");
+    play->add_option("--engine", engine, "What sounds stored events: thread or polling")
+        ->check(CLI::IsMember({"thread", "polling"}))
+        ->type_name("ENGINE");
+
     std::string song;
     const auto takesSong = [&song](CLI::App* verb) {
         verb->add_option("SONG.tvx", song, "The project file")->required();
@@ -112,6 +150,14 @@ int Run(int argc, char** argv) {
         return Report(Export_Midi(options, midi));
     if (importMidi->parsed())
         return Report(Import_Midi(options, midi));
+    if (render->parsed()) {
+        const Cli_Outcome outcome = Render(options, mix, text);
+        return Print(outcome, text);
+    }
+    if (play->parsed()) {
+        playing.threadEngine = engine == "thread";
+        return Report(Play(options, playing));
+    }
     if (dump->parsed()) {
         const Cli_Outcome outcome = Print_Song(options, song, text);
         return Print(outcome, text);

@@ -7,8 +7,8 @@
 #include "cli/progress_line.h"
 #include "cli/song_dump.h"
 #include "cli/song_source.h"
+#include "cli/sound_keeper.h"
 #include "cli/trace_writer.h"
-#include "cli/wave_file.h"
 
 #include <system_error>
 
@@ -21,7 +21,6 @@ namespace {
 constexpr std::int64_t NS_PER_MS = 1'000'000;
 constexpr std::uint8_t MIDI_NOTE_ON = 0x90;
 constexpr std::uint8_t MIDI_NOTE_OFF = 0x80;
-constexpr double LONGEST_TAIL_S = 8.0;
 
 /// The words of the call that no file can be blamed for, and the files that cannot become.
 Cli_Outcome Check_Call(const Perform_Call& call) {
@@ -113,39 +112,6 @@ Cli_Outcome Write_Song(Cli_Session& tool, const fs::path& out) {
     return outcome.Done() ? Write_Text(out, Dump_Song(*tool.session, bytes)) : outcome;
 }
 
-/// Pulls the synthesizer along with the run.
-class Sound_Keeper {
-public:
-    explicit Sound_Keeper(Offline_Sound_Door* door) : synthesizer(door) {}
-
-    Cli_Outcome Open(const fs::path& path) {
-        std::string error;
-        if (synthesizer == nullptr)
-            return {};
-        // Sound comes one block after its moment: without that block, sound and song begin together.
-        wave.Skip(synthesizer->Latency_Frames());
-        return wave.Open(path, synthesizer->Sample_Rate(), error) ? Cli_Outcome{}
-                                                                  : Cli_Outcome::Failed(path.string(), error);
-    }
-    void Follow(std::int64_t nowNs) {
-        if (synthesizer != nullptr)
-            synthesizer->Render_Until(nowNs, sink);
-    }
-    Cli_Outcome Keep(const fs::path& path, std::int64_t nowNs) {
-        std::string error;
-        if (synthesizer == nullptr)
-            return {};
-        synthesizer->Render_Until(nowNs, sink);
-        synthesizer->Render_Tail(LONGEST_TAIL_S, sink);
-        return wave.Keep(error) ? Cli_Outcome{} : Cli_Outcome::Failed(path.string(), error);
-    }
-
-private:
-    Offline_Sound_Door* synthesizer;
-    Wave_File wave;
-    Offline_Sound_Door::Sample_Sink sink = [this](std::span<const float> stereo) { wave.Write(stereo); };
-};
-
 } // namespace
 
 Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
@@ -155,7 +121,7 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
     if (outcome.Done())
         outcome = Read_Key_Script(call.keys, script);
     if (outcome.Done())
-        outcome = tool.Open(options, !call.wav.empty());
+        outcome = tool.Open(options, call.wav.empty() ? Cli_Sound::None : Cli_Sound::Pulled);
     if (outcome.Done())
         outcome = Open_Song(tool, call.song, New_Song::With_One_Channel);
     if (outcome.Done())
@@ -183,7 +149,8 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
     session.observers.push_back(&trace);
     Progress_Line progress("Playing", script.end_ms);
     tool.loop.betweenRounds = [&](std::int64_t nowMs) {
-        sound.Follow(tool.counter.Now_Ns());
+        // What is due within the last millisecond is posted in the round to come.
+        sound.Follow(tool.counter.Now_Ns() - NS_PER_MS);
         progress.Show(nowMs);
         if (nowMs >= script.end_ms)
             session.transport.StopTransportRequest = true;
@@ -198,7 +165,8 @@ Cli_Outcome Perform(const Cli_Options& options, const Perform_Call& call) {
         return Cli_Outcome::Failed("", tool.dialogs.shown.empty() ? "the recording could not start"
                                                                   : tool.dialogs.shown.back().text);
 
-    outcome = sound.Keep(call.wav, tool.counter.Now_Ns());
+    sound.Follow(tool.counter.Now_Ns());
+    outcome = sound.Keep();
     if (outcome.Done() && !call.trace.empty())
         outcome = Write_Text(call.trace, trace.Text());
     return outcome.Done() ? Write_Song(tool, call.out) : outcome;

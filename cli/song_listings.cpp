@@ -41,7 +41,7 @@ std::string Note_Lists(Session& session) {
 }
 
 Cli_Outcome Open(Cli_Session& tool, const Cli_Options& options, const std::string& song) {
-    const Cli_Outcome outcome = tool.Open(options, false);
+    const Cli_Outcome outcome = tool.Open(options, Cli_Sound::None);
     return outcome.Done() ? Open_Song(tool, song, New_Song::Empty) : outcome;
 }
 

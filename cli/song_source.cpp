@@ -36,6 +36,18 @@ Cli_Outcome Open_Song(Cli_Session& tool, const std::string& song, New_Song newSo
                : Cli_Outcome::Failed(song, Last_Words(tool, "cannot be loaded"));
 }
 
+Cli_Outcome Use_Named_Fonts(Cli_Session& tool, const Cli_Options& options) {
+    if (options.soundfonts.empty())
+        return {};
+    std::vector<std::string> list;
+    for (const fs::path& font : options.soundfonts)
+        list.push_back(font.string());
+    if (!tool.session->fonts->Load_SF2_List(list))
+        return Cli_Outcome::Failed(list.front(), "the soundfont cannot be loaded");
+    tool.session->Send_Idle_Sound();
+    return {};
+}
+
 Cli_Outcome Song_Bytes(const Cli_Session& tool, std::vector<std::uint8_t>& bytes) {
     auto written = Write_Project(tool.session->files->Snapshot());
     if (!written)

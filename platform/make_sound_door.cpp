@@ -21,7 +21,8 @@ constexpr Api_Row APIS[] = {
 
 } // namespace
 
-std::unique_ptr<Sound_Door> Make_Sound_Door(const Millisecond_Counter& clock, Sound_Driver_Choice choice) {
+std::unique_ptr<Synth_Sound_Door> Make_Sound_Door(const Millisecond_Counter& clock,
+                                                  Sound_Driver_Choice choice) {
     const char* const value = std::getenv("TONVEX_SOUND");
     const std::string_view wish = value == nullptr ? "" : value;
     std::vector<std::unique_ptr<Sound_Driver>> all;

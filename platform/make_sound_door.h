@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/millisecond_counter.h"
-#include "platform/sound_door.h"
+#include "platform/synth_sound_door.h"
 
 #include <memory>
 
@@ -16,6 +16,7 @@ enum class Sound_Driver_Choice {
 ///
 /// Automatic obeys the environment variable TONVEX_SOUND: "jack", "pulse" or "alsa" tries that one alone,
 /// "quiet" tries none; anything else, and no value, tries all.
-std::unique_ptr<Sound_Door> Make_Sound_Door(const Millisecond_Counter& clock, Sound_Driver_Choice choice);
+std::unique_ptr<Synth_Sound_Door> Make_Sound_Door(const Millisecond_Counter& clock,
+                                                  Sound_Driver_Choice choice);
 
 } // namespace tonvex
