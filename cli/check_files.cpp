@@ -6,6 +6,7 @@
 #include "engine/fingerpick_pattern.h"
 #include "input/keyboard_layout_file.h"
 #include "project/channel_template.h"
+#include "project/midi_file_reader.h"
 #include "project/project_reader.h"
 #include "song/notes_stuff.h"
 
@@ -66,6 +67,21 @@ std::string Check_Font(Bytes bytes) {
     return DLSListClass::Parse_SF2_Bytes(bytes, title, presets) ? OK : "Invalid SF2 file";
 }
 
+/// Nothing when it is no MIDI file at all.
+std::optional<std::string> Check_Midi(Bytes bytes) {
+    Midi_File_Reader reader(bytes);
+    Midi_File_Data data;
+    switch (reader.Read_Header()) {
+    case Midi_File_Reader::Header::Good:
+        return reader.Read_Tracks(data) ? OK : "Error loading Midi file";
+    case Midi_File_Reader::Header::Time_Format:
+        return "Time format not supported";
+    case Midi_File_Reader::Header::Bad:
+        break;
+    }
+    return std::nullopt;
+}
+
 /// Kinds that begin with words of their own.
 std::optional<std::string> Check_By_Content(Bytes bytes) {
     const std::string_view text = Text_Of(bytes);
@@ -81,7 +97,7 @@ std::optional<std::string> Check_By_Content(Bytes bytes) {
         (void)Parse_Template(text, true);
         return OK;
     }
-    return std::nullopt;
+    return Check_Midi(bytes);
 }
 
 std::string Check_Pattern(const Cli_Options& options, std::string_view text) {
@@ -105,6 +121,8 @@ std::string Check_By_Name(const Cli_Options& options, const fs::path& file, Byte
         return notes.Load_Drums(file, error) ? OK : error;
     if (ending == ".txt")
         return Check_Pattern(options, Text_Of(bytes));
+    if (ending == ".mid")
+        return "Error loading Midi file";
     if (ending == ".tvx")
         return Check_Project(bytes);
     if (ending == ".dat")

@@ -1,7 +1,11 @@
 #include "cli/song_source.h"
 
+#include "base/text_codec.h"
+#include "project/midi_file_reader.h"
 #include "project/project_writer.h"
 
+#include <array>
+#include <fstream>
 #include <system_error>
 #include <utility>
 
@@ -11,12 +15,36 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What the program's last box said of a failure.
-std::string Last_Words(const Cli_Session& tool, const char* otherwise) {
-    return tool.dialogs.shown.empty() ? otherwise : tool.dialogs.shown.back().text;
+bool Is_There(const std::string& file) {
+    std::error_code error;
+    return fs::is_regular_file(file, error);
+}
+
+/// By its content or its ending.
+bool Is_Midi_File(const fs::path& path) {
+    if (Lower_Ascii(path.extension().string()) == ".mid")
+        return true;
+    std::array<char, 64> start{};
+    std::ifstream file(path, std::ios::binary);
+    file.read(start.data(), start.size());
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(start.data());
+    return Midi_File_Reader({bytes, static_cast<std::size_t>(file.gcount())}).Read_Header() !=
+           Midi_File_Reader::Header::Bad;
 }
 
 } // namespace
+
+Cli_Outcome Told_Failure(const Cli_Session& tool, const std::string& file) {
+    return Cli_Outcome::Failed(file, tool.dialogs.shown.empty() ? "cannot be read or written"
+                                                                : tool.dialogs.shown.back().text);
+}
+
+Cli_Outcome Import_Song(Cli_Session& tool, const std::string& file) {
+    if (!Is_There(file))
+        return Cli_Outcome::Failed(file, "there is no such file");
+    return tool.session->midiImport->ImportMidi(file) == Work_Outcome::Done ? Cli_Outcome{}
+                                                                            : Told_Failure(tool, file);
+}
 
 Cli_Outcome Open_Song(Cli_Session& tool, const std::string& song, New_Song newSong) {
     Session& session = *tool.session;
@@ -28,12 +56,11 @@ Cli_Outcome Open_Song(Cli_Session& tool, const std::string& song, New_Song newSo
             session.files->NewProject();
         return {};
     }
-    std::error_code error;
-    if (!fs::is_regular_file(song, error))
+    if (!Is_There(song))
         return Cli_Outcome::Failed(song, "there is no such file");
-    return session.files->LoadProject(song, 0, false)
-               ? Cli_Outcome{}
-               : Cli_Outcome::Failed(song, Last_Words(tool, "cannot be loaded"));
+    if (Is_Midi_File(song))
+        return Import_Song(tool, song);
+    return session.files->LoadProject(song, 0, false) ? Cli_Outcome{} : Told_Failure(tool, song);
 }
 
 Cli_Outcome Use_Named_Fonts(Cli_Session& tool, const Cli_Options& options) {
@@ -59,7 +86,7 @@ Cli_Outcome Song_Bytes(const Cli_Session& tool, std::vector<std::uint8_t>& bytes
 Cli_Outcome Save_Song(Cli_Session& tool, const fs::path& out) {
     return tool.session->files->SaveProject(out, Project_Files::SAVE_AS, true)
                ? Cli_Outcome{}
-               : Cli_Outcome::Failed(out.string(), Last_Words(tool, "cannot be written"));
+               : Told_Failure(tool, out.string());
 }
 
 } // namespace tonvex

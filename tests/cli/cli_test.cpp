@@ -332,6 +332,7 @@ TEST_F(Cli_Test, Check_Tells_Of_Files_Of_Every_Kind) {
     Write("cut.dat", "Keyb02");
     Write("bad.sf2", "RIFF....sfbk");
     Write("letter.doc", "Dear reader");
+    Write("cut.mid", std::string("MThd\0\0\0\6\0\1\0\1\0\x60MTrk", 18));
     const std::string good = "'" + data + "/keyboard/Tonvex default.dat' '" + data +
                              "/patterns/fingerpick/1.txt' '" + data + "/templates/channels/Flute.txt' '" +
                              data + "/chords.txt' '" + data + "/drums.txt' '" + data +
@@ -339,11 +340,13 @@ TEST_F(Cli_Test, Check_Tells_Of_Files_Of_Every_Kind) {
     const Run_Result whole = Call("check song.tvx " + good);
     EXPECT_EQ(whole.status, 0) << whole.out;
     EXPECT_EQ(whole.out.substr(0, 13), "song.tvx: ok\n");
-    const Run_Result bad = Call("check cut.tvx other.tvx song.tvx cut.dat bad.sf2 letter.doc none.tvx");
+    const Run_Result bad =
+        Call("check cut.tvx other.tvx song.tvx cut.dat bad.sf2 letter.doc none.tvx cut.mid");
     EXPECT_EQ(bad.status, 1);
     EXPECT_EQ(bad.out, "cut.tvx: Error loading file\nother.tvx: Invalid file format (tvx)\nsong.tvx: ok\n"
                        "cut.dat: the keyboard layout is cut off\nbad.sf2: Invalid SF2 file\n"
-                       "letter.doc: is of no kind that Tonvex reads\nnone.tvx: there is no such file\n");
+                       "letter.doc: is of no kind that Tonvex reads\nnone.tvx: there is no such file\n"
+                       "cut.mid: Error loading Midi file\n");
     EXPECT_EQ(bad.err, "");
 }
 
