@@ -103,6 +103,7 @@ private:
     void Export_Midi();
     void Make_Edit_Menu();
     void Refresh_Undo();
+    void Make_Export_Entries(QMenu* menu);
     void Make_Record_Menu();
     void Make_Project_Menu();
     void Make_Marks_Menu();

@@ -7,6 +7,7 @@
 #include "app/windows/frm_main.h"
 #include "app/windows/song_files.h"
 #include "engine/windows/frm_recorder.h"
+#include "project/windows/frm_export_audio.h"
 #include "project/windows/frm_new_file.h"
 #include "project/windows/frm_save_as_template.h"
 #include "song/windows/frm_set_speed.h"
@@ -57,6 +58,8 @@ void frmMain::Make_File_Menu() {
                [this] { songFiles->Save_As(); });
     lockedInRun.push_back(Add_Action(menu, tr("Save as te&mplate..."), {}, [this] { Save_As_Template(); }));
     menu->addSeparator();
+    Make_Export_Entries(menu);
+    menu->addSeparator();
     lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
         Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
     }));
@@ -65,6 +68,20 @@ void frmMain::Make_File_Menu() {
     menu->addSeparator();
     Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Show_Recent_Files();
+}
+
+void frmMain::Make_Export_Entries(QMenu* menu) {
+    const auto add = [this, menu](const QString& text, const char* name, Audio_Export entry) {
+        QAction* action = Add_Action(menu, text, {}, [this, entry] {
+            recorder->Practice().Hold();
+            Export_Audio(session, theme, entry, this);
+            recorder->Practice().Let_Go();
+        });
+        action->setObjectName(QLatin1String(name));
+        lockedInRun.push_back(action);
+    };
+    add(tr("Export to a&udio..."), "mnu_ExporttoWav", Audio_Export::Any);
+    add(tr("Export to &WMA..."), "mnu_ExporttoWMA", Audio_Export::Wma);
 }
 
 void frmMain::New_From_Template() {

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProgressDialog>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QStringList>
 
@@ -120,6 +121,12 @@ std::string Qt_User_Dialogs::Choose_File_To_Save(const Save_Request& request) {
     dialog.setNameFilters(patterns);
     // The dialog asks about a file that exists, under the name that it completes itself.
     dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
+    // "Name (*.ending)": a name typed without an ending gets that of the filter in force.
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
+        static const QRegularExpression ENDING(QStringLiteral("\\*(\\.\\w+)"));
+        if (const auto found = ENDING.match(filter); found.hasMatch())
+            dialog.setDefaultSuffix(found.captured(1));
+    });
     const QFileInfo suggested(QString::fromStdString(request.suggestion));
     if (suggested.isAbsolute())
         dialog.setDirectory(suggested.absolutePath());
