@@ -53,7 +53,7 @@ Synth_Instance* Synth_Graph::Swap_Instance(Synth_Instance* fresh) noexcept {
     if (instance == nullptr)
         return old;
     for (int slot = 0; slot < OUTPUT_SLOTS; ++slot) {
-        const Slot_State& state = slots[static_cast<std::size_t>(slot)];
+        const Slot_State& state = slotStates[static_cast<std::size_t>(slot)];
         Set_Program(slot);
         fluid_synth_cc(instance->Synth(), slot, VOLUME_CONTROLLER, state.volume);
         fluid_synth_cc(instance->Synth(), slot, PAN_CONTROLLER, state.pan);
@@ -62,7 +62,7 @@ Synth_Instance* Synth_Graph::Swap_Instance(Synth_Instance* fresh) noexcept {
 }
 
 void Synth_Graph::Set_Program(int slot) noexcept {
-    const Slot_State& state = slots[static_cast<std::size_t>(slot)];
+    const Slot_State& state = slotStates[static_cast<std::size_t>(slot)];
     const Found_Preset found = instance->Find(slot, state.program, state.bank, state.font);
     if (found.fontId < 0)
         fluid_synth_unset_program(instance->Synth(), slot);
@@ -74,7 +74,7 @@ void Synth_Graph::Apply(const Sound_Message& message) noexcept {
     if (message.slot >= OUTPUT_SLOTS && message.op != Sound_Op::AllNotesOff)
         return;
     const int slot = message.slot;
-    Slot_State& state = slots[message.slot % OUTPUT_SLOTS];
+    Slot_State& state = slotStates[message.slot % OUTPUT_SLOTS];
     const auto first = std::min<std::uint8_t>(message.a, 127);
     const auto second = std::min<std::uint8_t>(message.b, 127);
     fluid_synth_t* const synth = instance == nullptr ? nullptr : instance->Synth();

@@ -67,7 +67,7 @@ private:
     void Find_Silent_Slots() noexcept;
 
     Synth_Instance* instance = nullptr;
-    std::array<Slot_State, OUTPUT_SLOTS> slots{};
+    std::array<Slot_State, OUTPUT_SLOTS> slotStates{};
     std::uint32_t sounding = 0; ///< bit n: slot n may have voices
     int piecesToCheck = 0;      ///< until the slots that fell silent are looked for
     std::array<Piece_Buffer, static_cast<std::size_t>(OUTPUT_SLOTS) * 2> dry{};
