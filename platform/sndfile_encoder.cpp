@@ -166,19 +166,22 @@ bool Sndfile_Encoder::Write(std::span<const float> stereo) {
     return !failed;
 }
 
-/// Evenly spread over 0 to 1. The generator is George Marsaglia's xorshift of 64 bits, shifts 13, 7, 17.
+/// Triangular over -1 to 1: the difference of both halves of one number. The generator is George Marsaglia's
+/// xorshift of 64 bits, shifts 13, 7, 17.
 double Sndfile_Encoder::Noise() noexcept {
     noiseState ^= noiseState << 13U;
     noiseState ^= noiseState >> 7U;
     noiseState ^= noiseState << 17U;
-    return static_cast<double>(noiseState >> 11U) * 0x1.0p-53;
+    const auto high = static_cast<std::int64_t>(noiseState >> 32U);
+    const auto low = static_cast<std::int64_t>(noiseState & 0xffffffffU);
+    return static_cast<double>(high - low) * 0x1.0p-32;
 }
 
 bool Sndfile_Encoder::Write_Dithered(std::span<const float> stereo) {
     constexpr double STEPS = 32768.0;
     dithered.resize(stereo.size());
     for (std::size_t i = 0; i < stereo.size(); ++i) {
-        const double noise = stereo[i] == 0.0F ? 0.0 : Noise() - Noise();
+        const double noise = stereo[i] == 0.0F ? 0.0 : Noise();
         const double wanted = static_cast<double>(stereo[i]) * STEPS + noise;
         dithered[i] = static_cast<short>(RoundHalfEven(std::clamp(wanted, -STEPS, STEPS - 1.0)));
     }
