@@ -17,8 +17,8 @@ struct Mixdown_Result {
     std::string error; ///< of a failed one
     double seconds = 0.0;
     double peakDb =
-        0.0; ///< largest sample, dB below (or, above 0, beyond) full scale; minus infinity: silence
-    bool cut = false;      ///< what lies beyond full scale is cut off in the file
+        0.0;          ///< largest sample, dB below (or, above 0, beyond) full scale; minus infinity: silence
+    bool cut = false; ///< what lies beyond full scale is cut off in the file
     double loudness = 0.0; ///< integrated, LUFS (see Loudness_Meter); minus infinity: silence
 };
 

@@ -58,13 +58,13 @@ void frmMain::Make_File_Menu() {
                [this] { songFiles->Save_As(); });
     lockedInRun.push_back(Add_Action(menu, tr("Save as te&mplate..."), {}, [this] { Save_As_Template(); }));
     menu->addSeparator();
-    Make_Export_Entries(menu);
-    menu->addSeparator();
     lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
         Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
     }));
     menu->addSeparator();
     Make_Midi_File_Entries(menu);
+    menu->addSeparator();
+    Make_Export_Entries(menu);
     menu->addSeparator();
     Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Show_Recent_Files();
