@@ -57,7 +57,11 @@ void Read_Old_Rows(Byte_Cursor& cursor, double msPerBeat, Key_Tables& tables) {
         note = Read_Note_Row_Ms(cursor, msPerBeat);
     for (std::size_t i = 0; i < LAYOUT_ROWS; ++i) {
         Keep_Name_Field(cursor, tables.nameFields[i]);
-        tables.chords[i] = Read_QChord_Row_Ms(cursor, msPerBeat);
+        QChordData chord = Read_QChord_Row_Ms(cursor, msPerBeat);
+        // That version has no finger picking: what the key has stays.
+        chord.ArpeggioOn = tables.chords[i].ArpeggioOn;
+        chord.ArpeggioPattern = tables.chords[i].ArpeggioPattern;
+        tables.chords[i] = chord;
     }
 }
 
