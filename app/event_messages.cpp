@@ -96,7 +96,7 @@ bool Set_Number(Hub_Call& call) {
     if (!eventId || (newValue == NOT_GIVEN && delta == NOT_GIVEN))
         return false;
     const MsgManager::Batch batch(call.hub, MsgManager::Batch::Closing_Message_Follows);
-    constexpr bool notes = setter == &ChannelClass::Set_Event_Note;
+    const bool notes = setter == &ChannelClass::Set_Event_Note;
     Keep(call, notes ? "Change note" : "Change volume");
     (store->*setter)(*eventId, newValue, delta);
     return true;
