@@ -24,21 +24,21 @@ constexpr int PACKET_BYTES = 12800;
 
 } // namespace
 
-void Wma_Encoder::Deleter::operator()(AVCodecContext* codec) const noexcept {
-    avcodec_free_context(&codec);
+void Wma_Encoder::Deleter::operator()(AVCodecContext* freed) const noexcept {
+    avcodec_free_context(&freed);
 }
-void Wma_Encoder::Deleter::operator()(AVFormatContext* container) const noexcept {
-    avformat_free_context(container);
+void Wma_Encoder::Deleter::operator()(AVFormatContext* freed) const noexcept {
+    avformat_free_context(freed);
 }
-void Wma_Encoder::Deleter::operator()(AVFrame* frame) const noexcept {
-    av_frame_free(&frame);
+void Wma_Encoder::Deleter::operator()(AVFrame* freed) const noexcept {
+    av_frame_free(&freed);
 }
-void Wma_Encoder::Deleter::operator()(AVIOContext* access) const noexcept {
-    av_freep(&access->buffer);
-    avio_context_free(&access);
+void Wma_Encoder::Deleter::operator()(AVIOContext* freed) const noexcept {
+    av_freep(&freed->buffer);
+    avio_context_free(&freed);
 }
-void Wma_Encoder::Deleter::operator()(AVPacket* packet) const noexcept {
-    av_packet_free(&packet);
+void Wma_Encoder::Deleter::operator()(AVPacket* freed) const noexcept {
+    av_packet_free(&freed);
 }
 
 Wma_Encoder::Wma_Encoder() = default;
