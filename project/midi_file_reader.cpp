@@ -76,8 +76,10 @@ bool Midi_File_Reader::Read_Tracks(Midi_File_Data& data) {
         Read_Number(cursor, 4, length);
         const bool isTrack = name == "MTrk";
         const auto chunk = cursor.Read_Bytes(length);
+        if (!cursor.Ok() && isTrack)
+            return false;
         if (!cursor.Ok()) // what is no track may be cut off: nothing of the song is in it
-            return !isTrack && data.tracks.size() >= trackCount;
+            break;
         if (isTrack && !Read_Track(Byte_Cursor(chunk), data))
             return false;
     }

@@ -59,6 +59,31 @@ std::vector<std::vector<int>> Share_Slots(const std::vector<Midi_Channel>& midiC
     return slots;
 }
 
+/// A file's volumes are written for players that leave much room above; here a map that nobody touched is as
+/// loud as a song bears. So the loudest volume of the file becomes that of an untouched map, the others
+/// follow in proportion. A file that stays below, such as one of our own, is left as it is.
+void Level_Volumes(std::vector<Midi_Channel>& midiChannels) {
+    int loudest = 0;
+    for (const Midi_Channel& midi : midiChannels) {
+        if (midi.voices.empty())
+            continue;
+        loudest = std::max(loudest, midi.volume);
+        for (const Midi_Step& step : midi.volumeSteps)
+            loudest = std::max(loudest, step.value);
+    }
+    if (loudest <= PanVol_Class::NEW_VALUE)
+        return;
+    const auto level = [loudest](int value) {
+        const double levelled = double{PanVol_Class::NEW_VALUE} * value / loudest;
+        return std::max(static_cast<int>(RoundHalfUp(levelled)), std::min(value, 1));
+    };
+    for (Midi_Channel& midi : midiChannels) {
+        midi.volume = level(midi.volume);
+        for (Midi_Step& step : midi.volumeSteps)
+            step.value = level(step.value);
+    }
+}
+
 const Midi_Track* Track_Of(const Midi_File_Data& data, std::uint32_t order) {
     const auto behind =
         std::partition_point(data.tracks.begin(), data.tracks.end(),
@@ -127,6 +152,7 @@ Work_Outcome MidiImport_Class::Import(std::span<const std::uint8_t> bytes, Work_
             return Work_Outcome::Cancelled;
         midiChannels.push_back(Midi_Channel_Reader(data, channel).Read());
     }
+    Level_Volumes(midiChannels);
     Put_In_Place(data, midiChannels);
     (void)progress.Show(Percent(WHOLE), WHOLE);
     return Work_Outcome::Done;

@@ -80,7 +80,9 @@ TEST_F(Midi_Import, Makes_Channels_Of_What_The_Tracks_Play) {
                    Riff_Chunk("DISP", "odd") + Riff_Chunk("data", Midi_File(0, 4, {Track(NOTE)}))),
          plain},
         {"a foreign chunk, cut off at the end",
-         Midi_File(0, 4, {Track(NOTE)}) + "XFIH" + Hex("00 00 01 00") + "x", plain},
+         Midi_File(0, 4, {Track("00 90 3C 64 04 80 3C 00 04 90 3E 64 08 80 3E 00")}) + "XFIH" +
+             Hex("00 00 01 00") + "x",
+         "Channel 0: slot 0 patch 0 pan 64; 0 60 100 1; 2 62 100 2\n"},
     };
     S().channels->Global_DrumPatches[1] = {"Room", 8, 0, 0};
     S().channels->DrumPatchCount = 2;
@@ -124,11 +126,15 @@ TEST_F(Midi_Import, Takes_Tempo_Texts_And_Controllers) {
     EXPECT_EQ(S().tempoChanges.In_Time_Order()[0].Tempo, 120) << "the last of one moment";
     EXPECT_EQ(Channels_Text(S()), "Channel 2: slot 2 patch 0 pan 20; 0 60 100 3\n");
     EXPECT_EQ(S().channels->Channels[0].Volume, 100);
-    EXPECT_EQ(Map_Text(S(), Map_Kind::Volume, 2), "0=90 1=90 1=45 1=45 1=23 2=23 2=45 end=45");
+    EXPECT_EQ(Map_Text(S(), Map_Kind::Volume, 2), "0=64 1=64 1=32 1=32 1=16 2=16 2=32 end=32")
+        << "90, 45 and 23 levelled by 64 / 90";
     EXPECT_EQ(Map_Text(S(), Map_Kind::Pan, 2), "0=20 2=20 2=64 end=64");
     ASSERT_EQ(Import(Midi_File(0, 4, {Track(NOTE)})), Work_Outcome::Done);
     EXPECT_EQ(S().project.ProjectTempo, 120) << "of a file that sets none";
-    EXPECT_EQ(Map_Text(S(), Map_Kind::Volume, 0), "0=100 end=100");
+    EXPECT_EQ(Map_Text(S(), Map_Kind::Volume, 0), "0=64 end=64");
+    ASSERT_EQ(Import(Midi_File(0, 4, {Track(std::string("00 B0 07 28 00 B1 07 00 ") + NOTE)})),
+              Work_Outcome::Done);
+    EXPECT_EQ(Map_Text(S(), Map_Kind::Volume, 0), "0=40 end=40") << "quiet files stay as they are";
 }
 
 TEST_F(Midi_Import, Refuses_What_It_Cannot_Read) {
