@@ -84,6 +84,7 @@ void CHannelPlayerClass::Go_On_From(std::int64_t moment) {
     End_All();
     playFrom = moment;
     Set_Next(First_At(moment));
+    patchMissed = muted;
     if (store == nullptr || !Sounding)
         return;
     if (const std::int32_t patchRow = muted ? -1 : Patch_Before(moment); patchRow >= 0)
@@ -225,10 +226,21 @@ void CHannelPlayerClass::Start_Next_Event() {
             Start_Chord(*event);
         else if (event->Kind == EV_NOTE && !muted)
             Start_Note(*event);
-        else if (event->Kind == EV_PATCH && !muted && renderer == nullptr)
+        else if (event->Kind == EV_PATCH && muted)
+            patchMissed = true;
+        else if (event->Kind == EV_PATCH && renderer == nullptr)
             output.GCM_SetChannelPatch(channelRow, event->DataRef);
     }
     Set_Next(store->Get_NextEventI(NextEventI));
+}
+
+void CHannelPlayerClass::UnMuteChannel() {
+    muted = false;
+    // The player library sends what its own lists have passed.
+    if (!std::exchange(patchMissed, false) || store == nullptr || !Sounding || renderer != nullptr)
+        return;
+    if (const std::int32_t patchRow = Patch_Before(playFrom); patchRow >= 0)
+        output.GCM_SetChannelPatch(channelRow, patchRow);
 }
 
 } // namespace tonvex

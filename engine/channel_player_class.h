@@ -59,8 +59,9 @@ public:
     void Played_Until(std::int64_t moment) noexcept { playFrom = moment + 1; }
     /// Silences the channel at once. A chord goes on unheard.
     void MuteChannel();
-    /// What was cut stays silent; the next event sounds, and the next step of a chord.
-    void UnMuteChannel() noexcept { muted = false; }
+    /// What was cut stays silent; the next event sounds, and the next step of a chord. A patch change that
+    /// was passed in between is sent now, so that they sound right.
+    void UnMuteChannel();
     bool Muted() const noexcept { return muted; }
     /// Nothing left to start and nothing sounding.
     bool At_End() const noexcept { return NextEventI < 0 && activeEvents.empty(); }
@@ -149,6 +150,7 @@ private:
     std::int32_t channelId = 0;
     std::uint8_t OutputMidiChannel = 0; ///< as the channel was last seen
     bool muted = false;
+    bool patchMissed = false; ///< while muted a patch change was passed, or a place sought
     bool tempoChanged = false;
     std::int64_t playFrom = 0;    ///< what lies before has been played or sought past
     std::int32_t NextEventI = -1; ///< event to start next, -1 at the end

@@ -56,8 +56,10 @@ void Cue_Player::Set_List(std::size_t index, std::shared_ptr<const Cue_List> row
 
 void Cue_Player::Set_Position(double beats) {
     position = Moment_At(beats);
-    for (List& list : lists)
+    for (List& list : lists) {
         list.next = list.rows->First_At(position);
+        list.missedPatches = list.muted ? 1 : 0;
+    }
 }
 
 void Cue_Player::Start() {
@@ -84,6 +86,8 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
     list.rows.swap(rows);
     list.sounding = std::move(kept);
     list.next = list.rows->First_At(position);
+    if (!keepSounding)
+        list.missedPatches = list.muted ? 1 : 0;
     if (!playing)
         return;
     // What has been walked is not walked again, also where a new clock reads less than the one before.
@@ -112,8 +116,12 @@ void Cue_Player::Set_Mute(int row, bool mute) {
             continue;
         Take_Back();
         list.muted = mute;
-        if (mute)
-            Close_All(list);
+        if (!mute) {
+            Send_Missed_Patch(list);
+            continue;
+        }
+        list.missedPatches = 0;
+        Close_All(list);
     }
 }
 
@@ -236,6 +244,7 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
         row.message.b = item.b;
         row.message.font = item.font;
         row.sent = !list.muted;
+        list.missedPatches += row.sent ? 0 : 1;
         break;
     }
     if (row.sent && !output.Send(row.message))
@@ -257,7 +266,7 @@ std::int64_t Cue_Player::Advance() {
     const std::int64_t now = counter.Now_Ns();
     settledNs = std::max(settledNs, tookBack ? std::max(cutNs, now) : now);
     tookBack = false;
-    if (!Send_Owed_Offs())
+    if (!Send_Owed())
         return now + RETRY_NS;
     std::int64_t wakeNs = NEVER;
     while (playing) {
@@ -283,12 +292,12 @@ std::int64_t Cue_Player::Advance() {
 }
 
 /// False when the output still has no room for them.
-bool Cue_Player::Send_Owed_Offs() {
-    while (!owedOffs.empty()) {
-        if (!output.Send(owedOffs.back()))
+bool Cue_Player::Send_Owed() {
+    while (!owed.empty()) {
+        if (!output.Send(owed.back()))
             return false;
-        output.Sounded(owedOffs.back());
-        owedOffs.pop_back();
+        output.Sounded(owed.back());
+        owed.pop_back();
     }
     return true;
 }
@@ -360,6 +369,8 @@ void Cue_Player::Undo(const In_Flight& row) {
         return;
     List& list = lists[row.list];
     list.next = row.item;
+    if (row.message.op == Sound_Op::Patch && !row.sent)
+        --list.missedPatches;
     if (row.effect == Effect::None)
         return;
     const bool opened = row.effect == Effect::Opened;
@@ -397,11 +408,36 @@ void Cue_Player::Send_Off(int slot, int note) {
     off.message.slot = static_cast<std::uint8_t>(slot);
     off.message.a = static_cast<std::uint8_t>(note);
     off.message.b = NOTE_OFF_VELOCITY;
+    Send_At_Cut(off);
+}
+
+/// The channel is heard again: the last patch change that went by meanwhile counts from here.
+void Cue_Player::Send_Missed_Patch(List& list) {
+    if (!playing || std::exchange(list.missedPatches, 0) <= 0)
+        return;
+    const auto passed = list.rows->Items().first(list.next);
+    const auto last = std::find_if(passed.rbegin(), passed.rend(), [](const Cue_List::Item& item) {
+        return item.kind == Cue_List::Kind::Patch;
+    });
+    if (last == passed.rend())
+        return;
+    In_Flight patch{{}, Cue_List::NEVER, 0, 0};
+    patch.sent = true;
+    patch.message.dueNs = cutNs;
+    patch.message.op = Sound_Op::Patch;
+    patch.message.slot = last->slot;
+    patch.message.a = last->a;
+    patch.message.b = last->b;
+    patch.message.font = last->font;
+    Send_At_Cut(patch);
+}
+
+void Cue_Player::Send_At_Cut(In_Flight row) {
     lastDueNs = std::max(lastDueNs, cutNs);
-    if (output.Send(off.message))
-        inFlight.push_back(off);
+    if (output.Send(row.message))
+        inFlight.push_back(row);
     else
-        owedOffs.push_back(off.message);
+        owed.push_back(row.message);
 }
 
 } // namespace tonvex

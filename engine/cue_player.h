@@ -73,6 +73,7 @@ private:
         std::shared_ptr<const Cue_List> rows;
         std::size_t next = 0;
         bool muted = false;
+        int missedPatches = 0; ///< walked since it was muted; 1 for a place sought while it is
         float factor = 1.0F;
         std::vector<std::uint8_t> sounding; ///< by note: its on went out and its off has not been walked
     };
@@ -102,7 +103,9 @@ private:
     void Close(List& list, std::int32_t note);
     void Close_All(List& list);
     void Send_Off(int slot, int note);
-    bool Send_Owed_Offs();
+    void Send_Missed_Patch(List& list);
+    void Send_At_Cut(In_Flight row);
+    bool Send_Owed();
     void Settle(std::int64_t untilNs);
     bool Flies_With(int row) const;
 
@@ -129,7 +132,7 @@ private:
     std::int64_t settledAt = 0;                ///< the place in the song of the last row that is so
     bool tookBack = false;                     ///< since the last Advance
     std::int64_t cutNs = 0;                    ///< from where it was taken back
-    std::vector<Sound_Message> owedOffs;       ///< for which the output had no room
+    std::vector<Sound_Message> owed;           ///< for which the output had no room
     std::vector<std::pair<int, int>> doubtful; ///< slot and note of ons that may have sounded nevertheless
 };
 

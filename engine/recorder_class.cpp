@@ -87,6 +87,7 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
     playedKeys.fill({});
     QChords.clear();
     heldNotes.fill(0);
+    silentNotes.fill(0);
     endBeat = -1.0;
     lastShownMs = NEVER_SHOWN;
     if (PracticeMode) {

@@ -110,8 +110,9 @@ private:
     bool isRunning = false;
 
     std::array<Played_Key, KEYS> playedKeys{};
-    std::vector<Live_Chord> QChords;           ///< in no order
-    std::array<std::int32_t, 128> heldNotes{}; ///< keys and chords that hold it, by MIDI note
+    std::vector<Live_Chord> QChords;             ///< in no order
+    std::array<std::int32_t, 128> heldNotes{};   ///< keys and chords that hold it, by MIDI note
+    std::array<std::int32_t, 128> silentNotes{}; ///< those that were struck at velocity 0: they hold nothing
     std::int32_t LastClickBeat = -1;
     std::int32_t ClickNote = 0;
     std::int32_t ClickVelocity = 0;

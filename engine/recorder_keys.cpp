@@ -93,12 +93,21 @@ void RecorderClass::Key_Released(int key, std::int64_t atNs) {
 }
 
 void RecorderClass::Live_Note_On(int note, std::uint8_t volume, std::int64_t dueNs) {
-    ++heldNotes[static_cast<std::size_t>(note)];
     const auto velocity = static_cast<int>(RoundHalfEven(static_cast<float>(volume) * RecVolFactor));
+    if (velocity <= 0) {
+        ++silentNotes[static_cast<std::size_t>(note)];
+        return;
+    }
+    ++heldNotes[static_cast<std::size_t>(note)];
     parts.gcm.GCM_NoteOn(RecChannelRow, note, velocity, true, dueNs);
 }
 
 void RecorderClass::Live_Note_Off(int note, std::int64_t dueNs) {
+    // Of a note that is held both ways the silent presses let go first: it sounds until the last is up.
+    if (std::int32_t& silent = silentNotes[static_cast<std::size_t>(note)]; silent > 0) {
+        --silent;
+        return;
+    }
     std::int32_t& held = heldNotes[static_cast<std::size_t>(note)];
     if (--held == 0)
         parts.gcm.GCM_NoteOff(RecChannelRow, note, NOTE_OFF_VELOCITY, true, dueNs);

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace tonvex {
 namespace {
 
@@ -76,6 +81,55 @@ TEST(Playing, The_Patch_Before_The_Start_Has_The_Last_Word) {
     rig.Play(1.9);
     EXPECT_EQ(rig.Trace(), "0 Patch 0 0 0\n0 Pan 0 64 0\n0 Patch 0 41 0\n100 Patch 0 42 0\n100 On 0 60 80\n"
                            "200 Off 0 60 100\n200 AllOff\n200 Patch 0 0 0\n200 Pan 0 64 0\n");
+}
+
+TEST(Playing, A_Patch_Change_Passed_While_Muted_Counts_From_The_Unmute) {
+    struct Case {
+        const char* name;
+        int muteMs;
+        int unmuteMs;
+        double seekBeat; ///< asked for at 400 ms; -1 for none
+        std::vector<std::pair<int, int>> patches;
+    };
+    // Patch 40 comes at 300, 41 at 600.
+    const Case cases[] = {{"passed one", 200, 500, -1.0, {{500, 40}, {600, 41}}},
+                          {"passed both", 200, 800, -1.0, {{800, 41}}},
+                          {"passed none", 310, 590, -1.0, {{300, 40}, {600, 41}}},
+                          {"sought past one", 100, 500, 0.45, {{500, 40}, {550, 41}}},
+                          {"sought back before both", 350, 500, 0.0, {{300, 40}, {700, 40}, {1000, 41}}}};
+    for (const bool engine : {false, true}) {
+        for (const Case& item : cases) {
+            SCOPED_TRACE(std::string(item.name) + (engine ? ", thread engine" : ", polling"));
+            Transport_Rig rig;
+            rig.options.Global_UseThreadEngine = engine;
+            rig.withPatches = true;
+            rig.Add_Patch(0.3, 40);
+            rig.Add_Patch(0.6, 41);
+            rig.Add_Note({1.0, 60, 100, 0.1});
+            rig.At(item.muteMs, [&] { rig.channels.Set_Mute(rig.firstChannel, true); });
+            rig.At(item.unmuteMs, [&] { rig.channels.Set_Mute(rig.firstChannel, false); });
+            if (item.seekBeat >= 0.0)
+                rig.At(400, [&] { rig.state.SeekRequest = item.seekBeat; });
+            rig.Play();
+            std::istringstream lines(rig.Trace());
+            std::vector<std::pair<int, int>> found;
+            for (std::string line; std::getline(lines, line);) {
+                int ms = 0;
+                std::string op;
+                int slot = 0;
+                int patch = 0;
+                std::istringstream(line) >> ms >> op >> slot >> patch;
+                // Those of the set-up and of the end say nothing here.
+                if (op == "Patch" && patch != 0 && ms != 0)
+                    found.emplace_back(ms, patch);
+            }
+            ASSERT_EQ(found.size(), item.patches.size()) << rig.Trace();
+            for (std::size_t i = 0; i < found.size(); ++i) {
+                EXPECT_EQ(found[i].second, item.patches[i].second);
+                EXPECT_NEAR(found[i].first, item.patches[i].first, 1); // the library acts behind its margin
+            }
+        }
+    }
 }
 
 TEST(Playing, Channels_On_One_Slot_Keep_The_Order_Of_Time) {

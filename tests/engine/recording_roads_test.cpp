@@ -157,6 +157,22 @@ TEST(Recording_Roads, The_Volume_Is_Followed) {
               "100 On 0 48 102\n150 Off 0 48 100\n300 On 0 48 51\n350 Off 0 48 100\n400 AllOff\n");
 }
 
+TEST(Recording_Roads, A_Key_On_A_Channel_At_Volume_0_Neither_Sounds_Nor_Ends_Anything) {
+    Transport_Rig rig;
+    rig.channels.Set_Volume(rig.firstChannel, 0);
+    rig.At(300, [&] { rig.channels.Set_Volume(rig.firstChannel, 40); });
+    // Another channel on the slot, at 80, holds the same note 48 from 50 to 250 and 51 from 400 to 500.
+    rig.Add_Channel(0);
+    rig.Add_Note({0.05, 48, 100, 0.2}, 1);
+    rig.Add_Note({0.4, 51, 100, 0.1}, 1);
+    // Z is struck in silence and let go behind the stored note; A strikes its 48 when the volume is up again
+    // and goes before Z's second, silent press does.
+    rig.Keys("100+Z 280-Z 290+Z 350+A 450-A 550-Z");
+    rig.Record(600);
+    EXPECT_EQ(rig.Trace(), "50 On 0 48 80\n250 Off 0 48 100\n350 On 0 48 51\n400 On 0 51 80\n"
+                           "500 Off 0 51 100\n550 Off 0 48 100\n600 AllOff\n");
+}
+
 TEST(Recording_Roads, A_Take_Follows_Tempo_Changes) {
     Transport_Rig rig;
     rig.tempoChanges.AddTempoChange(0.5, 120); // from 500 ms on a beat is 500 ms
