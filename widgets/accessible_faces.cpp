@@ -2,6 +2,7 @@
 
 #include "widgets/level_meter.h"
 #include "widgets/piano_view.h"
+#include "widgets/zoom_scroll_bar.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -58,11 +59,35 @@ private:
     const Piano_View& piano;
 };
 
+class Scroll_Face final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit Scroll_Face(Zoom_Scroll_Bar* barWidget)
+        : QAccessibleWidget(barWidget, QAccessible::ScrollBar), bar(*barWidget) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? bar.Told() : QAccessibleWidget::text(kind);
+    }
+    QVariant currentValue() const override { return bar.First(); }
+    void setCurrentValue(const QVariant& value) override { bar.Ask_For(value.toDouble(), bar.Length()); }
+    QVariant maximumValue() const override { return std::max(bar.Begin(), bar.End() - bar.Length()); }
+    QVariant minimumValue() const override { return bar.Begin(); }
+    QVariant minimumStepSize() const override { return bar.Length() / 10.0; }
+
+private:
+    Zoom_Scroll_Bar& bar;
+};
+
 QAccessibleInterface* Make_Face(const QString&, QObject* object) {
     if (auto* meter = qobject_cast<Level_Meter*>(object))
         return new Meter_Face(meter);
     if (auto* piano = qobject_cast<Piano_View*>(object))
         return new Piano_Face(piano);
+    if (auto* bar = qobject_cast<Zoom_Scroll_Bar*>(object))
+        return new Scroll_Face(bar);
     return nullptr;
 }
 
