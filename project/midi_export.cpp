@@ -185,6 +185,8 @@ Bytes Midi_Export::Tempo_Track() const {
     for (const TempoChange& change : song.tempoChanges.In_Time_Order()) {
         // Distances between whole ticks, so that no rounding adds up and the tempo stays with its notes.
         const std::int64_t tick = std::max(Export_Buffers::Tick_At(change.BeatN), lastTick);
+        if (tick > midi_format::LAST_TICK) // readers count no further, and no note of the song is there
+            break;
         Append_Tempo(track, tick - lastTick, change.Tempo);
         lastTick = tick;
     }

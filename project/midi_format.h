@@ -18,6 +18,7 @@ inline constexpr int DRUM_CHANNEL = 9;
 inline constexpr std::int32_t HEADER_LENGTH = 6;
 inline constexpr double TEMPO_UNITS = 60000000.0; ///< microseconds a minute
 inline constexpr std::int32_t MAX_TEMPO_VALUE = 0xFFFFFF;
+inline constexpr std::int64_t LAST_TICK = 0x7FFFFFFF; ///< that a file's reader can count
 inline constexpr std::int64_t MAX_VARIABLE_LENGTH = 0x0FFFFFFF;
 
 inline constexpr std::uint8_t SYSEX = 0xF0;

@@ -67,7 +67,8 @@ TEST(Midi_Export, Writes_The_File_Byte_For_Byte) {
     rig.project.ProjectTempo = 80;
     rig.project.ProjectAuthor = "Jo";
     rig.tempoChanges.AddTempoChange(2.0, 120);
-    rig.tempoChanges.AddTempoChange(2.5, 1); // slower than the format can tell
+    rig.tempoChanges.AddTempoChange(2.5, 1);   // slower than the format can tell
+    rig.tempoChanges.AddTempoChange(12e6, 90); // later than the format can tell
     rig.Add_Note({1.0, 60, 100, 0.5});
     const std::string start = "00 B0 00 00 00 C0 00 00 B0 0A 40 00 B0 07 40";
     const auto expected = [&start](const std::string& texts) {
