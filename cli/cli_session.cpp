@@ -106,6 +106,7 @@ Cli_Outcome Cli_Session::Open(const Cli_Options& options, Cli_Sound wanted) {
         make(*device, realCounter, realLoop);
         break;
     }
+    session->files->givesIds = false;
     if (!session->Load())
         return Cli_Outcome::Failed("", dialogs.shown.empty() ? "the program cannot start"
                                                              : dialogs.shown.back().text);

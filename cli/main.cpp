@@ -81,7 +81,7 @@ int Run(int argc, char** argv) {
     Render_Call mix;
     CLI::App* render =
         app.add_subcommand("render", "Mixes a song down to a sound file; its ending picks the kind");
-    render->add_option("SONG", mix.song, "The song: a project file (.tvx)")->required();
+    render->add_option("SONG", mix.song, "The song: a project file (.tvx) or a MIDI file (.mid)")->required();
     render->add_option("OUT", mix.out, "A file ending in .wav, .flac, .ogg, .opus, .mp3 or .wma")->required();
     render->add_option("--rate", mix.rate, "Frames a second; usually 44100, of Opus 48000")
         ->check(CLI::PositiveNumber)
@@ -98,7 +98,8 @@ int Run(int argc, char** argv) {
 
     Play_Call playing;
     CLI::App* play = app.add_subcommand("play", "Plays a song on the sound device, or in no time");
-    play->add_option("SONG", playing.song, "The song: a project file (.tvx)")->required();
+    play->add_option("SONG", playing.song, "The song: a project file (.tvx) or a MIDI file (.mid)")
+        ->required();
     play->add_option("--from", playing.fromBeat, "Where to begin, in beats")
         ->check(CLI::Range(0.0, MAX_EVENT_BEATS))
         ->type_name("BEAT");

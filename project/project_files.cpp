@@ -120,7 +120,7 @@ bool Project_Files::SaveProject(const fs::path& path, std::int32_t saveAs, bool 
 
     const std::int32_t oldId = state.ProjectID;
     std::optional<Project_ID_Change> idChange;
-    if ((oldId == 0 || newName) && song.Has_Audio_Channel()) {
+    if (givesIds && (oldId == 0 || newName) && song.Has_Audio_Channel()) {
         song.State.ProjectID = Find_Free_ProjectID();
         if (song.State.ProjectID == -1) {
             Show(Box_Kind::Critical, "Can't find a free project ID.\r\nFile won't be saved");

@@ -1,3 +1,5 @@
+#include "support/midi_files.h"
+
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -208,6 +210,15 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
         {"perform keys.json keys.json o.json", 1, "tonvex-cli: keys.json: Invalid file format (tvx)\n"},
         {"perform - keys.json o.txt", 2, "tonvex-cli: OUT must end in .tvx or .json\n"},
         {"dump keys.json", 1, "tonvex-cli: keys.json: Invalid file format (tvx)\n"},
+        {"render none.mid o.wav", 1, "tonvex-cli: none.mid: there is no such file\n"},
+        {"render - o.wav", 1, "tonvex-cli: o.wav: There is nothing in the song to be heard\n"},
+        {"render - o.txt", 2, "tonvex-cli: OUT must end in .wav, .flac, .ogg, .opus, .mp3 or .wma\n"},
+        {"render - o.wav --quality 17", 2, nullptr},
+        {"import-midi keys.json o.tvx", 1, "tonvex-cli: keys.json: Error loading Midi file\n"},
+        {"export-midi none.tvx o.mid", 1, "tonvex-cli: none.tvx: there is no such file\n"},
+        {"play - --virtual --trace nowhere/o.jsonl", 1,
+         "tonvex-cli: nowhere/o.jsonl: its folder does not exist\n"},
+        {"play - --virtual --from -1", 2, nullptr},
         {"apply - none.json o.tvx", 1, "tonvex-cli: none.json: cannot be read\n"},
         {"apply - broken.json o.tvx", 1, "tonvex-cli: broken.json: is not JSON\n"},
         {"apply - keys.json o.tvx", 1, "tonvex-cli: keys.json: must be a list of edits\n"},
@@ -227,7 +238,7 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
             EXPECT_EQ(run.err, item.line);
         }
         EXPECT_NE(run.err, "");
-        for (const char* name : {"o.json", "o.jsonl", "o.wav", "o.txt", "o.tvx"})
+        for (const char* name : {"o.json", "o.jsonl", "o.wav", "o.txt", "o.tvx", "o.mid"})
             EXPECT_FALSE(Exists(name)) << name;
     }
     EXPECT_EQ(Left_At_Home(), 0U);
@@ -245,7 +256,7 @@ const char* const EDITS = R"([
     {"add": -2147483648, "event": {"StartTime": 3.5, "Kind": 4, "EventName": "Cue", "Block": "0a0B"}},
     {"msg": 1302, "args": [132]}, {"undo": 1}, {"redo": 1},
     {"msg": 1600, "args": [8.0, 90]}, {"undo": 1},
-    {"msg": 1202, "args": [4.0, null, "Turn"]},
+    {"msg": 1202, "args": [4.0, null, "Turn"]}, {"msg": 1013, "args": ["Take", true, 0]},
     {"msg": 1018, "args": [-2147483648, -2147483648, 2.5]}, {"msg": 1019, "args": [-2147483648]}])";
 
 TEST_F(Cli_Test, Edits_Make_A_Song_That_Is_Dumped_Listed_And_Checked) {
@@ -263,7 +274,8 @@ TEST_F(Cli_Test, Edits_Make_A_Song_That_Is_Dumped_Listed_And_Checked) {
     EXPECT_EQ(song["tempo"], json::array());
     EXPECT_EQ(song["editor"], (json{{"AlignDiv", 4}, {"AlignStep", 0.5}}));
     EXPECT_EQ(song["creator"]["LastBar"], 30);
-    ASSERT_EQ(song["channels"].size(), 1U);
+    EXPECT_EQ(song["globals"]["ProjectID"], 0) << "the audio of another song may have any other ID";
+    ASSERT_EQ(song["channels"].size(), 2U);
     EXPECT_EQ(song["channels"][0]["ChannelName"], "Solo");
     EXPECT_EQ(song["channels"][0]["OutputChannel"], 5);
     const json& events = song["channels"][0]["events"];
@@ -286,6 +298,58 @@ TEST_F(Cli_Test, Edits_Make_A_Song_That_Is_Dumped_Listed_And_Checked) {
     ASSERT_EQ(Call("perform song2.tvx keys.json again.tvx").status, 0) << Read("err.txt");
     EXPECT_EQ(Read("again.tvx"), Read("song2.tvx"));
     EXPECT_EQ(json::parse(Call("dump again.tvx").out)["channels"][0]["Volume"], 33);
+    EXPECT_EQ(Left_At_Home(), 0U);
+}
+
+TEST_F(Cli_Test, A_Midi_File_Is_Imported_Played_Mixed_Down_And_Exported) {
+    // A patch, then middle C for one beat and E for half of one, at 120 beats a minute.
+    const std::string file =
+        test::Midi_File(0, 4, {test::Track("00 C0 05 00 90 3C 64 04 80 3C 00 00 90 40 50 02 80 40 00")});
+    Write("in.mid", file);
+    ASSERT_EQ(Call("import-midi in.mid song.tvx").status, 0) << Read("err.txt");
+    const json channel = json::parse(Call("dump song.tvx").out)["channels"][0];
+    ASSERT_EQ(channel["events"].size(), 2U);
+    EXPECT_EQ(channel["events"][1]["Length"], 0.5);
+
+    for (const char* engine : {"thread", "polling"}) {
+        SCOPED_TRACE(engine);
+        ASSERT_EQ(Call(std::string("play song.tvx --virtual --from 1 --speed 200 --trace t.jsonl --wav p.wav "
+                                   "--engine ") +
+                       engine)
+                      .status,
+                  0)
+            << Read("err.txt");
+        std::istringstream trace(Read("t.jsonl"));
+        std::string notes;
+        for (std::string line; std::getline(trace, line);) {
+            const json message = json::parse(line);
+            if (message["op"] == "NoteOn" || message["op"] == "NoteOff")
+                notes += message["op"].get<std::string>() + ' ' + message["ms"].dump() + ' ' +
+                         message["a"].dump() + '\n';
+        }
+        EXPECT_EQ(notes, "NoteOn 1 64\nNoteOff 125 64\n")
+            << "heard from the first round on; at twice the speed half a beat takes 125 ms";
+    }
+
+    for (const char* out : {"mix.wav", "mix.flac", "mix.ogg"}) {
+        const Run_Result mixed = Call(std::string("render in.mid ") + out + " --tail 0.5");
+        ASSERT_EQ(mixed.status, 0) << mixed.err;
+        EXPECT_EQ(mixed.out.substr(0, mixed.out.find(", ")), std::string(out) + ": Length 0:01");
+        SF_INFO info{};
+        SNDFILE* sound = sf_open((folder / out).c_str(), SFM_READ, &info);
+        ASSERT_NE(sound, nullptr) << out;
+        sf_close(sound);
+        EXPECT_GE(info.frames, 44100 * 3 / 4) << "a beat and a half";
+        EXPECT_LE(info.frames, 44100 * 5 / 4 + 64) << "and the tail";
+    }
+
+    ASSERT_EQ(Call("export-midi song.tvx out.mid").status, 0) << Read("err.txt");
+    ASSERT_EQ(Call("import-midi out.mid again.tvx").status, 0) << Read("err.txt");
+    const json again = json::parse(Call("dump again.tvx").out)["channels"][0];
+    EXPECT_EQ(again["PatchI"], channel["PatchI"]);
+    ASSERT_EQ(again["events"].size(), 2U);
+    for (const char* field : {"StartTime", "Note", "Vol", "Length"})
+        EXPECT_EQ(again["events"][1][field], channel["events"][1][field]) << field;
     EXPECT_EQ(Left_At_Home(), 0U);
 }
 
