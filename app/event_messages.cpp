@@ -45,7 +45,19 @@ bool Record_Event(Hub_Call& call) {
 }
 
 bool Event_Added(Hub_Call& call) {
-    return Event_Of(call, Store_Of(call)).has_value();
+    ChannelClass* store = Store_Of(call);
+    if (call.Given(2)) {
+        const auto eventId = Event_Of(call, store);
+        call.noticeText = eventId ? std::to_string(*eventId) : std::string();
+        return eventId.has_value();
+    }
+    const auto start = call.Real(3);
+    const EventData* data = call.Event(4);
+    if (store == nullptr || !start || *start < 0.0 || data == nullptr)
+        return false;
+    Keep(call, "Add events");
+    call.noticeText = std::to_string(store->AddNewEvent(*start, *data));
+    return true;
 }
 
 bool Delete_Event(Hub_Call& call) {
@@ -144,7 +156,7 @@ bool End_Of_Moves(Hub_Call& call) {
 
 constexpr Message_Handler HANDLERS[] = {
     {MSG_REC_EVENT, Record_Event, Message_Kind::Change},
-    {MSG_EVENT_ADDED, Event_Added, Message_Kind::Change},
+    {MSG_EVENT_ADDED, Event_Added, Message_Kind::Change, Undo_Join::Batch},
     {MSG_EVENTS_ADDED_END, End_Of_Batch, Message_Kind::End_Of_Batch, Undo_Join::Closes},
     {MSG_DELETE_EVENT, Delete_Event, Message_Kind::Change_And_End},
     {MSG_MOVE_EVENT, Move_Event, Message_Kind::Change, Undo_Join::Batch},

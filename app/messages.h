@@ -22,7 +22,9 @@ enum Change_Message : int {
     MSG_SET_OUTPUT = HUB_SET_OUTPUT,   ///< slot
     MSG_ADD_CHANNEL = HUB_ADD_CHANNEL, ///< P1 name, P2 audio flag, P3 slot or not given
     MSG_REC_EVENT = HUB_REC_EVENT,     ///< P1 channel row, P2 kind, P3 time, P4 data
-    MSG_EVENT_ADDED = 1015,            ///< event ID
+    /// event ID of one that was added; or not given, start, data: the hub adds it. The notice's text is the
+    /// ID.
+    MSG_EVENT_ADDED = 1015,
     MSG_EVENTS_ADDED_END = 1016,
     MSG_DELETE_EVENT = HUB_DELETE_EVENT, ///< event ID
     MSG_MOVE_EVENT = 1018,               ///< event ID, new time, delta
@@ -89,6 +91,10 @@ enum Change_Message : int {
     MSG_AUDIO_VOLUME_DELETE_POINT = 1235,
     MSG_AUDIO_VOLUME_MOVE_POINT = 1236,
     MSG_AUDIO_VOLUME_SET_POINT = 1237,
+
+    /// P1 bar from 0, P2 number of bars: free bars come in before that bar. What is behind moves: all of the
+    /// music creator and, with Global_MC_BarsOpMovesMidiData, the events of the other channels and the maps.
+    MSG_INSERT_BARS = 1501,
 
     MSG_TRANSPOSE_SONG = 1300,     ///< P1 semitones
     MSG_CHANGE_SPEED = 1301,       ///< P1 factor

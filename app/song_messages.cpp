@@ -91,6 +91,30 @@ bool Change_Speed(Hub_Call& call) {
     return true;
 }
 
+bool Insert_Bars(Hub_Call& call) {
+    Session& session = call.session;
+    const auto bar = call.Long(1);
+    const auto count = call.Long(2);
+    if (!bar || !count || session.transport.Song_Runs())
+        return false;
+    session.undo->Undo_AllChannels_MC(*count == 1 ? "add free bar" : "add bars");
+    if (!session.creator.Bars_AddFreeBars(*bar, *count))
+        return false;
+    if (session.settings.Global_MC_BarsOpMovesMidiData == 0)
+        return true;
+    GlobalChannelsManager& channels = *session.channels;
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        const std::int32_t channelId = channels.Channels[static_cast<std::size_t>(row)].ChannelID;
+        const bool creators = std::any_of(
+            session.creator.MC_Tracks.begin(), session.creator.MC_Tracks.end(),
+            [&](const MCTrack& track) { return Is_On(track.InUse) && track.ChannelID == channelId; });
+        if (channels.Is_Live_Row(row) && !creators)
+            channels.Store(row).MC_MoveBarEvents(*bar, *count);
+    }
+    channels.Maps.MC_MoveBarEvents(*bar, *count);
+    return true;
+}
+
 /// A run that goes on re-anchors its clock in its next round, so the position does not jump.
 void Tempo_Has_Changed(const Hub_Call& call) {
     if (call.session.transport.Song_Runs())
@@ -192,6 +216,7 @@ constexpr Message_Handler HANDLERS[] = {
     {MSG_SONG_POSITION, Song_Position, Message_Kind::View},
     {MSG_GENERAL_UPDATE, General_Update, Message_Kind::View, Undo_Join::Follows},
     {MSG_SHOW_POSITION, Tell_Only, Message_Kind::View},
+    {MSG_INSERT_BARS, Insert_Bars, Message_Kind::Change_And_End},
     {MSG_TRANSPOSE_SONG, Transpose_Song, Message_Kind::Change_And_End},
     {MSG_CHANGE_SPEED, Change_Speed, Message_Kind::Change_And_End},
     {MSG_SET_TEMPO, Set_Song_Tempo, Message_Kind::Change_And_End, Undo_Join::Song_Gesture},

@@ -89,6 +89,10 @@ public:
 
     /// As a new song has it.
     void InitNewFileSettings();
+    /// count free bars come in before bar (from 0): events from there on move, chords too. LastBar grows.
+    /// Bars below 0 or beyond MOST_BARS, or a count that is not above 0, change nothing and give false.
+    bool Bars_AddFreeBars(std::int32_t bar, std::int32_t count);
+    static constexpr std::int32_t MOST_BARS = 100'000;
     /// First live track with the ID; -1 when there is none.
     int MC_TrackIndexFromID(std::int32_t trackId) const noexcept;
 

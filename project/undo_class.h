@@ -25,6 +25,12 @@ private:
     std::uint64_t number = 0;
 };
 
+/// What was selected in an editor when a step was taken.
+struct Undo_Selection {
+    std::int32_t ChannelID = NOT_GIVEN;
+    std::vector<std::int32_t> EventIDs;
+};
+
 /// One step: a label, and the parts of the song that an action changed, as they were. Its files go with it.
 /// Interface thread.
 class UndoClass {
@@ -35,6 +41,7 @@ public:
     UndoClass& operator=(const UndoClass&) = delete;
 
     std::string ActionName;
+    Undo_Selection Selection;
 
     /// The part as it is now; what lives in a file is written.
     void AddData(Undo_Kind kind, std::int32_t rowI, std::int32_t subI = 0);

@@ -282,6 +282,8 @@ UndoClass& UndoModule::New_UndoStep(bool clearRedo, const std::string& label) {
     if (clearRedo)
         RedoStack.clear();
     Push(UndoStack, std::make_unique<UndoClass>(song, label, undoFiles));
+    if (Take_Selection)
+        UndoStack.front()->Selection = Take_Selection();
     return *UndoStack.front();
 }
 
@@ -295,6 +297,8 @@ bool UndoModule::Swap(Stack& from, Stack& to, Undo_File_Names& toFiles) {
     lastSource.reset();
     lastContent.reset();
     auto opposite = std::make_unique<UndoClass>(song, from.front()->ActionName, toFiles);
+    if (Take_Selection)
+        opposite->Selection = Take_Selection();
     restoring = true;
     const bool restored = from.front()->LoadData(*opposite);
     restoring = false;
@@ -304,10 +308,13 @@ bool UndoModule::Swap(Stack& from, Stack& to, Undo_File_Names& toFiles) {
                                                      "It can't be brought back, nor can those before it.");
         return false;
     }
+    const Undo_Selection selection = std::move(from.front()->Selection);
     from.pop_front();
     Push(to, std::move(opposite));
     song.project.Modified = true;
     song.hub.Message(nullptr, HUB_GENERAL_UPDATE);
+    if (Give_Selection)
+        Give_Selection(selection);
     return true;
 }
 
@@ -316,6 +323,13 @@ void UndoModule::Clear() {
     RedoStack.clear();
     lastSource.reset();
     lastContent.reset();
+}
+
+std::vector<std::string> UndoModule::Labels(const Stack& stack) {
+    std::vector<std::string> labels;
+    for (const auto& step : stack)
+        labels.push_back(step->ActionName);
+    return labels;
 }
 
 std::string UndoModule::Menu_Text(const char* verb, const Stack& stack) {

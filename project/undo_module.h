@@ -99,6 +99,15 @@ public:
     std::size_t Undo_Count() const noexcept { return UndoStack.size(); }
     std::size_t Redo_Count() const noexcept { return RedoStack.size(); }
 
+    /// The labels of the steps, the newest first.
+    std::vector<std::string> Undo_Labels() const { return Labels(UndoStack); }
+    std::vector<std::string> Redo_Labels() const { return Labels(RedoStack); }
+
+    /// An editor tells what was selected in it before the change, and is given it back with the step. May be
+    /// empty.
+    std::function<Undo_Selection()> Take_Selection;
+    std::function<void(const Undo_Selection&)> Give_Selection;
+
     /// Both stacks empty, their files deleted: for another song.
     void Clear();
     void On_Song_Replaced() override { Clear(); }
@@ -124,6 +133,7 @@ private:
     bool Joins_Last(const Undo_Source& source) const;
     std::vector<Part> All_Events_And_Maps() const;
     std::vector<Part> All_Maps() const;
+    static std::vector<std::string> Labels(const Stack& stack);
     static std::string Menu_Text(const char* verb, const Stack& stack);
 
     Undo_Song song;
