@@ -132,7 +132,10 @@ public:
             mouseStatus->show();
         }
         // Dialogs that this opens stand before a window that is there.
-        QTimer::singleShot(0, window.get(), [this] { window->Open_First_Song(project); });
+        QTimer::singleShot(0, window.get(), [this] {
+            window->Open_First_Song(project);
+            window->Show_First_Help();
+        });
     }
 
     /// The system wants an end: nothing may be lost that was made by then.

@@ -1,5 +1,7 @@
 #include "widgets/frm_patch_selection_win.h"
 
+#include "widgets/help_button.h"
+
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QKeyEvent>
@@ -48,6 +50,7 @@ frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel,
     }
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    Add_Help_Button(*buttons, QStringLiteral("patchselwindow"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(search, &QLineEdit::textChanged, this, &frmPatchSelectionWin::Search);

@@ -1,6 +1,7 @@
 #include "app/windows/frm_main.h"
 
 #include "app/windows/autosave_timer.h"
+#include "app/windows/frm_help.h"
 #include "app/windows/song_files.h"
 #include "audio/windows/frm_inst_list.h"
 #include "engine/windows/frm_recorder.h"
@@ -23,7 +24,6 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPainter>
 #include <QScreen>
 #include <QStyle>
@@ -191,6 +191,7 @@ void frmMain::Make_Panes() {
     setCorner(Qt::BottomLeftCorner, Qt::BottomDockWidgetArea);
     addDockWidget(Qt::LeftDockWidgetArea, channelsDock);
     addDockWidget(Qt::BottomDockWidgetArea, pianoDock);
+    Make_Video_Pane();
 }
 
 QDockWidget* frmMain::Make_Channels_Pane() {
@@ -247,6 +248,7 @@ void frmMain::Restore_Panes() {
     resizeDocks({pianoDock}, {theme.Px(124)}, Qt::Vertical);
     restoreGeometry(Stored(session.doors.store, "Geometry"));
     restoreState(Stored(session.doors.store, "Panes"), PANES_VERSION);
+    videosDock->setVisible(anyVideos && session.settings.Global_ShowVideoList != 0);
 }
 
 void frmMain::Save_Panes() {
@@ -529,17 +531,6 @@ void frmMain::Open_Device_Window(QDialog* dialog) {
         Check_Devices();
     });
     dialog->open();
-}
-
-void frmMain::Show_About() {
-    auto* box = new QMessageBox(QMessageBox::NoIcon, tr("About Tonvex"),
-                                tr("Tonvex\nVersion: %1\n\nThe computer keyboard or a MIDI keyboard as an "
-                                   "instrument of many channels: play, record, arrange.")
-                                    .arg(QStringLiteral(TONVEX_VERSION)),
-                                QMessageBox::Ok, this);
-    box->setIconPixmap(windowIcon().pixmap(theme.Px(64)));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
 }
 
 void frmMain::Refresh_Title() {

@@ -2,6 +2,7 @@
 
 #include "app/session.h"
 #include "engine/windows/observer_link.h"
+#include "widgets/help_button.h"
 #include "widgets/theme.h"
 
 #include <QElapsedTimer>
@@ -9,8 +10,10 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <array>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -27,6 +30,7 @@ class Autosave_Timer;
 class Banner;
 class ChannelsList;
 class Channel_Properties;
+class frmHelp;
 class frmKeyboardSetup;
 class frmFX_Config;
 class Maps_View;
@@ -35,12 +39,13 @@ class frmREC_PianoLayout;
 class frmRecorder;
 class Song_Files;
 class Song_Overview;
+class Test_Sound;
 
 /// The main window: menus, transport bar, channels, what is in the middle, the record piano.
 /// Interface thread. Session and theme outlive it; the session is loaded before the window is made.
 /// Closing it during a run stops the run first and closes when that is over, after the question about unsaved
 /// changes. The window does not shut the session down, which may happen only after the window has gone.
-class frmMain final : public QMainWindow, public Transport_Observer {
+class frmMain final : public QMainWindow, public Transport_Observer, public Help_Shower {
     Q_OBJECT
 public:
     frmMain(Session& session, Theme& theme);
@@ -62,6 +67,12 @@ public:
 
     /// What the start brings, once the window is shown: see First_Song.
     void Open_First_Song(const std::optional<std::filesystem::path>& named);
+    /// Opens the help on the page, a name as Help_Shower tells it; on the first steps when it is empty.
+    void Show_Help(const QString& page) override;
+    /// What a link of a help page may start ("record"); false for what none may.
+    bool Knows_Help_Link(const QString& action) const;
+    /// The first steps when the settings ask for them at the start; an offer of them on the first run.
+    void Show_First_Help();
     /// The system wants the program to end, and nobody may be there to answer: a run is stopped, a recovery
     /// copy of what is unsaved is left for the next start, the application quits. Only when there can be no
     /// copy the user is asked.
@@ -112,6 +123,12 @@ private:
     void Make_Options_Menu();
     void Make_Layout_Menus(QMenu* options);
     void Make_Appearance_Menu(QMenu* options);
+    void Make_Help_Menu();
+    void Make_Help_Option(QMenu* options);
+    void Make_Video_Pane();
+    void Follow_Help_Link(const QString& action);
+    struct Help_Link;
+    static const std::array<Help_Link, 11>& Help_Links();
     void Make_Octave_Keys();
     void Restore_Panes();
     void Save_Panes();
@@ -132,7 +149,6 @@ private:
     void Change_Volume(int delta);
     void Change_Pan(int delta);
     void Set_Tuning(int tuning);
-    void Show_About();
     void Choose_Midi_Input(bool on);
     void Set_Up_Devices();
     void Edit_Sound_Fonts();
@@ -169,6 +185,9 @@ private:
     QTabWidget* tabs = nullptr;
     QDockWidget* channelsDock = nullptr;
     QDockWidget* pianoDock = nullptr;
+    QDockWidget* videosDock = nullptr;
+    std::unique_ptr<frmHelp> help; ///< from its first opening on
+    Test_Sound* linkSound = nullptr;
     QLabel* titleLabel = nullptr;
     QMenu* recentMenu = nullptr;
     QMenu* layoutMenu = nullptr;
@@ -180,6 +199,7 @@ private:
     QAction* waitAction = nullptr;
     QAction* blendAction = nullptr;
     QAction* overwriteAction = nullptr;
+    QAction* showHelpAction = nullptr;
     std::vector<QAction*> tunings;
     std::vector<QAction*> lockedInRun;
     QPointer<QWidget> focusBeforeRun;
@@ -193,6 +213,7 @@ private:
     bool midiGoneShown = false;
     bool endsForSystem = false; ///< a recovery copy stands; nobody is asked
     bool exportDrumsSplit = false;
+    bool anyVideos = false;
 };
 
 } // namespace tonvex

@@ -76,13 +76,12 @@ void frmMain::Make_Menus() {
     Make_Metronome_Menu();
 
     QMenu* windows = menuBar()->addMenu(tr("&Windows"));
-    for (QDockWidget* dock : {channelsDock, pianoDock})
+    for (QDockWidget* dock : {channelsDock, pianoDock, videosDock})
         windows->addAction(dock->toggleViewAction());
     for (QToolBar* bar : findChildren<QToolBar*>())
         windows->addAction(bar->toggleViewAction());
 
-    QMenu* help = menuBar()->addMenu(tr("&Help"));
-    Add_Action(help, tr("&About Tonvex"), {}, [this] { Show_About(); });
+    Make_Help_Menu();
     Make_Octave_Keys();
 }
 
@@ -218,6 +217,7 @@ void frmMain::Make_Options_Menu() {
     lockedInRun.push_back(Add_Action(menu, tr("Sound&Font list..."), {}, [this] { Edit_Sound_Fonts(); }));
     menu->addSeparator();
     Make_Appearance_Menu(menu);
+    Make_Help_Option(menu);
 }
 
 void frmMain::Make_Layout_Menus(QMenu* options) {

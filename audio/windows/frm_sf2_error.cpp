@@ -1,6 +1,7 @@
 #include "audio/windows/frm_sf2_error.h"
 
 #include "audio/windows/choose_sound_font.h"
+#include "widgets/help_view.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -17,17 +18,10 @@ frmSF2Error::frmSF2Error(Session& theSession, const Theme& theme, QWidget* paren
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
     all->setSpacing(theme.Px(12));
-    auto* about = new QLabel(tr("No sound font was found"), this);
-    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
-    auto* why =
-        new QLabel(tr("The synthesizer needs a sound font (a file that ends in .sf2) for its "
-                      "instruments. On Debian and its relatives the package timgm6mb-soundfont brings "
-                      "a small one that has all instruments of General MIDI."),
-                   this);
-    why->setWordWrap(true);
-    why->setMinimumWidth(theme.Px(440));
-    all->addWidget(about);
-    all->addWidget(why);
+    auto* why = new Help_View(theme, session.dataFolder / "help", this);
+    why->setMinimumSize(theme.Px(520), theme.Px(300));
+    why->Show_Page(QStringLiteral("error-sf2"));
+    all->addWidget(why, 1);
     QPushButton* midi =
         Make_Way(tr("Use default &midi device and continue"), "useMidi", &frmSF2Error::Use_Midi_Device);
     const auto devices = session.output->Output_Devices();

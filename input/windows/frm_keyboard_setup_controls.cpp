@@ -3,6 +3,7 @@
 #include "input/windows/frm_keyboard_setup.h"
 
 #include "input/windows/keyboard_view.h"
+#include "widgets/help_button.h"
 #include "widgets/segment_selector.h"
 
 #include <QCheckBox>
@@ -131,6 +132,7 @@ QWidget* frmKeyboardSetup::Make_Key_Row() {
     row->addLayout(texts, 1);
     row->addWidget(functions);
     row->addWidget(configure);
+    row->addWidget(Make_Help_Button(line, QStringLiteral("window-keyboard setup")));
     return line;
 }
 
