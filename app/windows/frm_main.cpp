@@ -4,6 +4,7 @@
 #include "app/windows/frm_help.h"
 #include "app/windows/song_files.h"
 #include "audio/windows/frm_inst_list.h"
+#include "editors/windows/frm_events_editor.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_keyboard_setup.h"
 #include "input/windows/frm_rec_piano_layout.h"
@@ -174,6 +175,7 @@ void frmMain::Make_Panes() {
     tabs->tabBar()->setExpanding(false);
     tabs->setAccessibleName(tr("Editors"));
     tabs->tabBar()->setAccessibleName(tr("Editors"));
+    Make_Events_Editor();
     overview = new Song_Overview(session, theme, tabs);
     tabs->addTab(overview, tr("Song"));
     keyboard = new frmKeyboardSetup(session, theme, recorder->Practice(), tabs);
@@ -192,6 +194,21 @@ void frmMain::Make_Panes() {
     addDockWidget(Qt::LeftDockWidgetArea, channelsDock);
     addDockWidget(Qt::BottomDockWidgetArea, pianoDock);
     Make_Video_Pane();
+}
+
+void frmMain::Make_Events_Editor() {
+    eventsEditor = new frmEventsEditor(session, theme, tabs);
+    tabs->addTab(eventsEditor, eventsEditor->windowTitle());
+    connect(eventsEditor, &frmEventsEditor::titleChanged, this,
+            [this](const QString& title) { tabs->setTabText(tabs->indexOf(eventsEditor), title); });
+    EventsEditorCtrl& editor = eventsEditor->Editor();
+    connect(&editor, &EventsEditorCtrl::goTo, recorder, &frmRecorder::Go_To);
+    connect(&editor, &EventsEditorCtrl::playWanted, this,
+            [this] { Run_From_Key([this] { recorder->Button_Play(); }); });
+    connect(&editor, &EventsEditorCtrl::recordWanted, this,
+            [this] { Run_From_Key([this] { recorder->Button_Rec(); }); });
+    connect(&editor, &EventsEditorCtrl::stopWanted, recorder, &frmRecorder::Button_Stop);
+    connect(&editor, &EventsEditorCtrl::soundFontsWanted, this, &frmMain::Edit_Sound_Fonts);
 }
 
 QDockWidget* frmMain::Make_Channels_Pane() {
@@ -303,6 +320,7 @@ void frmMain::Channel_Selected(std::int32_t channelId) {
     piano->Set_Channel(channelId);
     keyboard->Set_Channel(channelId);
     properties->Show_Channel(channelId);
+    eventsEditor->Show_Channel(channelId);
     overview->Select(channelId);
     maps->Show_Channel(channelId);
 }

@@ -32,6 +32,7 @@ class ChannelsList;
 class Channel_Properties;
 class frmHelp;
 class frmKeyboardSetup;
+class frmEventsEditor;
 class frmFX_Config;
 class Maps_View;
 class Mark_Selection;
@@ -62,6 +63,7 @@ public:
     frmRecorder& Recorder() { return *recorder; }
     ChannelsList& Channels() { return *channelsList; }
     frmREC_PianoLayout& Piano() { return *piano; }
+    frmEventsEditor& Events_Editor() { return *eventsEditor; }
     frmKeyboardSetup& Keyboard() { return *keyboard; }
     Song_Files& Files() { return *songFiles; }
 
@@ -99,6 +101,7 @@ private:
     using Keys = QList<QKeySequence>;
 
     void Make_Panes();
+    void Make_Events_Editor();
     QDockWidget* Make_Channels_Pane();
     QDockWidget* Make_Piano_Pane();
     void Make_Menus();
@@ -176,6 +179,7 @@ private:
     ChannelsList* channelsList = nullptr;
     Channel_Properties* properties = nullptr;
     frmREC_PianoLayout* piano = nullptr;
+    frmEventsEditor* eventsEditor = nullptr;
     Song_Overview* overview = nullptr;
     frmKeyboardSetup* keyboard = nullptr;
     frmFX_Config* effects = nullptr; ///< from its first opening on

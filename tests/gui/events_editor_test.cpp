@@ -1,0 +1,448 @@
+#include "editors/windows/frm_ev_ed_set_vol.h"
+#include "editors/windows/frm_ev_ed_time_pos_properties.h"
+#include "editors/windows/frm_ev_ed_view.h"
+#include "editors/windows/frm_events_editor.h"
+#include "editors/windows/frm_sel_channels_view.h"
+#include "editors/windows/frm_undo_list.h"
+#include "support/window_world.h"
+#include "widgets/tool_button.h"
+
+#include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+using namespace tonvex;
+
+namespace {
+
+/// An editor of the first channel: C5 at beat 1, E5 at 2, G5 at 4, a beat each, volume 100; 42 pixels a beat.
+struct Editor : World {
+    explicit Editor(bool notes = true) : host(S(), theme), editor(host.Editor()), view(editor.View()) {
+        S().options.Global_UseThreadEngine = false;
+        if (notes)
+            for (const auto& [beat, note] : {std::pair{1.0, 72}, {2.0, 76}, {4.0, 79}})
+                Store().AddNewEvent(beat, NoteData{static_cast<std::uint8_t>(note), 100, 1.0});
+        S().hub->Message(nullptr, MSG_GENERAL_UPDATE);
+        S().project.Modified = false;
+        S().events.Subscribe([this](int msgId, std::int32_t, const std::string&) {
+            if (msgId >= MSG_EVENT_ADDED && msgId <= MSG_CHORD_TYPE_END)
+                messages << msgId;
+        });
+        host.resize(1100, 640);
+        host.show();
+        if (!QTest::qWaitForWindowActive(&host))
+            qFatal("the editor is not active");
+        host.Show_Channel(FIRST_ID);
+        editor.UpdateZoom(6);
+        editor.Update_View();
+        view.Scroll_To(0.0, view.Window().Geometry.Y_Of_Note(84));
+        view.setFocus();
+        messages.clear();
+    }
+    ChannelClass& Store() { return S().channels->Store(0); }
+    QString Song() {
+        QStringList events;
+        for (std::int32_t i = Store().FirstEvent(); i >= 0; i = Store().Get_NextEventI(i)) {
+            const auto event = Store().ReadEvent(i);
+            const int volume = event->Note != nullptr ? event->Note->Vol : -1;
+            events << QStringLiteral("%1/%2/%3/%4")
+                          .arg(event->StartTime)
+                          .arg(Store().Get_Event_BaseNote(i))
+                          .arg(Store().GetEvent_Length(i))
+                          .arg(volume);
+        }
+        return events.join(' ');
+    }
+    QPoint At(double beat, int note) const {
+        const Roll_Painter painter = view.Painter();
+        return QPointF(painter.X_Of(beat), painter.Y_Of_Note(note) + 9).toPoint();
+    }
+    void Move_To(const QPoint& point, Qt::KeyboardModifiers modifiers = {}) {
+        QMouseEvent event(QEvent::MouseMove, point, view.mapToGlobal(point), Qt::NoButton, Qt::LeftButton,
+                          modifiers);
+        QApplication::sendEvent(&view, &event);
+    }
+    void Drag(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::mousePress(&view, Qt::LeftButton, modifiers, from);
+        Move_To((from * 3 + to) / 4, modifiers);
+        Move_To(to, modifiers);
+        QTest::mouseRelease(&view, Qt::LeftButton, modifiers, to);
+    }
+    /// One key after the other: "I" Insert, "D" Delete, arrows "<>^v", "T" Tab, "B" back tab, " " Space.
+    void Type(const char* keys, Qt::KeyboardModifiers modifiers = {}) {
+        static const std::map<char, Qt::Key> KEYS = {
+            {'I', Qt::Key_Insert}, {'D', Qt::Key_Delete},  {'<', Qt::Key_Left},
+            {'>', Qt::Key_Right},  {'^', Qt::Key_Up},      {'v', Qt::Key_Down},
+            {'T', Qt::Key_Tab},    {'B', Qt::Key_Backtab}, {' ', Qt::Key_Space}};
+        for (; *keys != 0; ++keys)
+            QTest::keyClick(&view, KEYS.at(*keys), modifiers);
+    }
+    std::size_t Selected() { return editor.Display().Own().Selected_Count(); }
+    template <typename Dialog>
+    Dialog* Opened() {
+        auto* found = editor.findChild<Dialog*>();
+        if (found == nullptr)
+            qFatal("the dialog is not open");
+        return found;
+    }
+
+    frmEventsEditor host;
+    EventsEditorCtrl& editor;
+    Roll_View& view;
+    QList<int> messages;
+};
+
+const QString BEFORE = QStringLiteral("1/72/1/100 2/76/1/100 4/79/1/100");
+
+} // namespace
+
+class Events_Editor_Test : public QObject {
+    Q_OBJECT
+private slots:
+    void A_Drag_Is_One_Step_data();
+    void A_Drag_Is_One_Step();
+    void Escape_Takes_A_Drag_Back();
+    void The_Wheel_Zooms_Around_The_Pointer();
+    void A_Drag_At_The_Edge_Scrolls();
+    void A_Clicked_Note_Stops_By_Itself();
+    void A_Phrase_By_Keys_Alone();
+    void Every_Event_In_View_Is_Told();
+    void The_Play_Line_Repaints_Its_Strip();
+    void Time_Properties();
+    void Volume_And_Clipboard();
+    void Other_Channels_Are_Shown_Pale();
+    void The_View_Is_Remembered();
+    void Rules_And_Their_Boxes();
+    void The_Selection_Comes_Back_With_A_Step();
+    void Another_Song_Begins_Unselected();
+};
+
+void Events_Editor_Test::A_Drag_Is_One_Step_data() {
+    QTest::addColumn<int>("tool");
+    QTest::addColumn<QPoint>("from"); // beats in hundredths, note
+    QTest::addColumn<QPoint>("to");
+    QTest::addColumn<QList<int>>("messages");
+    QTest::addColumn<QString>("after");
+    const auto row = [](const char* name, Roll_Tool tool, QPoint from, QPoint to, const QList<int>& messages,
+                        const char* after) {
+        QTest::newRow(name) << static_cast<int>(tool) << from << to << messages << QString(after);
+    };
+    row("to the right", Roll_Tool::Select, {150, 72}, {250, 72}, {1018, 1019},
+        "2/72/1/100 2/76/1/100 4/79/1/100");
+    row("up", Roll_Tool::Select, {250, 76}, {250, 77}, {1022, 1023}, "1/72/1/100 2/77/1/100 4/79/1/100");
+    row("its edge", Roll_Tool::Select, {298, 76}, {348, 76}, {1020, 1021},
+        "1/72/1/100 2/76/1.5/100 4/79/1/100");
+    row("a note drawn", Roll_Tool::Draw, {602, 70}, {698, 70}, {1015, 1016},
+        "1/72/1/100 2/76/1/100 4/79/1/100 6/70/1/100");
+    row("erased", Roll_Tool::Erase, {150, 72}, {150, 72}, {1017}, "2/76/1/100 4/79/1/100");
+    row("a click", Roll_Tool::Select, {150, 72}, {150, 72}, {}, "1/72/1/100 2/76/1/100 4/79/1/100");
+}
+
+void Events_Editor_Test::A_Drag_Is_One_Step() {
+    QFETCH(int, tool);
+    QFETCH(QPoint, from);
+    QFETCH(QPoint, to);
+    QFETCH(QList<int>, messages);
+    QFETCH(QString, after);
+    Editor e;
+    e.view.Set_Tool(static_cast<Roll_Tool>(tool));
+    e.Drag(e.At(from.x() / 100.0, from.y()), e.At(to.x() / 100.0, to.y()));
+    QCOMPARE(e.messages, messages);
+    QCOMPARE(e.Song(), after);
+    QCOMPARE(e.S().undo->Undo_Count(), after == BEFORE ? 0U : 1U);
+    e.S().undo->Do_Undo();
+    QCOMPARE(e.Song(), BEFORE);
+}
+
+void Events_Editor_Test::Escape_Takes_A_Drag_Back() {
+    Editor e;
+    QTest::mousePress(&e.view, Qt::LeftButton, {}, e.At(1.5, 72));
+    e.Move_To(e.At(3.5, 72));
+    QVERIFY(e.view.Gesture().Is_On());
+    QTest::keyClick(&e.view, Qt::Key_Escape);
+    QTest::mouseRelease(&e.view, Qt::LeftButton, {}, e.At(3.5, 72));
+    QCOMPARE(e.messages, QList<int>());
+    QCOMPARE(e.Song(), BEFORE);
+}
+
+void Events_Editor_Test::The_Wheel_Zooms_Around_The_Pointer() {
+    Editor e;
+    const QPoint pointer = e.At(9.0, 72);
+    for (const int notch : {120, 120, -120}) {
+        QWheelEvent wheel(pointer, e.view.mapToGlobal(pointer), {}, {0, notch}, Qt::NoButton,
+                          Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&e.view, &wheel);
+        QVERIFY(std::abs(e.view.Painter().Beat_At(pointer.x()) - 9.0) < 0.03); // a pixel
+    }
+    QCOMPARE(e.view.Window().Geometry.ZoomIndex, 5);
+    QVERIFY(e.editor.findChild<Tool_Button*>(QStringLiteral("zoom")) != nullptr);
+}
+
+void Events_Editor_Test::A_Drag_At_The_Edge_Scrolls() {
+    Editor e;
+    const QRect roll = e.view.Painter().Layout().Roll;
+    QTest::mousePress(&e.view, Qt::LeftButton, {}, e.At(1.5, 72));
+    e.Move_To({roll.right() + 60, e.At(1.5, 72).y()});
+    QTRY_VERIFY(e.view.Window().ScrollX > 100.0);
+    const QPoint end(roll.right() - 20, e.At(1.5, 72).y());
+    e.Move_To(end);
+    const double goal = Round_To_Grid(e.view.Painter().Beat_At(end.x()) - 0.5, 4);
+    QTest::mouseRelease(&e.view, Qt::LeftButton, {}, end);
+    const auto& moved = e.editor.Display().Own().Rows().back();
+    QCOMPARE(int{moved.Note}, 72);
+    QVERIFY(std::abs(moved.StartTime - goal) <= 0.25); // a pixel may lie on the other side of a step
+}
+
+void Events_Editor_Test::A_Clicked_Note_Stops_By_Itself() {
+    Editor e;
+    e.test.sound.posted.clear();
+    e.Drag(e.At(1.5, 72), e.At(1.5, 72));
+    QCOMPARE(Count(e.test.sound.posted, Sound_Op::NoteOn, 0, 72), 1);
+    QTRY_COMPARE(Count(e.test.sound.posted, Sound_Op::NoteOff, 0, 72), 1);
+    QTest::mouseClick(&e.view, Qt::LeftButton, {}, QPoint(10, e.At(0, 60).y())); // the piano
+    QTRY_COMPARE(Count(e.test.sound.posted, Sound_Op::NoteOff, 0, 60), 1);
+}
+
+void Events_Editor_Test::A_Phrase_By_Keys_Alone() {
+    Editor e(false);
+    e.view.Set_Cursor(0.0, 72);
+    e.Type("I^^I"); // a beat each, one behind the other
+    QCOMPARE(e.Song(), QStringLiteral("0/72/1/100 1/74/1/100"));
+    e.Type(">>>>vvvvI");
+    QCOMPARE(e.Song(), QStringLiteral("0/72/1/100 1/74/1/100 3/70/1/100"));
+    e.Type("<", Qt::AltModifier);
+    e.Type(">>", Qt::ShiftModifier);
+    e.Type("v", Qt::ControlModifier);
+    QCOMPARE(e.Song(), QStringLiteral("0/72/1/100 1/74/1/100 2.75/58/1.5/100"));
+    e.Type("BB"); // back to the first
+    QCOMPARE(e.Selected(), std::size_t{1});
+    QTest::keyClick(&e.view, Qt::Key_Minus, Qt::AltModifier);
+    e.Type("^", Qt::AltModifier);
+    QCOMPARE(e.Song(), QStringLiteral("0/73/1/95 1/74/1/100 2.75/58/1.5/100"));
+    e.Type("TD");
+    QCOMPARE(e.Song(), QStringLiteral("0/73/1/95 2.75/58/1.5/100"));
+    QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
+    e.Type("D");
+    QCOMPARE(e.Song(), QString());
+    while (e.S().undo->Can_Undo())
+        e.S().undo->Do_Undo();
+    QCOMPARE(e.Song(), QString());
+}
+
+void Events_Editor_Test::Every_Event_In_View_Is_Told() {
+    Editor e;
+    e.Store().AddNewEvent(400.0, NoteData{72, 100, 1.0}); // far outside
+    e.editor.LoadData_From_ChannelClass();
+    QAccessibleInterface* roll = QAccessible::queryAccessibleInterface(&e.view);
+    QVERIFY(roll != nullptr);
+    QCOMPARE(roll->childCount(), 3);
+    e.Type("T"); // the first from the cursor on
+    QStringList told;
+    for (int i = 0; i < roll->childCount(); ++i) {
+        QAccessibleInterface* event = roll->child(i);
+        QCOMPARE(roll->indexOfChild(event), i);
+        QCOMPARE(roll->childAt(event->rect().center().x(), event->rect().center().y()), event);
+        told << event->text(QAccessible::Name) + (event->state().selected ? " selected" : "");
+    }
+    QCOMPARE(told, QStringList({QStringLiteral("C5, position 1:2.0, length 1 beat, volume 100 selected"),
+                                QStringLiteral("E5, position 1:3.0, length 1 beat, volume 100"),
+                                QStringLiteral("G5, position 2:1.0, length 1 beat, volume 100")}));
+    QAccessibleInterface* first = roll->child(0);
+    e.Type("D");
+    QVERIFY(!first->isValid());
+    QCOMPARE(roll->childCount(), 2);
+}
+
+void Events_Editor_Test::The_Play_Line_Repaints_Its_Strip() {
+    Editor e;
+    struct Painted : QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Paint)
+                widest = std::max(widest, static_cast<QPaintEvent*>(event)->rect().width());
+            return false;
+        }
+        int widest = 0;
+    } painted;
+    QTest::qWait(20);
+    e.view.installEventFilter(&painted);
+    for (int step = 1; step <= 20; ++step) {
+        e.view.Move_Line(step * 0.1, true);
+        QTest::qWait(1);
+    }
+    QVERIFY(painted.widest > 0);
+    QVERIFY2(painted.widest < 20, qPrintable(QString::number(painted.widest)));
+    e.view.Move_Line(200.0, true); // out of view: the view follows
+    QVERIFY(e.view.Painter().X_Of(200.0) < e.view.width());
+}
+
+void Events_Editor_Test::Time_Properties() {
+    Editor e;
+    e.editor.Open_Time_Properties();
+    QCOMPARE(e.Last_Text(),
+             std::string("You need to select one or more events to access the time properties"));
+    QVERIFY(e.editor.findChild<frmEvEd_TimePosProperties*>() == nullptr);
+    QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
+    e.editor.Open_Time_Properties();
+    auto* window = e.Opened<frmEvEd_TimePosProperties>();
+    QCOMPARE(window->windowTitle(), QStringLiteral("Time Properties"));
+    QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QString()); // several differ
+    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("0:x"));
+    Click(*window, "ok");
+    QCOMPARE(e.Last_Text(), std::string("Invalid value: 0:x"));
+    QVERIFY(window->isVisible());
+    Click(*window, "Check1");
+    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("1:0.5"));
+    Find<QLineEdit>(*window, "Text2")->setText(QStringLiteral("-0.5"));
+    Click(*window, "ok");
+    QCOMPARE(e.Song(), QStringLiteral("5.5/72/0.5/100 6.5/76/0.5/100 8.5/79/0.5/100"));
+    QCOMPARE(e.S().undo->Undo_Text(), std::string("Undo change events time properties"));
+    QTRY_VERIFY(e.editor.findChild<frmEvEd_TimePosProperties*>() == nullptr);
+    e.editor.Display().Own().Select({e.Store().GetEvent_ID(e.Store().FirstEvent())});
+    e.editor.Open_Time_Properties();
+    window = e.Opened<frmEvEd_TimePosProperties>();
+    QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QStringLiteral("2:2.5"));
+    Click(*window, "beats");
+    QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QStringLiteral("5.5"));
+    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("0"));
+    Click(*window, "ok");
+    QCOMPARE(e.Song(), QStringLiteral("0/72/0.5/100 6.5/76/0.5/100 8.5/79/0.5/100"));
+}
+
+void Events_Editor_Test::Volume_And_Clipboard() {
+    Editor e;
+    e.editor.Open_Volume(); // nothing selected
+    QVERIFY(e.editor.findChild<frmEvEd_SetVol*>() == nullptr);
+    e.Drag(e.At(0.5, 70), e.At(3.5, 78)); // a band around two
+    QCOMPARE(e.Selected(), std::size_t{2});
+    e.editor.Open_Volume();
+    auto* window = e.Opened<frmEvEd_SetVol>();
+    Find<QSpinBox>(*window, "Text1")->setValue(20);
+    Click(*window, "ok");
+    QCOMPARE(e.Song(), QStringLiteral("1/72/1/20 2/76/1/20 4/79/1/100"));
+    e.S().transport.PlayPosition = 10.0;
+    QTest::keyClick(&e.view, Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(e.Song(), QStringLiteral("4/79/1/100"));
+    QCOMPARE(e.S().undo->Undo_Text(), std::string("Undo cut events"));
+    QTest::keyClick(&e.view, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(e.Song(), QStringLiteral("4/79/1/100 10/72/1/20 11/76/1/20"));
+    QCOMPARE(e.Selected(), std::size_t{2}); // what was pasted
+    QTest::keyClick(&e.view, Qt::Key_J, Qt::ControlModifier);
+    QCOMPARE(e.messages.mid(e.messages.size() - 2), QList<int>({1020, 1021}));
+}
+
+void Events_Editor_Test::Other_Channels_Are_Shown_Pale() {
+    Editor e;
+    e.S().hub->Message(nullptr, MSG_ADD_CHANNEL, std::string("Bass"), false);
+    const std::int32_t bass = e.S().channels->Channels[1].ChannelID;
+    e.S().channels->Store(1).AddNewEvent(1.0, NoteData{70, 90, 1.0});
+    e.editor.CView_ShowSelChannels();
+    auto* window = e.Opened<frmSelChannelsView>();
+    auto* list = Find<QListWidget>(*window, "List1");
+    QCOMPARE(list->count(), 1); // not the one in hand
+    list->item(0)->setCheckState(Qt::Checked);
+    Click(*window, "ok");
+    QVERIFY(e.editor.Display().CView_Is_Shown(bass));
+    e.editor.Update_View();
+    QCOMPARE(e.editor.Display().CView_GetData(0).Events.Rows().size(), std::size_t{1});
+    e.Drag(e.At(1.5, 70), e.At(2.5, 70)); // for reading
+    QCOMPARE(e.messages, QList<int>());
+    e.S().hub->Message(nullptr, MSG_DELETE_CHANNEL, bass);
+    e.editor.Update_View();
+    QCOMPARE(e.editor.Display().CView_GetTotalChannels(), 0);
+}
+
+void Events_Editor_Test::The_View_Is_Remembered() {
+    Editor e;
+    e.editor.Open_View();
+    auto* window = e.Opened<frmEvEd_View>();
+    for (auto* check : window->findChildren<QCheckBox*>())
+        if (check->text() == QStringLiteral("View Midi notes number on note events.") ||
+            check->text() == QStringLiteral("View Bars"))
+            check->click();
+    Click(*window, "ok");
+    QCOMPARE(e.S().settings.Global_EVEd_View_NoteNumbers, 1);
+    QVERIFY(e.view.Spoken(e.Store().GetEvent_ID(0)).startsWith(QStringLiteral("C5 (72)")));
+    EventsEditorCtrl second(e.S(), e.theme);
+    QVERIFY(second.View().Window().Options.NoteNumbers);
+    QVERIFY(!second.View().Window().Options.Bars);
+    QCOMPARE(second.View().Window().Geometry.ZoomIndex, 6);
+    second.Align_SetAlignForDrums();
+    Byte_Writer writer;
+    second.Settings_Save(writer);
+    QCOMPARE(writer.Bytes().size(), std::size_t{56});
+}
+
+void Events_Editor_Test::Rules_And_Their_Boxes() {
+    Editor e;
+    e.editor.Add_Tempo_Change(8.0);
+    auto* box = e.Opened<QInputDialog>();
+    QCOMPARE(box->windowTitle() + box->labelText() + box->textValue(),
+             QStringLiteral("Add new tempo changeBPM:100"));
+    box->setTextValue(QStringLiteral("0"));
+    box->accept();
+    QCOMPARE(e.Last_Text(), std::string("Invalid value: 0"));
+    QTRY_VERIFY(e.editor.findChild<QInputDialog*>() == nullptr);
+    e.editor.Add_Tempo_Change(8.0);
+    e.Opened<QInputDialog>()->accept();
+    QCOMPARE(Tempo_At(8.0, e.S().tempoChanges, 80), 100);
+    QTRY_VERIFY(e.editor.findChild<QInputDialog*>() == nullptr);
+    e.editor.Insert_Multiple_Bars(1);
+    box = e.Opened<QInputDialog>();
+    QCOMPARE(box->windowTitle() + box->labelText(), QStringLiteral("Insert multiple barsNumber of bars: "));
+    box->setTextValue(QStringLiteral("2"));
+    box->accept();
+    QCOMPARE(e.Song(), QStringLiteral("1/72/1/100 2/76/1/100 12/79/1/100"));
+    QSignalSpy went(&e.editor, &EventsEditorCtrl::goTo);
+    e.S().hub->Message(nullptr, MSG_ADD_MARK, 12.0, std::monostate{}, std::string("Verse"));
+    auto* marks = Find<QComboBox>(e.editor, "Combo2");
+    QCOMPARE(marks->itemText(0), QStringLiteral("Marks"));
+    emit marks->activated(marks->findText(QStringLiteral("Verse")));
+    QCOMPARE(went.takeFirst().first().toDouble(), 12.0);
+    QTest::mouseClick(&e.view, Qt::LeftButton, {},
+                      {e.At(3.1, 72).x(), e.view.Painter().Layout().Rule.center().y()});
+    QCOMPARE(went.takeFirst().first().toDouble(), 3.0);
+}
+
+void Events_Editor_Test::The_Selection_Comes_Back_With_A_Step() {
+    Editor e;
+    QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
+    e.Type("D");
+    QCOMPARE(e.Selected(), std::size_t{0});
+    e.S().undo->Do_Undo();
+    QCOMPARE(e.Selected(), std::size_t{3});
+    e.editor.Open_Undo_List();
+    auto* list = Find<QListWidget>(*e.Opened<frmUndoList>(), "List1");
+    QCOMPARE(list->item(1)->text(), QStringLiteral("Delete events (undone)"));
+    list->setCurrentRow(1);
+    Click(*e.Opened<frmUndoList>(), "go");
+    QCOMPARE(e.Song(), QString());
+    QCOMPARE(list->item(1)->text(), QStringLiteral("Delete events"));
+}
+
+void Events_Editor_Test::Another_Song_Begins_Unselected() {
+    Editor e;
+    QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
+    e.S().New_Project();
+    e.Store().AddNewEvent(0.0, NoteData{60, 90, 1.0}); // with the ID of one that was selected
+    e.editor.LoadData_From_ChannelClass();
+    QCOMPARE(e.Selected(), std::size_t{0});
+    QCOMPARE(e.editor.Display().Own().Rows().size(), std::size_t{1});
+    e.host.Show_Channel(NOT_GIVEN);
+    e.Type("I"); // nowhere to go
+    QCOMPARE(e.Store().GetTotalEvents(), 0);
+}
+
+QTEST_MAIN(Events_Editor_Test)
+#include "events_editor_test.moc"
