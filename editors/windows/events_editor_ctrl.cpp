@@ -111,7 +111,13 @@ void EventsEditorCtrl::paintEvent(QPaintEvent*) {
 
 // ---- what is shown ----
 
+void EventsEditorCtrl::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    Fit_Status();
+}
+
 void EventsEditorCtrl::Show_Channel(std::int32_t channelId) {
+    wanted = channelId;
     const int row = session.channels->ChannelI(channelId);
     const bool audio = row >= 0 && Is_On(session.channels->Channels[static_cast<std::size_t>(row)].IsAudio);
     const std::int32_t shown = row < 0 || audio ? NOT_GIVEN : channelId;
@@ -189,6 +195,9 @@ void EventsEditorCtrl::Stale(std::int32_t channelId) {
 
 void EventsEditorCtrl::Update_View() {
     updateTimer.stop();
+    // In another song the channel may come later than the notice of the song.
+    if (display.Channel() != wanted)
+        Show_Channel(wanted);
     display.Update_View();
     view->Changed();
     Update_HScrollBar();
@@ -230,7 +239,13 @@ void EventsEditorCtrl::Show_Status() {
         if (volume >= 0)
             text += QStringLiteral(" · ") + (same ? tr("Vol %1").arg(volume) : tr("Vol mixed"));
     }
-    status->setText(text);
+    statusText = text;
+    Fit_Status();
+}
+
+void EventsEditorCtrl::Fit_Status() {
+    status->setText(QFontMetrics(status->font()).elidedText(statusText, Qt::ElideRight, status->width()));
+    status->setToolTip(statusText);
 }
 
 // ---- view ----
@@ -366,18 +381,15 @@ void EventsEditorCtrl::On_Run_Ended() {
 
 void EventsEditorCtrl::On_Song_Replaced() {
     view->Gesture().Cancel();
-    const std::int32_t shown = display.Channel();
     while (display.CView_GetTotalChannels() > 0)
         display.CView_RemoveChannel(display.CView_GetData(0).ChannelID);
     // Another song's events may bear the same IDs: nothing of the selection goes over.
     display.Show_Channel(NOT_GIVEN);
-    display.Show_Channel(session.channels->ChannelI(shown) < 0 ? NOT_GIVEN : shown);
-    edits.Channel = display.Channel();
+    edits.Channel = NOT_GIVEN;
     view->Scroll_To(0.0, view->Window().ScrollY);
-    view->Show_Notes();
     LoadMarks();
     Show_Grid();
-    Update_View();
+    LoadData_From_ChannelClass();
 }
 
 // ---- undo ----
@@ -534,6 +546,14 @@ void EventsEditorCtrl::Align_To_Beats(int div) {
     lastAlign = div;
     if (display.Own().Selected_Count() > 0)
         edits.Align(Selected(), div, alignStrength);
+}
+
+void EventsEditorCtrl::Align_Channel_Events() {
+    if (display.Own().Selected_Count() == 0) {
+        display.Own().Select_All();
+        Update_View();
+    }
+    Align_To_Beats(lastAlign);
 }
 
 void EventsEditorCtrl::Transpose(int semitones) {

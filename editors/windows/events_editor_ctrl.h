@@ -95,6 +95,8 @@ public:
     void Cut();
     void Delete_Selected();
     void Align_To_Beats(int div);
+    /// The selection, or without one all events, to the grid aligned to last.
+    void Align_Channel_Events();
     void Set_Align_Strength(int percent) { alignStrength = percent; }
     void Transpose(int semitones);
     void Change_Volume(int delta);
@@ -122,6 +124,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     // events_editor_ctrl.cpp
@@ -129,6 +132,7 @@ private:
     void Stale(std::int32_t channelId);
     void Show_Beats(double first, double length);
     void Show_Status();
+    void Fit_Status();
     void Set_Option(bool Roll_Options::*option, bool on);
     void Load_Options();
     void Keep_Options() const;
@@ -186,6 +190,8 @@ private:
     QElapsedTimer lineClock;
     int lastAlign = 4; ///< divisions of the last alignment
     int alignStrength = 100;
+    std::int32_t wanted = NOT_GIVEN; ///< channel to be shown, as soon as it is there
+    QString statusText;
     int subscription = 0;
 };
 

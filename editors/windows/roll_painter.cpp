@@ -193,12 +193,16 @@ void Roll_Painter::Draw_Event(QPainter& painter, const QRectF& box, const QColor
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour);
     painter.drawRoundedRect(box, radius, radius);
-    if (!selected)
-        return;
-    const double half = theme.Scale() * 0.9;
+    if (selected)
+        Draw_Outline(painter, box);
+}
+
+void Roll_Painter::Draw_Outline(QPainter& painter, const QRectF& box) {
+    const double radius = std::min<double>(theme.Px(3), box.width() / 3);
+    const double half = theme.Scale() * 0.45;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(theme.Tokens().text, 2 * half));
-    painter.drawRoundedRect(box.adjusted(half / 2, half / 2, -half / 2, -half / 2), radius, radius);
+    painter.setPen(QPen(theme.Tokens().text, 4 * half));
+    painter.drawRoundedRect(box.adjusted(half, half, -half, -half), radius, radius);
 }
 
 void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
@@ -442,9 +446,8 @@ void Roll_Painter::Draw_Gesture(QPainter& painter, Event_Display& display, const
             const Ev_Display_Row& row = events.Rows()[i];
             if (gesture.What() == Roll_Gesture::Kind::Erase && gesture.Will_Be_Erased(row.EventID))
                 painter.fillRect(Box_Of(row).adjusted(-1, -1, 1, 1), With_Alpha(t.panel, 0.8F));
-            else if (gesture.What() == Roll_Gesture::Kind::Band && !row.Selected &&
-                     gesture.Will_Be_Selected(row))
-                Draw_Event(painter, Box_Of(row), colour, true);
+            else if (gesture.What() == Roll_Gesture::Kind::Band && gesture.Will_Be_Selected(row))
+                Draw_Outline(painter, Box_Of(row));
         });
         if (gesture.What() == Roll_Gesture::Kind::Band) {
             const Roll_Box band = gesture.Box();

@@ -49,6 +49,8 @@ public:
     /// Box of an event in the widget.
     QRectF Box_Of(const Ev_Display_Row& row) const;
     double Lane_Y(int volume) const;
+    /// How the channel's events are named.
+    Event_Names Names(std::int32_t channelId) const;
 
 private:
     void Draw_Rows(QPainter& painter);
@@ -61,10 +63,10 @@ private:
     void Draw_Views(QPainter& painter, Event_Display& display);
     void Draw_Events(QPainter& painter, Event_Display& display);
     void Draw_Event(QPainter& painter, const QRectF& box, const QColor& colour, bool selected);
+    void Draw_Outline(QPainter& painter, const QRectF& box);
     void Draw_Lane(QPainter& painter, Event_Display& display);
     void Draw_Stick(QPainter& painter, const Ev_Display_Row& row, int volume, const QColor& colour);
     QColor Channel_Colour(std::int32_t channelId) const;
-    Event_Names Names(std::int32_t channelId) const;
     int Bars_Per_Number() const;
 
     const Session& session;

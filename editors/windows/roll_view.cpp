@@ -148,8 +148,8 @@ QString Roll_View::Spoken(std::int32_t eventId) const {
     const auto read = store == nullptr ? std::nullopt : store->ReadEvent(store->GetEvent_I(eventId));
     if (!read)
         return {};
-    const Event_Names names{session.notes, *session.channels, false, viewed.Options.NoteNumbers};
-    return QString::fromStdString(Spoken_Text(*read, store->GetEvent_Length(read->EventI), names));
+    return QString::fromStdString(
+        Spoken_Text(*read, store->GetEvent_Length(read->EventI), Painter().Names(display.Channel())));
 }
 
 // ---- play line ----

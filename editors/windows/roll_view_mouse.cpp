@@ -185,7 +185,7 @@ void Roll_View::mouseDoubleClickEvent(QMouseEvent* event) {
 
 QString Roll_View::Hover_Text(const Ev_Display_Row& row) const {
     QString text = QString::fromStdString(Format_Beats(row.StartTime)) + QStringLiteral("   ") +
-                   QString::fromStdString(session.notes.NoteName(row.Note));
+                   QString::fromStdString(Note_Text(row.Note, Painter().Names(display.Channel())));
     if (Has_Length(row.Kind))
         text += tr("   Length: %1").arg(QString::fromStdString(Beats_Text(row.Length)));
     if (Has_Volume(row.Kind))

@@ -211,8 +211,8 @@ void Events_Editor_Test::A_Clicked_Note_Stops_By_Itself() {
     e.Drag(e.At(1.5, 72), e.At(1.5, 72));
     QCOMPARE(Count(e.test.sound.posted, Sound_Op::NoteOn, 0, 72), 1);
     QTRY_COMPARE(Count(e.test.sound.posted, Sound_Op::NoteOff, 0, 72), 1);
-    QTest::mouseClick(&e.view, Qt::LeftButton, {}, QPoint(10, e.At(0, 60).y())); // the piano
-    QTRY_COMPARE(Count(e.test.sound.posted, Sound_Op::NoteOff, 0, 60), 1);
+    QTest::mouseClick(&e.view, Qt::LeftButton, {}, QPoint(10, e.At(0, 74).y())); // the piano
+    QTRY_COMPARE(Count(e.test.sound.posted, Sound_Op::NoteOff, 0, 74), 1);
 }
 
 void Events_Editor_Test::A_Phrase_By_Keys_Alone() {
@@ -349,9 +349,9 @@ void Events_Editor_Test::Other_Channels_Are_Shown_Pale() {
     e.S().channels->Store(1).AddNewEvent(1.0, NoteData{70, 90, 1.0});
     e.editor.CView_ShowSelChannels();
     auto* window = e.Opened<frmSelChannelsView>();
-    auto* list = Find<QListWidget>(*window, "List1");
-    QCOMPARE(list->count(), 1); // not the one in hand
-    list->item(0)->setCheckState(Qt::Checked);
+    const auto checks = window->findChildren<QCheckBox*>();
+    QCOMPARE(checks.size(), 1); // not the one in hand
+    checks.front()->click();
     Click(*window, "ok");
     QVERIFY(e.editor.Display().CView_Is_Shown(bass));
     e.editor.Update_View();
@@ -436,7 +436,7 @@ void Events_Editor_Test::Another_Song_Begins_Unselected() {
     QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
     e.S().New_Project();
     e.Store().AddNewEvent(0.0, NoteData{60, 90, 1.0}); // with the ID of one that was selected
-    e.editor.LoadData_From_ChannelClass();
+    e.editor.Update_View();
     QCOMPARE(e.Selected(), std::size_t{0});
     QCOMPARE(e.editor.Display().Own().Rows().size(), std::size_t{1});
     e.host.Show_Channel(NOT_GIVEN);
