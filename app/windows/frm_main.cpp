@@ -208,6 +208,7 @@ void frmMain::Make_Events_Editor() {
     connect(&editor, &EventsEditorCtrl::recordWanted, this,
             [this] { Run_From_Key([this] { recorder->Button_Rec(); }); });
     connect(&editor, &EventsEditorCtrl::stopWanted, recorder, &frmRecorder::Button_Stop);
+    connect(&editor, &EventsEditorCtrl::helpWanted, this, &frmMain::Show_Help);
     connect(&editor, &EventsEditorCtrl::soundFontsWanted, this, &frmMain::Edit_Sound_Fonts);
 }
 

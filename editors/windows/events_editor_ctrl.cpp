@@ -117,7 +117,7 @@ void EventsEditorCtrl::resizeEvent(QResizeEvent* event) {
 }
 
 void EventsEditorCtrl::Show_Channel(std::int32_t channelId) {
-    wanted = channelId;
+    wantedChannel = channelId;
     const int row = session.channels->ChannelI(channelId);
     const bool audio = row >= 0 && Is_On(session.channels->Channels[static_cast<std::size_t>(row)].IsAudio);
     const std::int32_t shown = row < 0 || audio ? NOT_GIVEN : channelId;
@@ -196,8 +196,8 @@ void EventsEditorCtrl::Stale(std::int32_t channelId) {
 void EventsEditorCtrl::Update_View() {
     updateTimer.stop();
     // In another song the channel may come later than the notice of the song.
-    if (display.Channel() != wanted)
-        Show_Channel(wanted);
+    if (display.Channel() != wantedChannel)
+        Show_Channel(wantedChannel);
     display.Update_View();
     view->Changed();
     Update_HScrollBar();
@@ -450,7 +450,7 @@ void EventsEditorCtrl::Sound_Event(std::int32_t eventId) {
     if (read->Note != nullptr) {
         Sound_Note(read->Note->Note, read->Note->Vol);
     } else if (read->QChord != nullptr) {
-        sound.Start_Chord(Slot(), *read->QChord, 0);
+        sound.Start_Stored_Chord(Slot(), *read->QChord);
         chordOffTimer.start(CHORD_MS);
     }
 }

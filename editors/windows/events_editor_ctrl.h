@@ -190,7 +190,7 @@ private:
     QElapsedTimer lineClock;
     int lastAlign = 4; ///< divisions of the last alignment
     int alignStrength = 100;
-    std::int32_t wanted = NOT_GIVEN; ///< channel to be shown, as soon as it is there
+    std::int32_t wantedChannel = NOT_GIVEN; ///< channel to be shown, as soon as it is there
     QString statusText;
     int subscription = 0;
 };

@@ -6,12 +6,10 @@
 #include "editors/windows/roll_painter.h"
 #include "widgets/theme.h"
 
-#include <QElapsedTimer>
 #include <QPixmap>
 #include <QTimer>
 #include <QWidget>
 
-#include <optional>
 #include <vector>
 
 namespace tonvex {
@@ -164,7 +162,6 @@ private:
     QTimer edgeTimer;
     QPointF dragAt;
     Qt::KeyboardModifiers dragModifiers;
-    QElapsedTimer lineClock;
     QString figure;
     QRect figurePlace;
 };

@@ -47,14 +47,26 @@ void Test_Sound::Start_Notes(int outputSlot, const std::vector<int>& notes, int 
         end.start(forMs);
 }
 
-void Test_Sound::Start_Chord(int outputSlot, const QChordData& chord, int octave) {
+QChordClass& Test_Sound::New_Chord(int outputSlot, const QChordData& chord) {
     Stop();
     slot = outputSlot;
     velocity = chord.ChordVol;
     on = true;
     tempo.ProjectTempo = session.project.ProjectTempo;
-    player.emplace(QChord_Parts{noChanges, tempo, *session.fingerpicks});
-    player->SetQchordData(chord, octave, 0.0);
+    return player.emplace(QChord_Parts{noChanges, tempo, *session.fingerpicks});
+}
+
+void Test_Sound::Start_Chord(int outputSlot, const QChordData& chord, int octave) {
+    New_Chord(outputSlot, chord).SetQchordData(chord, octave, 0.0);
+    Begin_Chord();
+}
+
+void Test_Sound::Start_Stored_Chord(int outputSlot, const QChordData& chord) {
+    New_Chord(outputSlot, chord).Set_Stored_Chord(chord, 0.0);
+    Begin_Chord();
+}
+
+void Test_Sound::Begin_Chord() {
     startNs = session.doors.counter.Now_Ns();
     steps.start();
     Send_Due_Steps();

@@ -25,6 +25,8 @@ public:
     void Start_Notes(int slot, const std::vector<int>& notes, int velocity, int forMs = 0);
     /// A chord as a key of it sounds, until Stop. octave: the chord octave in force, 0 to 5.
     void Start_Chord(int slot, const QChordData& chord, int octave);
+    /// A chord of an event sounds as the event does, until Stop.
+    void Start_Stored_Chord(int slot, const QChordData& chord);
     void Stop();
     bool Is_On() const noexcept { return on; }
 
@@ -32,6 +34,8 @@ signals:
     void stopped();
 
 private:
+    QChordClass& New_Chord(int slot, const QChordData& chord);
+    void Begin_Chord();
     void Send(const QChord_Messages& messages);
     void Send_Due_Steps();
 
