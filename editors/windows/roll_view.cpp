@@ -237,6 +237,13 @@ void Roll_View::paintEvent(QPaintEvent* event) {
     }
 }
 
+void Roll_View::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!placed)
+        Show_Notes();
+    placed = true;
+}
+
 void Roll_View::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     pictureValid = false;

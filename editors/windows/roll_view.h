@@ -102,6 +102,7 @@ protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -149,6 +150,7 @@ private:
     Roll_Window viewed;
     Roll_Gesture gesture;
     Roll_Tool tool = Roll_Tool::Select;
+    bool placed = false; ///< the notes were brought into view once it had its size
     bool toolOnce = false;
     bool copyMode = false;
     QPixmap picture;

@@ -113,7 +113,7 @@ TEST(Live_Edits, Are_Heard_In_The_Same_Run) {
              clipboard.Copy(bed.store, {bed.c5, bed.e5});
              (void)bed.edits.Add(clipboard.Placed_At(5.0), "Paste events");
          },
-         "1+72/80 1000-72 3000+76/80 4000-76 5001+72/80 7000-72 8000+76/80 9000-76"},
+         "1+72/80 1000-72 3000+76/80 4000-76 5000+72/80 7000-72 8000+76/80 9000-76"},
     };
     for (const bool threadEngine : {false, true})
         for (const Live_Row& row : rows) {
