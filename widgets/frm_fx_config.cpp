@@ -1,6 +1,7 @@
 #include "widgets/frm_fx_config.h"
 
 #include "song/effect_records.h"
+#include "widgets/effect_picture.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -119,7 +120,12 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
     QString letters = QStringLiteral("ncr"); // of the check above, of "Close" and of "Reset"
     grid->addWidget(page.on, 0, 0, 1, 2);
     grid->addWidget(reset, 0, 2);
-    int line = 1;
+    page.picture = new Effect_Picture(theme, kind, sheet);
+    page.picture->setAccessibleName(tr("Picture of the %1").arg(Effect_Caption(kind)));
+    page.picture->setToolTip(tr("What the values below do"));
+    grid->addWidget(page.picture, 1, 0, 1, 3);
+    constexpr int FIRST_LINE = 2;
+    int line = FIRST_LINE;
     for (const Effect_Parameter& parameter : Parameters_Of(kind)) {
         auto* label = new QLabel(With_Mnemonic(tr(parameter.name), letters), sheet);
         auto* slider = new QSlider(Qt::Horizontal, sheet);
@@ -134,7 +140,7 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
         figure->setFont(theme.Digits(Text_Size::Body));
         figure->setMinimumWidth(theme.Px(90));
         figure->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        const auto place = static_cast<std::size_t>(line - 1);
+        const auto place = static_cast<std::size_t>(line - FIRST_LINE);
         connect(slider, &QSlider::valueChanged, this,
                 [this, kind, place](int step) { Change(kind, place, step); });
         connect(slider, &QSlider::sliderReleased, this, &frmFX_Config::End_Gesture);
@@ -189,10 +195,16 @@ void frmFX_Config::Change(Effect_Kind kind, std::size_t parameter, int step) {
     const Page& page = pages[static_cast<std::size_t>(kind)];
     gesture.Turn(channelId, kind, parameter, Value_At(turned, step));
     page.figures[parameter]->setText(Figure(turned, gesture.Values(channelId, kind)[parameter]));
+    Show_Picture(kind);
     if (page.sliders[parameter]->isSliderDown())
         pause.stop();
     else
         pause.start();
+}
+
+void frmFX_Config::Show_Picture(Effect_Kind kind) {
+    const Page& page = pages[static_cast<std::size_t>(kind)];
+    page.picture->Show_Values(gesture.Values(channelId, kind), page.on->isChecked());
 }
 
 void frmFX_Config::End_Gesture() {
@@ -252,6 +264,7 @@ void frmFX_Config::Refresh() {
             page.sliders[i]->setValue(Step_Of(parameters[i], value));
             page.figures[i]->setText(Figure(parameters[i], value));
         }
+        Show_Picture(kind);
     }
 }
 

@@ -17,7 +17,10 @@ class QTabWidget;
 
 namespace tonvex {
 
-/// The effects of a channel's output, a page each: on or off, every parameter with its figure, "Reset". What
+class Effect_Picture;
+
+/// The effects of a channel's output, a page each: on or off, a picture of what it does, every parameter with
+/// its figure, "Reset". What
 /// is turned sounds at once, while a song runs too; the song is changed once, when the slider is let go, or
 /// after steps by keys or wheel when they pause. The window does not block; it goes with its channel.
 /// Interface thread. Session and theme outlive it.
@@ -43,11 +46,13 @@ protected:
 private:
     struct Page {
         QCheckBox* on = nullptr;
+        Effect_Picture* picture = nullptr;
         std::vector<QSlider*> sliders;
         std::vector<QLabel*> figures;
     };
     QWidget* Make_Page(Effect_Kind kind);
     void Change(Effect_Kind kind, std::size_t parameter, int step);
+    void Show_Picture(Effect_Kind kind);
     void End_Gesture();
     void Reset(Effect_Kind kind);
     void Refresh();

@@ -24,6 +24,10 @@ double Log_Cosh(double x) noexcept {
 
 } // namespace
 
+float Distortion::Drive_Of(float edge) noexcept {
+    return Gain_Of_Db(LEAST_DRIVE + edge / 100.0F * (MOST_DRIVE - LEAST_DRIVE));
+}
+
 Distortion::Distortion(int rate) : Effect_Processor(rate) {
     Set_Memory(Frames(MEMORY_MS));
 }
@@ -36,8 +40,7 @@ float Distortion::Warped(float hz) const noexcept {
 void Distortion::Set(const Effect_Values& values, bool atOnce) noexcept {
     const int frames = atOnce ? 0 : Frames(RAMP_MS);
     gain.Move(Gain_Of_Db(values[DISTORTION_GAIN]), frames);
-    const float edge = values[DISTORTION_EDGE] / 100.0F;
-    drive.Move(Gain_Of_Db(LEAST_DRIVE + edge * (MOST_DRIVE - LEAST_DRIVE)), frames);
+    drive.Move(Drive_Of(values[DISTORTION_EDGE]), frames);
     lowpass.Aim(Warped(values[DISTORTION_LOWPASS]), atOnce);
     centre.Aim(Warped(values[DISTORTION_CENTRE]), atOnce);
     bandwidth.Aim(values[DISTORTION_BANDWIDTH] / values[DISTORTION_CENTRE], atOnce);

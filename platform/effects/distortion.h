@@ -15,6 +15,8 @@ public:
     void Set(const Effect_Values& values, bool atOnce) noexcept override;
     void Process(float* left, float* right) noexcept override;
     void Clear() noexcept override;
+    /// Factor before the limit, for an edge of 0 to 100 per cent.
+    static float Drive_Of(float edge) noexcept;
 
 private:
     /// Two-pole state variable filter, trapezoidal: stays stable while its frequency moves.

@@ -33,15 +33,16 @@ void Sweep::Set(const Effect_Values& values, bool atOnce) noexcept {
     placed = placed && !atOnce;
 }
 
-float Sweep::Wave_At(double at) const noexcept {
+float Sweep::Wave(double at, double roundness) noexcept {
     const double phase = at - std::floor(at);
     const double sine = std::sin(2.0 * std::numbers::pi * phase);
     const double triangle = phase < 0.25 ? 4.0 * phase : phase < 0.75 ? 2.0 - 4.0 * phase : 4.0 * phase - 4.0;
-    return static_cast<float>(triangle + static_cast<double>(roundness.Now()) * (sine - triangle));
+    return static_cast<float>(triangle + roundness * (sine - triangle));
 }
 
 float Sweep::Delay_At(double at) const noexcept {
-    return std::max(LEAST_FRAMES, delayFrames.Now() * (1.0F + depth.Now() * Wave_At(at)));
+    const float wave = Wave(at, static_cast<double>(roundness.Now()));
+    return std::max(LEAST_FRAMES, delayFrames.Now() * (1.0F + depth.Now() * wave));
 }
 
 void Sweep::Process(float* left, float* right) noexcept {

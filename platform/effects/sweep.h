@@ -15,10 +15,10 @@ public:
     void Set(const Effect_Values& values, bool atOnce) noexcept override;
     void Process(float* left, float* right) noexcept override;
     void Clear() noexcept override;
+    /// -1 to 1 at a phase in turns; roundness 0 for the triangle, 1 for the sine.
+    static float Wave(double turns, double roundness) noexcept;
 
 private:
-    /// -1 to 1 at a phase in turns.
-    float Wave_At(double turns) const noexcept;
     float Delay_At(double turns) const noexcept;
 
     Delay_Line leftLine;
