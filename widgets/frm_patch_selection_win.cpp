@@ -11,16 +11,31 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace tonvex {
+
+namespace {
+
+constexpr int PREVIEW_NOTE = 60;
+constexpr int PREVIEW_DRUM = 38; ///< the snare
+constexpr int PREVIEW_VELOCITY = 100;
+constexpr int PREVIEW_MS = 700;
+
+} // namespace
 
 frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel, QWidget* parent)
     : QDialog(parent), session(owner), channelId(channel), search(new QLineEdit(this)),
-      list(new QListWidget(this)) {
+      list(new QListWidget(this)), sound(session),
+      patchBefore(session.gcm->Slot_Patch(session.channels->ChannelI(channelId))) {
     setAttribute(Qt::WA_DeleteOnClose);
     const int row = session.channels->ChannelI(channelId);
     const GlobalChannelsManager& table = *session.channels;
     const auto& current = table.Channels[static_cast<std::size_t>(row < 0 ? 0 : row)];
     const bool drums = current.OutputChannel == DRUM_SLOT;
+    // The player library may have sent others, so while it runs the channel's own counts.
+    if (patchBefore < 0 || session.transport.EngineRunning)
+        patchBefore = current.PatchI;
     const QString name = QString::fromStdString(current.ChannelName);
     setWindowTitle(tr("Set patch"));
 
@@ -31,7 +46,9 @@ frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel,
     search->setAccessibleName(tr("Search"));
     search->setPlaceholderText(tr("Name or number"));
     search->installEventFilter(this);
+    search->setToolTip(tr("Part of a patch's name, or its number"));
     list->setAccessibleName(tr("Patches"));
+    list->setToolTip(tr("A click sounds the patch, a double click takes it"));
 
     const int rows = drums ? table.DrumPatchCount : table.PatchCount;
     for (int patch = 0; patch < rows; ++patch) {
@@ -49,8 +66,15 @@ frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel,
             list->setCurrentItem(item);
     }
 
+    auto* preview = new QPushButton(tr("P&review"), this);
+    preview->setObjectName(QStringLiteral("preview"));
+    preview->setAutoDefault(false);
+    preview->setToolTip(tr("Sounds a note on the selected patch"));
+    connect(preview, &QPushButton::clicked, this, [this] { Preview(list->currentItem()); });
+    connect(list, &QListWidget::itemClicked, this, &frmPatchSelectionWin::Preview);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     Add_Help_Button(*buttons, QStringLiteral("patchselwindow"));
+    buttons->addButton(preview, QDialogButtonBox::ActionRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(search, &QLineEdit::textChanged, this, &frmPatchSelectionWin::Search);
@@ -91,10 +115,33 @@ bool frmPatchSelectionWin::eventFilter(QObject* watched, QEvent* event) {
     return QDialog::eventFilter(watched, event);
 }
 
+void frmPatchSelectionWin::Preview(const QListWidgetItem* item) {
+    const int row = session.channels->ChannelI(channelId);
+    if (item == nullptr || item->isHidden() || row < 0)
+        return;
+    sound.Stop();
+    previewed = true;
+    session.gcm->GCM_SetChannelPatch(row, item->data(Qt::UserRole).toInt());
+    const int slot = sound.Slot_Of(channelId);
+    sound.Start_Notes(slot, {slot == DRUM_SLOT ? PREVIEW_DRUM : PREVIEW_NOTE}, PREVIEW_VELOCITY, PREVIEW_MS);
+}
+
+void frmPatchSelectionWin::Restore() {
+    sound.Stop();
+    if (std::exchange(previewed, false))
+        session.gcm->GCM_SetChannelPatch(session.channels->ChannelI(channelId), patchBefore);
+}
+
+void frmPatchSelectionWin::done(int result) {
+    Restore();
+    QDialog::done(result);
+}
+
 void frmPatchSelectionWin::accept() {
     const QListWidgetItem* item = list->currentItem();
     if (item == nullptr || item->isHidden())
         return;
+    Restore();
     session.hub->Message(this, MSG_SET_PATCH, channelId, std::int32_t{item->data(Qt::UserRole).toInt()});
     QDialog::accept();
 }
