@@ -2,6 +2,7 @@
 
 #include "widgets/level_meter.h"
 #include "widgets/piano_view.h"
+#include "widgets/segment_selector.h"
 #include "widgets/zoom_scroll_bar.h"
 
 #include <QAccessible>
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tonvex {
 
@@ -81,11 +83,46 @@ private:
     Zoom_Scroll_Bar& bar;
 };
 
-QAccessibleInterface* Make_Face(const QString&, QObject* object) {
+class Choice_Face final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit Choice_Face(Segment_Selector* selectorWidget)
+        : QAccessibleWidget(selectorWidget, QAccessible::Slider), selector(*selectorWidget) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? QString::number(selector.Chosen() + 1)
+                                          : QAccessibleWidget::text(kind);
+    }
+    QVariant currentValue() const override { return selector.Chosen() + 1; }
+    void setCurrentValue(const QVariant& value) override { selector.Choose(value.toInt() - 1); }
+    QVariant maximumValue() const override { return selector.Count(); }
+    QVariant minimumValue() const override { return 1; }
+    QVariant minimumStepSize() const override { return 1; }
+
+private:
+    Segment_Selector& selector;
+};
+
+/// Controls of ours that need no more than to be told apart from what is there for layout.
+constexpr std::pair<const char*, QAccessible::Role> ROLES[] = {
+    {"tonvex::Channel_Row", QAccessible::ListItem},   {"tonvex::PanVolCtrl", QAccessible::Canvas},
+    {"tonvex::Keyboard_View", QAccessible::Canvas},   {"tonvex::Piano_Marks", QAccessible::Canvas},
+    {"tonvex::Song_Overview", QAccessible::Graphic},  {"tonvex::Staff_View", QAccessible::Graphic},
+    {"tonvex::Effect_Picture", QAccessible::Graphic}, {"tonvex::Chord_Chips", QAccessible::Graphic}};
+
+QAccessibleInterface* Make_Face(const QString& className, QObject* object) {
+    for (const auto& [name, role] : ROLES)
+        if (className == QLatin1String(name))
+            return new QAccessibleWidget(qobject_cast<QWidget*>(object), role);
     if (auto* meter = qobject_cast<Level_Meter*>(object))
         return new Meter_Face(meter);
     if (auto* piano = qobject_cast<Piano_View*>(object))
         return new Piano_Face(piano);
+    if (auto* selector = qobject_cast<Segment_Selector*>(object))
+        return new Choice_Face(selector);
     if (auto* bar = qobject_cast<Zoom_Scroll_Bar*>(object))
         return new Scroll_Face(bar);
     return nullptr;

@@ -110,8 +110,7 @@ void Channel_Row::Refresh() {
         armed->Set_Name(tr("Record on %1").arg(name), {});
         volume->setAccessibleName(tr("Volume of %1").arg(name));
         pan->setAccessibleName(tr("Pan of %1").arg(name));
-        meter->setAccessibleName(tr("Level of %1").arg(name));
-        meter->setToolTip(meter->accessibleName());
+        meter->Set_Name(tr("Level of %1").arg(name));
         update();
     }
     mute->setChecked(Is_On(channel.Mute));
@@ -129,6 +128,7 @@ void Channel_Row::Set_Selected(bool selected) {
         control->setFocusPolicy(policy);
     for (Tool_Button* button : {mute, solo, armed})
         button->Set_On_Control(selected);
+    meter->Set_On_Control(selected);
     setAccessibleDescription(selected ? tr("selected, armed for recording") : QString());
     update();
 }
@@ -189,6 +189,10 @@ void Channel_Row::Open_Patches() {
 
 void Channel_Row::Show_Level(float peak, int elapsedMs) {
     meter->Show_Peaks(peak, 0.0F, elapsedMs);
+}
+
+void Channel_Row::Clear_Clip() {
+    meter->Clear_Clip();
 }
 
 bool Channel_Row::Meter_Is_Still() const {

@@ -28,6 +28,7 @@ public:
     void Start_Rename();
     void Show_Level(float peak, int elapsedMs);
     bool Meter_Is_Still() const;
+    void Clear_Clip();
     bool Has_Focus_Within() const;
     /// Puts the controls behind the row in the tab order; the last of them.
     QWidget* Order_Tabs();

@@ -190,4 +190,9 @@ bool ChannelsList::Meters_Are_Still() const {
     return std::all_of(rows.begin(), rows.end(), [](Channel_Row* row) { return row->Meter_Is_Still(); });
 }
 
+void ChannelsList::Clear_Clips() {
+    for (Channel_Row* row : rows)
+        row->Clear_Clip();
+}
+
 } // namespace tonvex

@@ -32,6 +32,7 @@ public:
     /// Levels of the slots since the last call.
     void Show_Levels(int elapsedMs);
     bool Meters_Are_Still() const;
+    void Clear_Clips();
 
 signals:
     void selectionChanged(std::int32_t channelId);

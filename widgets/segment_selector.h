@@ -14,7 +14,10 @@ public:
     Segment_Selector(const Theme& theme, const QString& name, const QString& keys, int count,
                      QWidget* parent = nullptr);
     int Chosen() const noexcept { return chosen; }
+    int Count() const noexcept { return count; }
     void Show_Choice(int choice);
+    /// As the user does it; out of range the nearer end.
+    void Choose(int choice);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -28,7 +31,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void Choose(int choice);
     void Tell_Value();
 
     const Theme& theme;

@@ -6,13 +6,16 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QProxyStyle>
+#include <QScrollBar>
 #include <QStyle>
-#include <QStyleFactory>
 #include <QSvgRenderer>
 #include <QTimer>
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <string>
 
 // A static library drops a resource file that nobody asks for. The macro must stand outside namespaces.
 static void Load_Icons() {
@@ -26,6 +29,9 @@ namespace {
 constexpr double BODY_PIXELS = 13.0;
 constexpr const char* SECTION = "Window";
 constexpr const char* KEY = "Appearance";
+constexpr const char* SIZE_KEY = "Size";
+constexpr double LEAST_SCALE = 1.0;
+constexpr double MOST_SCALE = 3.0;
 
 Appearance From_Text(const std::string& text) {
     if (text == "light")
@@ -164,16 +170,32 @@ QSlider::handle:horizontal:hover, QSlider::handle:horizontal:focus { background:
 QSlider::sub-page:horizontal:disabled, QSlider::handle:horizontal:disabled { background: {dim}; }
 )";
 
+/// Fusion, which also names the controls that Qt puts into others without a name.
+class Naming_Style final : public QProxyStyle {
+public:
+    Naming_Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+    void polish(QWidget* widget) override {
+        QProxyStyle::polish(widget);
+        auto* bar = qobject_cast<QScrollBar*>(widget);
+        if (bar != nullptr && bar->accessibleName().isEmpty())
+            bar->setAccessibleName(bar->orientation() == Qt::Horizontal ? Theme::tr("Horizontal scroll bar")
+                                                                        : Theme::tr("Vertical scroll bar"));
+    }
+    using QProxyStyle::polish;
+};
+
 } // namespace
 
 Theme::Theme(QApplication& application, Settings_Store& settingsStore)
     : app(application), store(settingsStore), tokens(&Theme_Tokens::Dark()),
       appearance(From_Text(store.Get(SECTION, KEY, "desktop"))), desktopFont(QApplication::font()) {
     Load_Icons();
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new Naming_Style); // the application owns it
     family =
         QFontDatabase::hasFamily(QStringLiteral("Inter")) ? QStringLiteral("Inter") : desktopFont.family();
     digitFamily = QFontDatabase::systemFont(QFontDatabase::FixedFont).family();
+    textScale =
+        std::clamp(std::atoi(store.Get(SECTION, SIZE_KEY, "100").c_str()) / 100.0, LEAST_SCALE, MOST_SCALE);
     app.installEventFilter(this);
     Apply();
 }
@@ -185,8 +207,13 @@ void Theme::Set_Appearance(Appearance wanted) {
 }
 
 void Theme::Set_Text_Scale(double factor) {
-    textScale = std::clamp(factor, 0.5, 4.0);
+    textScale = std::clamp(factor, LEAST_SCALE, MOST_SCALE);
     Apply();
+}
+
+void Theme::Keep_Text_Percent(int percent) {
+    store.Set(SECTION, SIZE_KEY, std::to_string(percent));
+    Set_Text_Scale(percent / 100.0);
 }
 
 void Theme::Refresh() {

@@ -36,8 +36,11 @@ public:
     /// Screen pixels of a length that is told at 100 %.
     int Px(double designPixels) const;
     double Scale() const noexcept { return scale; }
-    /// The program's text size against the desktop's, 1.0 to 3.0, for tests and for a larger look.
+    /// The size of texts and controls against the desktop's, 1.0 to 3.0.
     void Set_Text_Scale(double factor);
+    double Text_Scale() const noexcept { return textScale; }
+    /// The same in per cent, kept for the next start.
+    void Keep_Text_Percent(int percent);
 
     QFont Font(Text_Size size, QFont::Weight weight = QFont::Normal) const;
     /// Digits of equal width.

@@ -123,6 +123,7 @@ std::vector<Colour_Pair> Pairs_In_Use(const Theme_Tokens& t) {
         {"active M or S on the selected row", t.soloMute, t.control, SHAPE},
         {"play line in an editor", t.record, t.panel, SHAPE},
         {"idle icon on a button", t.dim, t.control, SHAPE},
+        {"grip of a scroll thumb", t.panel, t.dim, SHAPE},
     };
     return pairs;
 }

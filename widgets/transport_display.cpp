@@ -81,6 +81,8 @@ void Transport_Display::Show_Position(double beats, std::int64_t songMs) {
                              .arg(tenths / 600)
                              .arg(tenths / 10 % 60, 2, 10, QLatin1Char('0'))
                              .arg(tenths % 10);
+    if (bar == barText && time == timeText)
+        return;
     if (bar != barText) {
         barText = bar;
         update(Bar_Place());

@@ -9,7 +9,8 @@ namespace tonvex {
 
 namespace {
 
-constexpr int TICK_MS = 1000;
+/// Seldom, so that an idle window costs next to nothing; a take that ends is not waited for.
+constexpr int TICK_MS = 3000;
 
 Autosave::Song_Writer Copy_Song(const Session& session) {
     auto song = std::make_shared<Song_Snapshot>(session.files->Snapshot());
@@ -27,6 +28,7 @@ Autosave_Timer::Autosave_Timer(Session& owner, QObject* parent)
     session.files->observers.push_back(this);
     autosave.onFailure = [this](const std::string& error) { emit failed(QString::fromStdString(error)); };
     connect(&timer, &QTimer::timeout, this, [this] { autosave.Tick(); });
+    timer.setTimerType(Qt::VeryCoarseTimer);
     timer.start(TICK_MS);
 }
 

@@ -6,6 +6,7 @@
 #include "audio/windows/frm_inst_list.h"
 #include "editors/windows/frm_events_editor.h"
 #include "engine/windows/frm_recorder.h"
+#include "engine/windows/master_volume.h"
 #include "input/windows/frm_keyboard_setup.h"
 #include "input/windows/frm_rec_piano_layout.h"
 #include "input/windows/frm_setup_midi_device.h"
@@ -13,15 +14,14 @@
 #include "song/windows/maps_view.h"
 #include "song/windows/mark_selection.h"
 #include "widgets/banner.h"
-#include "widgets/channel_properties.h"
+#include "widgets/channels_header.h"
 #include "widgets/channels_list.h"
+#include "widgets/frm_channel_properties.h"
 #include "widgets/song_overview.h"
-#include "widgets/tool_button.h"
 
 #include <QAction>
 #include <QDialog>
 #include <QDockWidget>
-#include <QHBoxLayout>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
@@ -41,8 +41,10 @@ namespace {
 
 constexpr const char* SECTION = "Window";
 constexpr int PANES_VERSION = 1;
-constexpr int DEVICE_CHECK_MS = 500;
+constexpr int DEVICE_CHECK_MS = 500; ///< while something sounds
+constexpr int IDLE_CHECK_MS = 3000;
 constexpr int METER_MS = 33;
+constexpr int METERS_WAIT_MS = 500;
 constexpr float AUDIBLE = 0.001F;
 /// The keys raise a volume to here; a slider that stands higher is not pulled down by them.
 constexpr int VOLUME_KEYS_MOST = 100;
@@ -145,7 +147,8 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
 
     meterTimer.setInterval(METER_MS);
     connect(&meterTimer, &QTimer::timeout, this, [this] { Show_Meters(session.doors.sound.Status()); });
-    deviceTimer.setInterval(DEVICE_CHECK_MS);
+    deviceTimer.setTimerType(Qt::VeryCoarseTimer); // wakes with the autosave's
+    deviceTimer.setInterval(IDLE_CHECK_MS);
     connect(&deviceTimer, &QTimer::timeout, this, &frmMain::Check_Devices);
     deviceTimer.start();
 }
@@ -215,21 +218,10 @@ void frmMain::Make_Events_Editor() {
 QDockWidget* frmMain::Make_Channels_Pane() {
     auto* dock = new QDockWidget(tr("Channels"), this);
     dock->setObjectName(QStringLiteral("channels"));
-    auto* title = new QWidget(dock);
-    title->setAutoFillBackground(true);
-    auto* row = new QHBoxLayout(title);
-    row->setContentsMargins(theme.Px(12), theme.Px(2), theme.Px(8), theme.Px(2));
-    auto* name = new QLabel(tr("Channels"), title);
-    name->setFont(theme.Font(Text_Size::Body, QFont::DemiBold));
-    connect(&theme, &Theme::Changed, name,
-            [this, name] { name->setFont(theme.Font(Text_Size::Body, QFont::DemiBold)); });
-    auto* add = new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("plus"), tr("Add new channel"),
-                                tr("Ctrl+Ins"), title);
-    connect(add, &QToolButton::clicked, this, &frmMain::Add_Channel);
-    connect(recorder, &frmRecorder::uiLocked, add, &QWidget::setDisabled);
-    row->addWidget(name);
-    row->addStretch(1);
-    row->addWidget(add);
+    auto* title = new Channels_Header(session, theme, dock);
+    connect(title, &Channels_Header::addAsked, this, &frmMain::Add_Channel);
+    connect(recorder, &frmRecorder::uiLocked, title,
+            [title](bool locked) { title->Set_Add_Enabled(!locked); });
     dock->setTitleBarWidget(title);
 
     auto* body = new QWidget(dock);
@@ -237,11 +229,11 @@ QDockWidget* frmMain::Make_Channels_Pane() {
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     channelsList = new ChannelsList(session, theme, body);
-    properties = new Channel_Properties(session, theme, body);
+    properties = new frmChannelProperties(session, theme, body);
     column->addWidget(channelsList, 1);
     column->addWidget(properties);
     dock->setWidget(body);
-    channelsList->Set_Tab_Anchor(add);
+    channelsList->Set_Tab_Anchor(title->Last_Control());
     return dock;
 }
 
@@ -298,6 +290,10 @@ void frmMain::Lock(bool locked) {
 }
 
 void frmMain::On_Run_Started(bool recording) {
+    // What went over full scale is told for each run.
+    channelsList->Clear_Clips();
+    recorder->Master().Clear_Clips();
+    piano->Clear_Clips();
     Start_Meters();
     focusBeforeRun = QApplication::focusWidget();
     if (recording) {
@@ -357,18 +353,27 @@ void frmMain::Reopen_Output() {
 void frmMain::Start_Meters() {
     if (meterTimer.isActive())
         return;
+    quietMs = 0;
     meterClock.start();
     meterTimer.start();
+    deviceTimer.start(DEVICE_CHECK_MS);
 }
 
 void frmMain::Show_Meters(const Sound_Status& status) {
     const int elapsed = meterClock.isValid() ? static_cast<int>(meterClock.restart()) : METER_MS;
     piano->Show_Levels(status.peakLeft, status.peakRight, elapsed);
+    recorder->Master().Show_Levels(status.peakLeft, status.peakRight, elapsed);
     channelsList->Show_Levels(elapsed);
     const bool idle =
         !session.transport.Song_Runs() && status.peakLeft < AUDIBLE && status.peakRight < AUDIBLE;
-    if (idle && piano->Meters_Are_Still() && channelsList->Meters_Are_Still())
+    const bool still = idle && piano->Meters_Are_Still() && recorder->Master().Meters_Are_Still() &&
+                       channelsList->Meters_Are_Still();
+    quietMs = still ? quietMs + elapsed : 0;
+    // What has just begun is not heard before the device's latency has passed.
+    if (quietMs >= METERS_WAIT_MS) {
         meterTimer.stop();
+        deviceTimer.start(IDLE_CHECK_MS);
+    }
 }
 
 void frmMain::Check_Devices() {

@@ -29,8 +29,8 @@ namespace tonvex {
 class Autosave_Timer;
 class Banner;
 class ChannelsList;
-class Channel_Properties;
 class frmHelp;
+class frmChannelProperties;
 class frmKeyboardSetup;
 class frmEventsEditor;
 class frmFX_Config;
@@ -177,7 +177,7 @@ private:
     Song_Files* songFiles = nullptr;
     Autosave_Timer* autosave = nullptr;
     ChannelsList* channelsList = nullptr;
-    Channel_Properties* properties = nullptr;
+    frmChannelProperties* properties = nullptr;
     frmREC_PianoLayout* piano = nullptr;
     frmEventsEditor* eventsEditor = nullptr;
     Song_Overview* overview = nullptr;
@@ -211,6 +211,7 @@ private:
     QTimer refreshTimer;
     QTimer meterTimer;
     QElapsedTimer meterClock;
+    int quietMs = 0; ///< for how long the meters have had nothing to show
     int subscription = 0;
     bool lossShown = false;
     bool quietTold = false;

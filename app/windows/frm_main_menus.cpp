@@ -5,9 +5,9 @@
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_rec_piano_layout.h"
 #include "input/windows/layout_notice.h"
-#include "widgets/channel_properties.h"
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
+#include "widgets/frm_channel_properties.h"
 #include "widgets/frm_fx_config.h"
 
 #include <QAction>
@@ -268,6 +268,14 @@ void frmMain::Make_Appearance_Menu(QMenu* options) {
             Add_Check(menu, text, {}, [this, wanted = choice](bool) { theme.Set_Appearance(wanted); });
         action->setChecked(theme.Current() == choice);
         group->addAction(action);
+    }
+    menu->addSeparator();
+    auto* sizes = new QActionGroup(this);
+    for (const int percent : {100, 125, 150, 200, 250, 300}) {
+        QAction* action = Add_Check(menu, tr("Size %1 %").arg(percent), {},
+                                    [this, percent](bool) { theme.Keep_Text_Percent(percent); });
+        action->setChecked(static_cast<int>(theme.Text_Scale() * 100.0 + 0.5) == percent);
+        sizes->addAction(action);
     }
 }
 

@@ -28,6 +28,7 @@ frmStartUp::frmStartUp(const Theme& theTheme)
     auto* picture = new QLabel(this);
     picture->setPixmap(QIcon(QStringLiteral(":/icons/tonvex.svg")).pixmap(theme.Px(PICTURE)));
     picture->setAlignment(Qt::AlignCenter);
+    picture->setAccessibleName(tr("The sign of Tonvex"));
     auto* name = new QLabel(tr("Tonvex"), this);
     name->setFont(theme.Font(Text_Size::Display, QFont::DemiBold));
     name->setAlignment(Qt::AlignCenter);

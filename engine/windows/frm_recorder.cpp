@@ -1,9 +1,9 @@
 #include "engine/windows/frm_recorder.h"
 
+#include "engine/windows/master_volume.h"
 #include "song/vget_tick_count.h"
 #include "widgets/tool_button.h"
 #include "widgets/transport_display.h"
-#include "widgets/value_slider.h"
 
 #include <QActionGroup>
 #include <QHBoxLayout>
@@ -23,8 +23,11 @@ namespace {
 constexpr int LEAST_SPEED = 20;
 constexpr int MOST_SPEED = 100;
 constexpr int SPEED_STEP = 10;
-constexpr int MOST_MASTER = 127;
 constexpr int RETRY_MS = 5;
+
+QString Cpu_Text(int percent) {
+    return frmRecorder::tr("CPU Usage:%1%").arg(percent);
+}
 
 /// A line between two groups of the bar.
 class Group_Rule final : public QWidget {
@@ -142,11 +145,7 @@ void frmRecorder::Make_Buttons() {
 
     waiting = new QLabel(tr("Waiting for the first key…"), this);
     waiting->hide();
-    master = new Value_Slider(theme, Slider_Kind::Fill, tr("Master volume"), 0, MOST_MASTER, 100, 6, this);
-    master->Set_Width(110);
-    master->toText = [](int value) { return tr("%1 %").arg((value * 100 + MOST_MASTER / 2) / MOST_MASTER); };
-    connect(master, &Value_Slider::userChanged, this,
-            [this](int value) { session.output->Midi_SetMasterVolume(value); });
+    master = new Master_Volume(session, theme, this);
     cpu = new QLabel(this);
     cpu->setProperty("dim", true);
     Show_Cpu(0.0);
@@ -174,13 +173,10 @@ void frmRecorder::Lay_Out() {
     row->addWidget(keyboard);
     row->addWidget(waiting);
     row->addStretch(1);
-    auto* caption = new QLabel(tr("Master"), this);
-    caption->setProperty("dim", true);
-    row->addWidget(caption);
     row->addWidget(master);
     row->addWidget(cpu);
-    dispensable = {cpu, caption, master};
-    cpu->setMinimumWidth(cpu->fontMetrics().horizontalAdvance(tr("CPU %1 %").arg(100)));
+    dispensable = {cpu, master};
+    cpu->setMinimumWidth(cpu->fontMetrics().horizontalAdvance(Cpu_Text(100)));
     connect(&theme, &Theme::Changed, this, [this, row] {
         row->setContentsMargins(theme.Px(12), theme.Px(4), theme.Px(16), theme.Px(4));
         row->setSpacing(theme.Px(8));
@@ -340,7 +336,7 @@ void frmRecorder::Refresh_Options() {
     overwrite->setChecked(session.options.Overwrite);
     metronome->setChecked(session.options.Metronome);
     wait->setChecked(session.options.Global_Rec_WaitForKey);
-    master->Show_Value(session.output->Midi_GetMasterVolume());
+    master->Refresh();
 }
 
 void frmRecorder::Set_Channel(std::int32_t newId) {
@@ -356,7 +352,9 @@ void frmRecorder::UpdateTimeDisplay() {
 }
 
 void frmRecorder::Show_Cpu(double percent) {
-    cpu->setText(tr("CPU %1 %").arg(static_cast<int>(std::clamp(percent, 0.0, 100.0))));
+    const QString text = Cpu_Text(static_cast<int>(std::clamp(percent, 0.0, 100.0)));
+    if (text != cpu->text())
+        cpu->setText(text);
 }
 
 void frmRecorder::Transport_LockUI() {

@@ -15,9 +15,9 @@ class QMenu;
 
 namespace tonvex {
 
+class Master_Volume;
 class Tool_Button;
 class Transport_Display;
-class Value_Slider;
 
 /// The transport bar. Button_Rec and Button_Play return when the run is over; never call them from a key
 /// handler, but through a timer. Interface thread.
@@ -51,6 +51,7 @@ public:
     /// Position and tempo as the model has them now.
     void UpdateTimeDisplay();
     void Show_Cpu(double percent);
+    Master_Volume& Master() { return *master; }
     /// Shown values of master volume, speed and modes, after they changed elsewhere.
     void Refresh_Options();
 
@@ -102,7 +103,7 @@ private:
     Tool_Button* wait = nullptr;
     Tool_Button* keyboard = nullptr;
     QLabel* waiting = nullptr;
-    Value_Slider* master = nullptr;
+    Master_Volume* master = nullptr;
     QLabel* cpu = nullptr;
     std::vector<QWidget*> dispensable; ///< what a narrow bar leaves out, first to last
     QMenu* speedMenu = nullptr;

@@ -79,9 +79,9 @@ frmREC_PianoLayout::~frmREC_PianoLayout() {
 
 void frmREC_PianoLayout::Lay_Out() {
     auto* octaves = new QGridLayout;
-    octaves->addWidget(new QLabel(tr("Notes Octave"), this), 0, 0);
+    octaves->addWidget(new QLabel(tr("Notes Octave:"), this), 0, 0);
     octaves->addWidget(notesOctave, 0, 1);
-    octaves->addWidget(new QLabel(tr("QChords Octave"), this), 1, 0);
+    octaves->addWidget(new QLabel(tr("QChords Octave:"), this), 1, 0);
     octaves->addWidget(chordsOctave, 1, 1);
     octaves->addWidget(layoutName, 2, 0, 1, 2);
     octaves->addWidget(Check1, 3, 0, 1, 2);
@@ -312,6 +312,10 @@ void frmREC_PianoLayout::focusOutEvent(QFocusEvent* event) {
 
 void frmREC_PianoLayout::Show_Levels(float left, float right, int elapsedMs) {
     meters->Show_Peaks(left, right, elapsedMs);
+}
+
+void frmREC_PianoLayout::Clear_Clips() {
+    meters->Clear_Clip();
 }
 
 bool frmREC_PianoLayout::Meters_Are_Still() const {

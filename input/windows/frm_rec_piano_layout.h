@@ -42,6 +42,7 @@ public:
     void Select_QChords_Octave(int octave);
     void Show_Levels(float left, float right, int elapsedMs);
     bool Meters_Are_Still() const;
+    void Clear_Clips();
     Piano_View& Piano() { return *piano; }
     Staff_View& Staff() { return *staff; }
     /// The note heads of what sounds, on or off; kept in the settings.

@@ -304,7 +304,7 @@ void Main_Window_Test::Every_Control_Has_A_Name() {
     QVERIFY(asked > 20);
     QVERIFY2(nameless.isEmpty(), qPrintable(nameless.join(", ")));
     // A slider tells its value and its range.
-    auto* volume = p.window->findChild<Value_Slider*>();
+    auto* volume = p.window->Channels().findChild<Value_Slider*>();
     QAccessibleValueInterface* value = QAccessible::queryAccessibleInterface(volume)->valueInterface();
     QVERIFY(value != nullptr);
     QCOMPARE(value->maximumValue().toInt(), 127);

@@ -22,6 +22,7 @@ public:
     std::vector<std::vector<std::filesystem::path>> fontSets; ///< one a call of Set_Fonts
     std::vector<std::filesystem::path> unloadable;            ///< Set_Fonts gives 0 for these
     std::vector<std::int64_t> takenBack;                      ///< moments of Take_Back_From_Player
+    float amplification = 0.0F;                               ///< as last set
     std::array<Effect_Settings, OUTPUT_SLOTS> effects;        ///< as last set
     std::vector<int> effectsSet;                              ///< slots, one a call of Set_Effects
     std::string openError;                                    ///< not empty: Open fails with this text
@@ -62,7 +63,7 @@ public:
     }
     void Set_Master_Volume(int value) noexcept override { masterVolume = value; }
     int Master_Volume() const noexcept override { return masterVolume; }
-    void Set_Amplification(float) noexcept override {}
+    void Set_Amplification(float factor) noexcept override { amplification = factor; }
     float Slot_Peak(int) noexcept override { return 0.0F; }
 
 private:

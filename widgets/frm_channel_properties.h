@@ -14,11 +14,11 @@ class Tool_Button;
 class Value_Slider;
 
 /// The selected channel under the list: volume, pan, patch and output slot.
-class Channel_Properties final : public QWidget {
+class frmChannelProperties final : public QWidget {
     Q_OBJECT
 public:
-    Channel_Properties(Session& session, Theme& theme, QWidget* parent = nullptr);
-    ~Channel_Properties() override;
+    frmChannelProperties(Session& session, Theme& theme, QWidget* parent = nullptr);
+    ~frmChannelProperties() override;
     /// NOT_GIVEN for none: the controls are then off.
     void Show_Channel(std::int32_t channelId);
     void Open_Patches();

@@ -1,4 +1,4 @@
-#include "widgets/channel_properties.h"
+#include "widgets/frm_channel_properties.h"
 
 #include "widgets/channel_texts.h"
 #include "widgets/frm_patch_selection_win.h"
@@ -13,7 +13,7 @@
 
 namespace tonvex {
 
-Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* parent)
+frmChannelProperties::frmChannelProperties(Session& owner, Theme& look, QWidget* parent)
     : QWidget(parent), session(owner), theme(look), heading(new QLabel(this)),
       volume(new Value_Slider(theme, Slider_Kind::Dial, tr("Volume"), 0, 127, 80, 5, this)),
       pan(new Value_Slider(theme, Slider_Kind::Dial, tr("Pan"), 0, 127, 64, 6, this)),
@@ -63,10 +63,10 @@ Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* par
     });
     connect(pan, &Value_Slider::userChanged, this,
             [this](int value) { session.hub->Message(this, MSG_SET_PAN, channelId, std::int32_t{value}); });
-    connect(patch, &QToolButton::clicked, this, &Channel_Properties::Open_Patches);
+    connect(patch, &QToolButton::clicked, this, &frmChannelProperties::Open_Patches);
     slot->setMenu(slotMenu);
     slot->setPopupMode(QToolButton::InstantPopup);
-    connect(slotMenu, &QMenu::aboutToShow, this, &Channel_Properties::Fill_Slots);
+    connect(slotMenu, &QMenu::aboutToShow, this, &frmChannelProperties::Fill_Slots);
     subscription = session.events.Subscribe([this](int msgId, std::int32_t, const std::string&) {
         if ((msgId >= MSG_SET_PATCH && msgId <= MSG_ADD_CHANNEL) || msgId == MSG_GENERAL_UPDATE)
             Refresh();
@@ -74,12 +74,12 @@ Channel_Properties::Channel_Properties(Session& owner, Theme& look, QWidget* par
     Refresh();
 }
 
-Channel_Properties::~Channel_Properties() {
+frmChannelProperties::~frmChannelProperties() {
     session.events.Unsubscribe(subscription);
 }
 
-Tool_Button* Channel_Properties::Map_Button(const QString& caption, const QString& name, int slotMessage,
-                                            int audioMessage) {
+Tool_Button* frmChannelProperties::Map_Button(const QString& caption, const QString& name, int slotMessage,
+                                              int audioMessage) {
     auto* button = new Tool_Button(theme, Button_Kind::Pill, {}, name, {}, this);
     button->Set_Pill({}, caption);
     button->Reserve_For(tr("Volume map"));
@@ -96,24 +96,24 @@ Tool_Button* Channel_Properties::Map_Button(const QString& caption, const QStrin
     return button;
 }
 
-void Channel_Properties::Show_Channel(std::int32_t newId) {
+void frmChannelProperties::Show_Channel(std::int32_t newId) {
     channelId = newId;
     Refresh();
 }
 
-void Channel_Properties::Open_Slots() {
+void frmChannelProperties::Open_Slots() {
     if (slot->isEnabled())
         slot->showMenu();
 }
 
-void Channel_Properties::Open_Patches() {
+void frmChannelProperties::Open_Patches() {
     const int row = session.channels->ChannelI(channelId);
     if (row < 0 || Is_On(session.channels->Channels[static_cast<std::size_t>(row)].IsAudio))
         return;
     (new frmPatchSelectionWin(session, channelId, window()))->open();
 }
 
-void Channel_Properties::Fill_Slots() {
+void frmChannelProperties::Fill_Slots() {
     slotMenu->clear();
     const int row = session.channels->ChannelI(channelId);
     if (row < 0)
@@ -129,7 +129,7 @@ void Channel_Properties::Fill_Slots() {
     }
 }
 
-void Channel_Properties::Refresh() {
+void frmChannelProperties::Refresh() {
     const int row = session.channels->ChannelI(channelId);
     const bool live = row >= 0;
     const bool midi = live && !Is_On(session.channels->Channels[static_cast<std::size_t>(row)].IsAudio);
@@ -155,7 +155,7 @@ void Channel_Properties::Refresh() {
     slot->Set_Pill(tr("Out"), midi ? QString::number(channel.OutputChannel) : QString());
 }
 
-void Channel_Properties::paintEvent(QPaintEvent*) {
+void frmChannelProperties::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), theme.Tokens().panel);
     painter.fillRect(QRect(0, 0, width(), 1), theme.Tokens().line);
