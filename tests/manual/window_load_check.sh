@@ -1,0 +1,33 @@
+#!/bin/sh
+# Builds and runs the check of what the window costs, under an Xvfb and an openbox of its own; about two minutes.
+# tests/manual/window_load_check.sh [build folder [seconds a form]]
+# Limits: p99 of a frame in play at most 2 times that of the same window standing still, plus 4 ms; processor
+# time of the idle interface at most 1.5 times that of a bare Qt window, plus the 0.2 ms a second that two reads
+# of the clock differ by.
+set -e
+build=${1:-build/debug}
+seconds=${2:-20}
+cmake --build "$build" --target manual_window_load_check
+work=$(mktemp -d)
+mkfifo "$work/ready"
+Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>"$work/ready" 2>/dev/null &
+server=$!
+read -r number <"$work/ready"
+export DISPLAY=":$number" QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$work" HOME="$work"
+openbox 2>/dev/null &
+manager=$!
+trap 'kill $manager $server; rm -r "$work"' EXIT
+for form in bare idle play; do
+    "$build/tests/manual_window_load_check" $form "$seconds" 2>/dev/null
+done | tee "$work/found"
+awk '
+    { for (i = 2; i < NF; i += 2) value[$1, $i] = $(i + 1) }
+    END {
+        most = 2 * value["still", "p99_ms"] + 4
+        good = value["play", "p99_ms"] <= most
+        printf "%s  play: p99 %.3f ms a frame, at most %.3f\n", good ? "ok    " : "FAILED", value["play", "p99_ms"], most
+        limit = 1.5 * value["bare", "interface_ms_per_s"] + 0.2
+        calm = value["idle", "interface_ms_per_s"] <= limit
+        printf "%s  idle: %.3f ms a second, at most %.3f\n", calm ? "ok    " : "FAILED", value["idle", "interface_ms_per_s"], limit
+        exit !(good && calm)
+    }' "$work/found"
