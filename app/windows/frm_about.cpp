@@ -21,6 +21,7 @@ frmAbout::frmAbout(const Theme& theme, QWidget* parent) : QDialog(parent) {
     setWindowTitle(tr("About Tonvex"));
     auto* picture = new QLabel(this);
     picture->setPixmap(QIcon(QStringLiteral(":/icons/tonvex.svg")).pixmap(theme.Px(PICTURE)));
+    picture->setAccessibleName(tr("The sign of Tonvex"));
     auto* name = new QLabel(tr("Tonvex"), this);
     name->setFont(theme.Font(Text_Size::Display, QFont::DemiBold));
     auto* version = new QLabel(tr("Version: ") + QStringLiteral(TONVEX_VERSION), this);
