@@ -9,6 +9,11 @@
 #include "app/windows/frm_start_up.h"
 #include "audio/windows/frm_inst_list.h"
 #include "audio/windows/frm_sf2_error.h"
+#include "editors/windows/frm_ev_ed_set_vol.h"
+#include "editors/windows/frm_ev_ed_time_pos_properties.h"
+#include "editors/windows/frm_ev_ed_view.h"
+#include "editors/windows/frm_sel_channels_view.h"
+#include "editors/windows/frm_undo_list.h"
 #include "engine/windows/frm_metronome_setup.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_keyboard_setup.h"
@@ -48,6 +53,7 @@ namespace {
 
 struct Walked_Program : Program {
     Left_Songs left{home / "left"};
+    Event_Display display{*session->channels};
 };
 using Maker = std::function<QWidget*(Walked_Program& p)>;
 template <typename Window, typename... Arguments>
@@ -69,6 +75,17 @@ const std::map<QString, Maker> WINDOWS = {
      [](Walked_Program& p) { return Make<frmInstList>(*p.session, p.theme); }},
     {"audio/windows/frm_sf2_error.h",
      [](Walked_Program& p) { return Make<frmSF2Error>(*p.session, p.theme); }},
+    {"editors/windows/frm_ev_ed_set_vol.h",
+     [](Walked_Program& p) { return Make<frmEvEd_SetVol>(p.theme, 80); }},
+    {"editors/windows/frm_ev_ed_time_pos_properties.h",
+     [](Walked_Program& p) { return Make<frmEvEd_TimePosProperties>(p.dialogs, p.theme); }},
+    {"editors/windows/frm_ev_ed_view.h",
+     [](Walked_Program& p) { return Make<frmEvEd_View>(p.theme, Roll_Options{}, p.session->notes); }},
+    {"editors/windows/frm_events_editor.h", nullptr},
+    {"editors/windows/frm_sel_channels_view.h",
+     [](Walked_Program& p) { return Make<frmSelChannelsView>(*p.session, p.theme, p.display); }},
+    {"editors/windows/frm_undo_list.h",
+     [](Walked_Program& p) { return Make<frmUndoList>(*p.session, p.theme); }},
     {"engine/windows/frm_metronome_setup.h",
      [](Walked_Program& p) { return Make<frmMetronomeSetup>(*p.session, p.theme); }},
     {"engine/windows/frm_recorder.h", nullptr},
@@ -273,6 +290,7 @@ void Accessibility_Walk_Test::No_Caption_Is_Cut() {
                                             appearance == Appearance::Dark ? "dark" : "light")
                                        .arg(percent));
             const QStringList cut = Cut_Captions(window);
+            p.theme.Set_Text_Scale(1.0); // the next theme takes the application's font for the desktop's
             QVERIFY2(cut.isEmpty(), qPrintable(QStringLiteral("%1 %: ").arg(percent) + cut.join(", ")));
         }
     }

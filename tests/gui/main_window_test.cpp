@@ -463,7 +463,7 @@ void Main_Window_Test::The_Piano_Finds_Its_Keys() {
 void Main_Window_Test::Panes_Remember_Their_Place() {
     Program p;
     const auto docks = p.window->findChildren<QDockWidget*>();
-    QCOMPARE(docks.size(), 2);
+    QVERIFY(docks.size() >= 2);
     docks[0]->hide();
     docks[1]->setFloating(true);
     p.window->close();
