@@ -11,6 +11,7 @@
 #include "platform/qt/qt_run_loop.h"
 #include "platform/qt/qt_settings_store.h"
 #include "platform/qt/qt_user_dialogs.h"
+#include "platform/qt/translations.h"
 #include "platform/qt/x11_auto_repeat.h"
 #include "platform/rtmidi_ports.h"
 #include "widgets/theme.h"
@@ -192,12 +193,14 @@ int Run(int argc, char** argv) {
     }
     const std::filesystem::path folder = QApplication::applicationDirPath().toStdString();
     const std::string argument = words.size() > 1 ? words.at(1).toStdString() : std::string();
+    const Program_Files files = Find_Program_Files(folder, TONVEX_SOURCE_DATA);
+    const Translations translations(files.dataFolder / "translations", QLocale());
     Program program(application, Project_Argument(argument, calledIn), withMouseStatus);
     endSignals.onEnd = [&program] { program.End_For_System(); };
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [&program](QSessionManager&) { program.Save_State(); });
     Start_Routine start(program.Dialogs(), program);
-    switch (start.Run({folder, Instance_Lock_File(), Find_Program_Files(folder, TONVEX_SOURCE_DATA),
+    switch (start.Run({folder, Instance_Lock_File(), files,
                        Path_Macros::From_Environment(folder)})) {
     case Start_Result::Started:
         return QApplication::exec();

@@ -15,7 +15,10 @@ extern "C" {
 namespace tonvex {
 
 std::vector<Library_Row> Core_Libraries() {
-    return {{"Boost", BOOST_LIB_VERSION, "BSL-1.0"},
+    return {{"Boost",
+             std::to_string(BOOST_VERSION / 100000) + "." + std::to_string(BOOST_VERSION / 100 % 1000) + "." +
+                 std::to_string(BOOST_VERSION % 100),
+             "BSL-1.0"},
             // What the whole is under depends on how it was built, so the library is asked.
             {"FFmpeg", av_version_info(), avcodec_license()},
             {"FluidSynth", fluid_version_str(), "LGPL-2.1-or-later"},

@@ -8,9 +8,9 @@ namespace {
 
 constexpr int PAN_CENTRE = 64;
 
-QString Text(const char* source) {
-    return QCoreApplication::translate("Channel_Texts", source);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Channel_Texts)
+};
 
 } // namespace
 
@@ -20,11 +20,11 @@ QString Patch_Name(const Session& session, int row) {
         return {};
     const GlobalChannel& channel = table.Channels[static_cast<std::size_t>(row)];
     if (Is_On(channel.IsAudio))
-        return Text("Audio");
+        return Words::tr("Audio");
     const bool drums = channel.OutputChannel == DRUM_SLOT;
     const int rows = drums ? table.DrumPatchCount : table.PatchCount;
     if (channel.PatchI < 0 || channel.PatchI >= rows)
-        return Text("Patch %1").arg(channel.PatchI);
+        return Words::tr("Patch %1").arg(channel.PatchI);
     const auto patch = static_cast<std::size_t>(channel.PatchI);
     const std::string& name = drums ? table.Global_DrumPatches[patch].Name : table.Global_Patches[patch].Name;
     return QString::fromStdString(name).simplified();
@@ -35,14 +35,15 @@ QString Patch_Line(const Session& session, int row) {
         return {};
     const GlobalChannel& channel = session.channels->Channels[static_cast<std::size_t>(row)];
     if (Is_On(channel.IsAudio))
-        return Text("Audio");
-    return Text("%1 · slot %2").arg(Patch_Name(session, row)).arg(channel.OutputChannel);
+        return Words::tr("Audio");
+    return Words::tr("%1 · slot %2").arg(Patch_Name(session, row)).arg(channel.OutputChannel);
 }
 
 QString Pan_Text(int pan) {
     if (pan == PAN_CENTRE)
-        return Text("centre");
-    return pan < PAN_CENTRE ? Text("%1 left").arg(PAN_CENTRE - pan) : Text("%1 right").arg(pan - PAN_CENTRE);
+        return Words::tr("centre");
+    return pan < PAN_CENTRE ? Words::tr("%1 left").arg(PAN_CENTRE - pan)
+                            : Words::tr("%1 right").arg(pan - PAN_CENTRE);
 }
 
 } // namespace tonvex

@@ -1,5 +1,6 @@
 #include "widgets/frm_channel_properties.h"
 
+#include "platform/qt/core_words.h"
 #include "widgets/channel_texts.h"
 #include "widgets/frm_patch_selection_win.h"
 #include "widgets/tool_button.h"
@@ -121,7 +122,7 @@ void frmChannelProperties::Fill_Slots() {
     const std::uint8_t current = session.channels->Channels[static_cast<std::size_t>(row)].OutputChannel;
     for (int n = 0; n < GlobalChannelsManager::SLOTS; ++n) {
         const OutputSlot& offer = session.channels->OutputSlots[static_cast<std::size_t>(n)];
-        QAction* action = slotMenu->addAction(QString::fromStdString(offer.SlotName), this, [this, n] {
+        QAction* action = slotMenu->addAction(Core_Words(offer.SlotName), this, [this, n] {
             session.hub->Message(this, MSG_SET_OUTPUT, channelId, std::int32_t{n});
         });
         action->setCheckable(true);

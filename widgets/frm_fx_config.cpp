@@ -1,5 +1,6 @@
 #include "widgets/frm_fx_config.h"
 
+#include "platform/qt/core_words.h"
 #include "song/effect_records.h"
 #include "widgets/effect_picture.h"
 
@@ -127,10 +128,10 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
     constexpr int FIRST_LINE = 2;
     int line = FIRST_LINE;
     for (const Effect_Parameter& parameter : Parameters_Of(kind)) {
-        auto* label = new QLabel(With_Mnemonic(tr(parameter.name), letters), sheet);
+        auto* label = new QLabel(With_Mnemonic(Core_Words(parameter.name), letters), sheet);
         auto* slider = new QSlider(Qt::Horizontal, sheet);
         auto* figure = new QLabel(sheet);
-        slider->setAccessibleName(tr(parameter.name));
+        slider->setAccessibleName(Core_Words(parameter.name));
         slider->setRange(parameter.whole ? static_cast<int>(parameter.least) : 0,
                          parameter.whole ? static_cast<int>(parameter.most) : STEPS);
         slider->setPageStep(parameter.whole ? 1 : STEPS / 20);

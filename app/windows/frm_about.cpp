@@ -45,7 +45,7 @@ frmAbout::frmAbout(const Theme& theme, QWidget* parent) : QDialog(parent) {
                                         QString::fromStdString(row.licence)});
     libraries->sortItems(0, Qt::AscendingOrder);
     libraries->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    libraries->setMinimumSize(theme.Px(440), theme.Px(200));
+    libraries->setMinimumSize(theme.Px(440), theme.Px(250));
     thanks->setBuddy(libraries);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

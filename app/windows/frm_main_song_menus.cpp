@@ -5,6 +5,7 @@
 
 #include "engine/windows/frm_metronome_setup.h"
 #include "engine/windows/frm_recorder.h"
+#include "platform/qt/core_words.h"
 #include "project/windows/frm_channel_wizard.h"
 #include "song/windows/frm_marks.h"
 #include "song/windows/frm_tempo.h"
@@ -48,7 +49,7 @@ void frmMain::Make_Edit_Menu() {
 /// The entries name the step that they would bring back.
 void frmMain::Refresh_Undo() {
     const auto show = [](QAction& action, const std::string& text, bool can) {
-        action.setText(QLatin1Char('&') + QString::fromStdString(text));
+        action.setText(QLatin1Char('&') + Core_Words(text));
         action.setEnabled(can);
     };
     show(*undoAction, session.undo->Undo_Text(), session.undo->Can_Undo());

@@ -2,18 +2,12 @@
 
 #include "audio/dls_list_class.h"
 
-#include <QCoreApplication>
-
 #include <filesystem>
 #include <fstream>
 
 namespace tonvex {
 
 namespace {
-
-std::string Translated(const char* text) {
-    return QCoreApplication::translate("Choose_Sound_Font", text).toStdString();
-}
 
 bool Can_Be_Opened(const std::string& path) {
     std::error_code ignored;
@@ -23,19 +17,18 @@ bool Can_Be_Opened(const std::string& path) {
 } // namespace
 
 std::string Choose_Sound_Font(User_Dialogs& dialogs) {
-    const std::string title = Translated("Open File");
-    std::string path = dialogs.Choose_File_To_Open(
-        title, {Translated("Sound font files (*.sf2)"), Translated("All Files (*.*)")});
+    const std::string title = "Open File";
+    std::string path = dialogs.Choose_File_To_Open(title, {"Sound font files (*.sf2)", "All Files (*.*)"});
     if (path.empty())
         return {};
     if (!Can_Be_Opened(path)) {
-        dialogs.Show_Message(Box_Kind::Warning, Translated("Can't open file: ") + path, title);
+        dialogs.Show_Message(Box_Kind::Warning, "Can't open file: " + path, title);
         return {};
     }
     std::string fontTitle;
     std::vector<Font_Preset> presets;
     if (!DLSListClass::Parse_SF2_File(path, fontTitle, presets)) {
-        dialogs.Show_Message(Box_Kind::Warning, Translated("Invalid SF2 file"), title);
+        dialogs.Show_Message(Box_Kind::Warning, "Invalid SF2 file", title);
         return {};
     }
     return path;

@@ -1,5 +1,7 @@
 #include "input/windows/frm_qchord_config.h"
 
+#include "platform/qt/core_words.h"
+
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -134,7 +136,7 @@ void frmQChordConfig::frmPianoLayoutObj_Closed() {
 }
 
 void frmQChordConfig::Show_Notes() {
-    Label7->setText(QString::fromStdString(QChord_Edit::Notes_Text(session.notes, work)));
+    Label7->setText(Core_Words(QChord_Edit::Notes_Text(session.notes, work)));
 }
 
 void frmQChordConfig::Enable_Controls() {

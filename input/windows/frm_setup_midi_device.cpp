@@ -1,5 +1,7 @@
 #include "input/windows/frm_setup_midi_device.h"
 
+#include "platform/qt/core_words.h"
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -45,7 +47,7 @@ void Fill(QListWidget* list, const std::vector<Device_Row>& rows, std::int32_t s
     const QSignalBlocker noSignals(list);
     list->clear();
     for (const Device_Row& row : rows) {
-        auto* item = new QListWidgetItem(QString::fromStdString(row.Name), list);
+        auto* item = new QListWidgetItem(Core_Words(row.Name), list);
         item->setData(Qt::UserRole, row.DeviceID);
         if (anySelected && row.DeviceID == selectedId) {
             list->setCurrentItem(item);

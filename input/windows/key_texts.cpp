@@ -8,21 +8,21 @@ namespace {
 
 using Face = Keyboard_View::Face;
 
-QString Tr(const char* text) {
-    return QCoreApplication::translate("Key_Texts", text);
-}
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(Key_Texts)
+};
 
 /// F1 to F6 choose the octave of notes, F7 to F12 that of chords.
 Keyboard_View::Key_Face Reserved_Face(int key) {
     const QString sign = Keyboard_View::Sign(key);
     const int function = sign.mid(1).toInt();
     if (function == 0)
-        return {Face::Reserved, Tr("Stop"), Tr("%1: reserved, stops the song").arg(sign)};
+        return {Face::Reserved, Words::tr("Stop"), Words::tr("%1: reserved, stops the song").arg(sign)};
     if (function <= 6)
-        return {Face::Reserved, Tr("Notes %1").arg(function),
-                Tr("%1: reserved, selects notes octave %2").arg(sign).arg(function)};
-    return {Face::Reserved, Tr("Chords %1").arg(function - 6),
-            Tr("%1: reserved, selects chords octave %2").arg(sign).arg(function - 6)};
+        return {Face::Reserved, Words::tr("Notes %1").arg(function),
+                Words::tr("%1: reserved, selects notes octave %2").arg(sign).arg(function)};
+    return {Face::Reserved, Words::tr("Chords %1").arg(function - 6),
+            Words::tr("%1: reserved, selects chords octave %2").arg(sign).arg(function - 6)};
 }
 
 } // namespace
@@ -33,30 +33,30 @@ Keyboard_View::Key_Face Face_Of_Key(const KeyboardLayout& layout, const NotesStu
     if (KeyboardLayout::Is_Special_Key(key))
         return Reserved_Face(key);
     if (entry.Enabled == 0 || entry.Target < 0 || entry.Target >= KeyboardLayout::KEYS)
-        return {Face::Off, {}, Tr("%1: disabled").arg(sign)};
+        return {Face::Off, {}, Words::tr("%1: disabled").arg(sign)};
     const auto row = static_cast<std::size_t>(entry.Target);
     switch (entry.Kind) {
     case KEY_NOTE: {
         const NoteData& note = layout.KeyNoteTable[row];
         const int sounding = layout.Sounding_Note(note.Note);
         const QString now = QString::fromStdString(notes.NoteName(sounding));
-        const QString text = Tr("%1: note %2, volume %3").arg(sign, now).arg(note.Vol);
-        return {Face::Note, now, note.Note < 128 ? text : Tr("%1, in the active octave").arg(text)};
+        const QString text = Words::tr("%1: note %2, volume %3").arg(sign, now).arg(note.Vol);
+        return {Face::Note, now, note.Note < 128 ? text : Words::tr("%1, in the active octave").arg(text)};
     }
     case KEY_QCHORD: {
         const QChordData& chord = layout.KeyQChordTable[row];
         const QString name = QString::fromStdString(chord.ChordName);
-        const QString text = Tr("%1: chord %2, volume %3").arg(sign, name).arg(chord.ChordVol);
-        return {Face::Chord, name, chord.StepMs == -1 ? text : Tr("%1, picked").arg(text)};
+        const QString text = Words::tr("%1: chord %2, volume %3").arg(sign, name).arg(chord.ChordVol);
+        return {Face::Chord, name, chord.StepMs == -1 ? text : Words::tr("%1, picked").arg(text)};
     }
     case KEY_MC: {
         const MCEventData& style = layout.KeyMCTable[row];
         const QString name =
             QString::fromStdString(notes.RootName(style.Root)) + QLatin1String(style.Minor != 0 ? "m" : "");
-        return {Face::Style, name, Tr("%1: style chord %2").arg(sign, name)};
+        return {Face::Style, name, Words::tr("%1: style chord %2").arg(sign, name)};
     }
     default:
-        return {Face::Off, {}, Tr("%1: disabled").arg(sign)};
+        return {Face::Off, {}, Words::tr("%1: disabled").arg(sign)};
     }
 }
 

@@ -1,5 +1,7 @@
 #include "platform/qt/qt_user_dialogs.h"
 
+#include "platform/qt/core_words.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
@@ -21,7 +23,7 @@ class Qt_Work_Progress final : public Work_Progress {
 public:
     Qt_Work_Progress(QWidget* owner, const std::string& title)
         : window(QString(), QProgressDialog::tr("Cancel"), 0, WHOLE_PERCENT, owner) {
-        window.setWindowTitle(QString::fromStdString(title));
+        window.setWindowTitle(Core_Words(title));
         window.setWindowModality(Qt::WindowModal);
         window.setMinimumDuration(PROGRESS_SHOWN_AFTER_MS);
         // The work is over when its owner says so, not when a step says 100.
@@ -30,7 +32,7 @@ public:
         window.setValue(0);
     }
     bool Show(const std::string& status, int percent) override {
-        window.setLabelText(QString::fromStdString(status));
+        window.setLabelText(Core_Words(status));
         window.setValue(percent);
         return !window.wasCanceled();
     }
@@ -52,10 +54,10 @@ QMessageBox::Icon Icon_Of(Box_Kind kind) {
 
 QMessageBox::StandardButton Show_Box(QWidget* parent, QMessageBox::Icon icon, const std::string& title,
                                      const std::string& text, QMessageBox::StandardButtons buttons) {
-    QMessageBox box(icon, QString::fromStdString(title), {}, buttons, parent);
+    QMessageBox box(icon, Core_Words(title), {}, buttons, parent);
     // File names come into these texts; they must not be taken for markup.
     box.setTextFormat(Qt::PlainText);
-    box.setText(QString::fromStdString(text));
+    box.setText(Core_Words(text));
     // Qt would take the cancel, which stands first.
     if (buttons.testFlag(QMessageBox::Cancel))
         box.setDefaultButton(QMessageBox::Yes);
@@ -103,9 +105,9 @@ std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
                                                  const std::vector<std::string>& filters) {
     QStringList patterns;
     for (const std::string& filter : filters)
-        patterns << QString::fromStdString(filter);
+        patterns << Core_Words(filter);
     const QString chosen =
-        QFileDialog::getOpenFileName(Owner(parent), QString::fromStdString(title), Folder_To_Begin_In(),
+        QFileDialog::getOpenFileName(Owner(parent), Core_Words(title), Folder_To_Begin_In(),
                                      patterns.join(QStringLiteral(";;")));
     if (!chosen.isEmpty())
         lastFolder = QFileInfo(chosen).absolutePath();
@@ -115,8 +117,8 @@ std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
 std::string Qt_User_Dialogs::Choose_File_To_Save(const Save_Request& request) {
     QStringList patterns;
     for (const std::string& filter : request.filters)
-        patterns << QString::fromStdString(filter);
-    QFileDialog dialog(Owner(parent), QString::fromStdString(request.title), Folder_To_Begin_In());
+        patterns << Core_Words(filter);
+    QFileDialog dialog(Owner(parent), Core_Words(request.title), Folder_To_Begin_In());
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(patterns);
     // The dialog asks about a file that exists, under the name that it completes itself.

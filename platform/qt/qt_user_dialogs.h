@@ -8,7 +8,8 @@
 
 namespace tonvex {
 
-/// Message boxes and file dialogs over the program's window. Texts are plain, never markup.
+/// Message boxes and file dialogs over the program's window. Texts are plain, never markup, and shown in the user's
+/// language where Core_Words knows them.
 /// Interface thread; each call returns when the user has answered.
 class Qt_User_Dialogs final : public User_Dialogs {
 public:

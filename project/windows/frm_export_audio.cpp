@@ -1,5 +1,6 @@
 #include "project/windows/frm_export_audio.h"
 
+#include "platform/qt/core_words.h"
 #include "project/mixdown.h"
 
 #include <QComboBox>
@@ -25,7 +26,7 @@ void Select(QComboBox* box, int value) {
 }
 
 QString Quality_Row(Audio_Kind kind, int quality) {
-    const QString text = QString::fromStdString(Quality_Text(kind, quality));
+    const QString text = Core_Words(Quality_Text(kind, quality));
     if (Traits_Of(kind).unit != Quality_Unit::Scale)
         return text;
     const auto all = Traits_Of(kind).qualities;

@@ -20,7 +20,7 @@ namespace tonvex {
 namespace {
 
 constexpr int ROW_ROLE = Qt::UserRole;
-enum Column : int { NAME_COLUMN, START_COLUMN, END_COLUMN };
+enum Column { NAME_COLUMN, START_COLUMN, END_COLUMN };
 
 } // namespace
 

@@ -155,8 +155,8 @@ std::string Maps_View::Name() const {
 void Maps_View::Show_Titles() {
     const bool any = owner != NOT_GIVEN;
     const QString name = any ? QString::fromStdString(Name()) : QString();
-    volumeTitle->setText(any ? QStringLiteral("Volume Map [%1]").arg(name) : tr("Volume Map"));
-    panTitle->setText(any ? QStringLiteral("Pan Map [%1]").arg(name) : tr("Pan Map"));
+    volumeTitle->setText(any ? tr("Volume Map [%1]").arg(name) : tr("Volume Map"));
+    panTitle->setText(any ? tr("Pan Map [%1]").arg(name) : tr("Pan Map"));
     volume->setAccessibleName(volumeTitle->text());
     pan->setAccessibleName(panTitle->text());
 }

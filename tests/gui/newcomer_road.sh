@@ -46,7 +46,8 @@ road() {
     # -- the first start: nothing is there
     "$build/tonvex" 2>"$HOME/errors" &
     program=$!
-    sleep 0.7
+    window '^Tonvex$' >/dev/null
+    sleep 0.3
     import -window root "$shots/$form-1-start-up.png"
     main=$(window 'Untitled.* - Tonvex')
     [ -n "$main" ] || { fail "no main window"; return; }
