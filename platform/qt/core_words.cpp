@@ -15,6 +15,7 @@ constexpr const char* CONTEXT = "Core";
 constexpr int DEEPEST = 3;
 
 // The form in which lupdate finds them. Longer patterns stand before shorter ones that would fit too.
+// Long ones go over several lines. NOLINTBEGIN(bugprone-suspicious-missing-comma)
 constexpr const char* SOURCES[] = {
     // steps of undo
     QT_TRANSLATE_NOOP("Core", "Undo %1"),
@@ -230,6 +231,7 @@ constexpr const char* SOURCES[] = {
                       "Tonvex"),
     QT_TRANSLATE_NOOP("Core", "Time format not supported"),
 };
+// NOLINTEND(bugprone-suspicious-missing-comma)
 
 struct Pattern {
     const char* source;

@@ -231,7 +231,7 @@ void Help_Test::Videos_Data() {
     Write(home / "b.webm", "film");
     Write(home / "a.XML", "<v Title='First' category='Basics' index='1'/>");
     Write(home / "c.xml", "<v><title>Alone</title></v>");
-    Write(home / "cut off.xml", "<v><title>Cut");
+    Write(home / "cut off.xml", "<v><title>Cut off</title><index>");
     Write(home / "no title.xml", "<v><category>Basics</category></v>");
     Write(home / "no xml.xml", std::string("\0\1\2", 3));
     fs::create_directories(home / "folder.xml");

@@ -20,7 +20,7 @@ desktop-file-validate "$share/applications/tonvex.desktop" || fail "desktop file
 appstreamcli validate --no-net "$share/metainfo/org.tonvex.tonvex.metainfo.xml" >"$work/appstream" || { cat "$work/appstream"; fail "metainfo"; }
 xmllint --noout "$share/mime/packages/tonvex.xml" || fail "MIME file"
 cp -r /usr/share/mime/packages/freedesktop.org.xml "$share/mime/packages/"
-update-mime-database "$share/mime" || fail "MIME database"
+update-mime-database "$share/mime" >/dev/null 2>&1 || fail "MIME database"
 # By magic alone: the name says nothing.
 cp "$top/data/templates/Band.tvx" "$work/song-without-ending"
 kind=$(XDG_DATA_HOME="$share" XDG_DATA_DIRS="$share" gio info -a standard::content-type "$work/song-without-ending" 2>/dev/null |
