@@ -2,6 +2,7 @@
 
 #include "editors/windows/events_editor_ctrl.h"
 
+#include "platform/qt/core_words.h"
 #include "widgets/tool_button.h"
 
 #include <QComboBox>
@@ -149,8 +150,8 @@ void EventsEditorCtrl::Make_Bar() {
 
 void EventsEditorCtrl::Fill_Grid_Menu(QMenu* menu) {
     for (const Grid_Choice& choice : GRID_CHOICES) {
-        QAction* action = menu->addAction(QString::fromLatin1(choice.Text), this,
-                                          [this, div = choice.Div] { Set_Grid(div); });
+        QAction* action =
+            menu->addAction(Core_Words(choice.Text), this, [this, div = choice.Div] { Set_Grid(div); });
         action->setCheckable(true);
         action->setData(choice.Div);
     }

@@ -1,5 +1,7 @@
 #include "editors/windows/frm_undo_list.h"
 
+#include "platform/qt/core_words.h"
+
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QPushButton>
@@ -51,12 +53,11 @@ void frmUndoList::Update_View() {
     };
     add(tr("Start"), static_cast<int>(done.size()));
     for (std::size_t i = done.size(); i-- > 0;)
-        add(QString::fromStdString(done[i]), static_cast<int>(i));
+        add(Core_Words(done[i]), static_cast<int>(i));
     List1->setCurrentRow(List1->count() - 1);
     List1->scrollToItem(List1->currentItem());
     for (std::size_t i = 0; i < undone.size(); ++i) {
-        QListWidgetItem* item =
-            add(tr("%1 (undone)").arg(QString::fromStdString(undone[i])), -static_cast<int>(i) - 1);
+        QListWidgetItem* item = add(tr("%1 (undone)").arg(Core_Words(undone[i])), -static_cast<int>(i) - 1);
         item->setForeground(theme.Tokens().dim);
     }
     go->setEnabled(session.undo->Can_Undo() || session.undo->Can_Redo());

@@ -1,5 +1,7 @@
 #include "editors/windows/roll_painter.h"
 
+#include "platform/qt/core_words.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -230,7 +232,7 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
         if (!event)
             return;
         // The whole text where there is room, else the name, else nothing.
-        QString text = From(Event_Text(*event, names));
+        QString text = Core_Words(Event_Text(*event, names));
         if (metrics.horizontalAdvance(text) > box.width() - 2 * air)
             text = From(Short_Text(*event, names));
         if (event->Note != nullptr && !names.drums && metrics.horizontalAdvance(text) > box.width() - air)

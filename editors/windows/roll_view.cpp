@@ -2,6 +2,7 @@
 
 #include "base/rounding.h"
 #include "editors/windows/roll_faces.h"
+#include "platform/qt/core_words.h"
 #include "widgets/tool_button.h"
 
 #include <QPaintEvent>
@@ -148,7 +149,7 @@ QString Roll_View::Spoken(std::int32_t eventId) const {
     const auto read = store == nullptr ? std::nullopt : store->ReadEvent(store->GetEvent_I(eventId));
     if (!read)
         return {};
-    return QString::fromStdString(
+    return Core_Words(
         Spoken_Text(*read, store->GetEvent_Length(read->EventI), Painter().Names(display.Channel())));
 }
 

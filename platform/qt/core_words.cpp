@@ -153,6 +153,18 @@ constexpr const char* SOURCES[] = {
     QT_TRANSLATE_NOOP("Core", "You need to select a channel"),
     QT_TRANSLATE_NOOP("Core", "You need to select a mark"),
     // events
+    QT_TRANSLATE_NOOP("Core", "N: %1 Vol: %2"),
+    QT_TRANSLATE_NOOP("Core", "%1 (%2) Vol: %3"),
+    QT_TRANSLATE_NOOP("Core", "Set FX: %1"),
+    QT_TRANSLATE_NOOP("Core", "Set Patch : %1"),
+    QT_TRANSLATE_NOOP("Core", "Chord %1 (%2)"),
+    QT_TRANSLATE_NOOP("Core", "%1, position %2, length %3 beats, volume %4"),
+    QT_TRANSLATE_NOOP("Core", "%1, position %2, length %3 beat, volume %4"),
+    QT_TRANSLATE_NOOP("Core", "%1, position %2, length %3 beats"),
+    QT_TRANSLATE_NOOP("Core", "%1, position %2, length %3 beat"),
+    QT_TRANSLATE_NOOP("Core", "%1, position %2"),
+    QT_TRANSLATE_NOOP("Core", "%1 triplet"),
+    QT_TRANSLATE_NOOP("Core", "You need to select one or more events to access the time properties"),
     QT_TRANSLATE_NOOP("Core", "%1 event(s) will be deleted (the range of the notes\r\nmust be between "
                               "0-127)\r\nContinue ?"),
     QT_TRANSLATE_NOOP("Core", "%1 event(s) will be deleted (the start of the events\r\ncan't be less than "
@@ -235,6 +247,8 @@ constexpr const char* SOURCES[] = {
 
 struct Pattern {
     const char* source;
+    QString first; ///< what stands before the first place and behind the last: tells most of them apart
+    QString last;
     QRegularExpression form;
 };
 
@@ -254,12 +268,15 @@ struct Words {
                 continue;
             static const QRegularExpression PLACE(QStringLiteral("%[1-9]"));
             QStringList pieces = text.split(PLACE);
+            const QString first = pieces.first();
+            const QString last = pieces.last();
             std::transform(pieces.begin(), pieces.end(), pieces.begin(),
                            [](const QString& piece) { return QRegularExpression::escape(piece); });
             // A place takes as little as it can, but for the last one.
-            patterns.append({source, QRegularExpression(QRegularExpression::anchoredPattern(
-                                                            pieces.join(QLatin1String("(.*?)"))),
-                                                        QRegularExpression::DotMatchesEverythingOption)});
+            patterns.append(
+                {source, first, last,
+                 QRegularExpression(QRegularExpression::anchoredPattern(pieces.join(QLatin1String("(.*?)"))),
+                                    QRegularExpression::DotMatchesEverythingOption)});
         }
     }
     QHash<QString, const char*> whole;
@@ -280,6 +297,8 @@ QString Look_Up(const QString& text, int depth) {
     if (depth >= DEEPEST)
         return text;
     for (const Pattern& pattern : WORDS.patterns) {
+        if (!text.startsWith(pattern.first) || !text.endsWith(pattern.last))
+            continue;
         const QRegularExpressionMatch match = pattern.form.match(text);
         if (!match.hasMatch())
             continue;
@@ -304,6 +323,9 @@ QString Look_Up(const QString& text, int depth) {
 } // namespace
 
 QString Core_Words(const std::string& text) {
+    // Views ask for every event that they draw: without a catalogue nothing is to be looked for.
+    if (Translated(SOURCES[0]) == QLatin1String(SOURCES[0]))
+        return QString::fromStdString(text);
     return Look_Up(QString::fromStdString(text), 0);
 }
 
