@@ -200,8 +200,7 @@ int Run(int argc, char** argv) {
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application,
                      [&program](QSessionManager&) { program.Save_State(); });
     Start_Routine start(program.Dialogs(), program);
-    switch (start.Run({folder, Instance_Lock_File(), files,
-                       Path_Macros::From_Environment(folder)})) {
+    switch (start.Run({folder, Instance_Lock_File(), files, Path_Macros::From_Environment(folder)})) {
     case Start_Result::Started:
         return QApplication::exec();
     case Start_Result::Already_Running:

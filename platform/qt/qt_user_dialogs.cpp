@@ -106,9 +106,8 @@ std::string Qt_User_Dialogs::Choose_File_To_Open(const std::string& title,
     QStringList patterns;
     for (const std::string& filter : filters)
         patterns << Core_Words(filter);
-    const QString chosen =
-        QFileDialog::getOpenFileName(Owner(parent), Core_Words(title), Folder_To_Begin_In(),
-                                     patterns.join(QStringLiteral(";;")));
+    const QString chosen = QFileDialog::getOpenFileName(
+        Owner(parent), Core_Words(title), Folder_To_Begin_In(), patterns.join(QStringLiteral(";;")));
     if (!chosen.isEmpty())
         lastFolder = QFileInfo(chosen).absolutePath();
     return chosen.toStdString();

@@ -8,9 +8,9 @@
 
 namespace tonvex {
 
-/// Message boxes and file dialogs over the program's window. Texts are plain, never markup, and shown in the user's
-/// language where Core_Words knows them.
-/// Interface thread; each call returns when the user has answered.
+/// Message boxes and file dialogs over the program's window. Texts are plain, never markup, and shown in the
+/// user's language where Core_Words knows them. Interface thread; each call returns when the user has
+/// answered.
 class Qt_User_Dialogs final : public User_Dialogs {
 public:
     void Show_Message(Box_Kind kind, const std::string& text, const std::string& title) override;
