@@ -59,7 +59,7 @@ QSize Channel_Row::sizeHint() const {
 }
 
 QSize Channel_Row::minimumSizeHint() const {
-    return {theme.Px(300), theme.Px(54)};
+    return {theme.Px(276), theme.Px(54)};
 }
 
 QRect Channel_Row::Name_Place() const {

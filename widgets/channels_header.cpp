@@ -23,8 +23,8 @@ Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
     connect(add, &QToolButton::clicked, this, &Channels_Header::addAsked);
     auto* name = new QLabel(tr("Channels"), this);
     auto* row = new QHBoxLayout(this);
-    row->addWidget(name);
-    row->addStretch(1);
+    name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a narrow pane does without
+    row->addWidget(name, 1);
     row->addWidget(clearMute);
     row->addWidget(clearSolo);
     row->addWidget(add);

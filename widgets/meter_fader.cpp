@@ -14,7 +14,7 @@ Meter_Fader::Meter_Fader(const Theme& theme, const QString& name, const QString&
       meter(new Level_Meter(theme, meterName, 2, this)) {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     fader->Set_Width(designWidth);
-    meter->Set_Design_Size(3, designWidth);
+    meter->Set_Design_Size(3, designWidth - 8); // less the insets of the track
     meter->Set_Lying();
     auto* column = new QVBoxLayout(this);
     column->setSpacing(0);

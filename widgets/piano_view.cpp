@@ -73,7 +73,7 @@ QSize Piano_View::sizeHint() const {
 }
 
 QSize Piano_View::minimumSizeHint() const {
-    return {theme.Px(360), theme.Px(64)};
+    return {theme.Px(200), theme.Px(64)};
 }
 
 void Piano_View::Set_Range(int firstNote, int lastNote) {

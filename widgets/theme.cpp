@@ -1,8 +1,10 @@
 #include "widgets/theme.h"
 
+#include <QDialog>
 #include <QFile>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QLayout>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
@@ -149,7 +151,7 @@ QScrollArea:focus { border: 0; }
 QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QRadioButton { spacing: [8]px; padding: [2]px; border: 2px solid transparent; }
-QRadioButton::indicator { width: [14]px; height: [14]px; border: 1px solid {dim}; border-radius: [8]px;
+QRadioButton::indicator { width: [14]px; height: [14]px; border: [1]px solid {dim}; border-radius: [8]px;
   background: {control}; }
 QRadioButton::indicator:hover { background: {hover}; }
 QRadioButton::indicator:checked { width: [6]px; height: [6]px; border: [5]px solid {accent};
@@ -280,6 +282,14 @@ bool Theme::eventFilter(QObject* watched, QEvent* event) {
         applying = true;
         QTimer::singleShot(0, this, [this] { Apply(); });
     }
+    // A dialog begins no lower than its wrapped texts need, which Qt leaves out on small screens.
+    if (event->type() == QEvent::Show)
+        if (auto* dialog = qobject_cast<QDialog*>(watched);
+            dialog != nullptr && dialog->layout() != nullptr && dialog->layout()->hasHeightForWidth()) {
+            const int least = dialog->layout()->totalMinimumHeightForWidth(dialog->width());
+            if (dialog->height() < least)
+                dialog->resize(dialog->width(), least);
+        }
     return QObject::eventFilter(watched, event);
 }
 

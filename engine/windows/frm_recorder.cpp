@@ -175,7 +175,9 @@ void frmRecorder::Lay_Out() {
     row->addStretch(1);
     row->addWidget(master);
     row->addWidget(cpu);
-    dispensable = {cpu, master};
+    // What menus and keys do as well goes before what they do not.
+    dispensable = {cpu,      overwrite, blend, wait,    speed,   master,
+                   keyboard, metronome, toEnd, toStart, forward, back};
     cpu->setMinimumWidth(cpu->fontMetrics().horizontalAdvance(Cpu_Text(100)));
     connect(&theme, &Theme::Changed, this, [this, row] {
         row->setContentsMargins(theme.Px(12), theme.Px(4), theme.Px(16), theme.Px(4));

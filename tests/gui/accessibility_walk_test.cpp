@@ -212,6 +212,7 @@ private slots:
     void The_Main_Window_Names_Its_Controls();
     void No_Caption_Is_Cut_data() { Windows_Name_Their_Controls_data(); }
     void No_Caption_Is_Cut();
+    void The_Main_Window_Fits_At_300_Percent();
 };
 
 void Accessibility_Walk_Test::Every_Window_Is_Walked() {
@@ -274,8 +275,8 @@ void Accessibility_Walk_Test::No_Caption_Is_Cut() {
     const QString shots = qEnvironmentVariable("TONVEX_SHOTS");
     for (const Appearance appearance : {Appearance::Light, Appearance::Dark}) {
         for (const int percent : {100, 200, 300}) {
-            if (appearance == Appearance::Dark && shots.isEmpty())
-                continue; // it is as wide
+            if (shots.isEmpty() && (appearance == Appearance::Dark || percent == 200))
+                continue; // dark is as wide, 200 % between the others
             Walked_Program p;
             p.window->hide(); // it is looked at by the road of a newcomer
             p.theme.Set_Appearance(appearance);
@@ -294,6 +295,24 @@ void Accessibility_Walk_Test::No_Caption_Is_Cut() {
             QVERIFY2(cut.isEmpty(), qPrintable(QStringLiteral("%1 %: ").arg(percent) + cut.join(", ")));
         }
     }
+}
+
+/// On 3840 x 2160, as on 1280 x 720 at 100 %.
+void Accessibility_Walk_Test::The_Main_Window_Fits_At_300_Percent() {
+    Program p;
+    QStringList parts;
+    for (const auto* widget : p.window->findChildren<QWidget*>()) {
+        const QSize least = widget->minimumSizeHint();
+        if (least.width() > 640 || least.height() > 360)
+            parts << QStringLiteral("%1 %2 x %3")
+                         .arg(widget->metaObject()->className())
+                         .arg(least.width())
+                         .arg(least.height());
+    }
+    const QSize least = p.window->minimumSizeHint();
+    QVERIFY2(
+        least.width() <= 1280 && least.height() <= 720,
+        qPrintable(QStringLiteral("%1 x %2: ").arg(least.width()).arg(least.height()) + parts.join(", ")));
 }
 
 QTEST_MAIN(Accessibility_Walk_Test)
