@@ -8,7 +8,7 @@
 namespace tonvex {
 
 Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
-    : QWidget(parent), session(owner),
+    : QWidget(parent), session(owner), name(new QLabel(tr("Channels"), this)),
       clearMute(
           new Tool_Button(theme, Button_Kind::Pill, {}, tr("Clear the mute of all channels"), {}, this)),
       clearSolo(
@@ -21,14 +21,14 @@ Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
     connect(clearMute, &QToolButton::clicked, this, [this] { Clear(MSG_CLEAR_MUTE, "Clear Mute"); });
     connect(clearSolo, &QToolButton::clicked, this, [this] { Clear(MSG_CLEAR_SOLO, "Clear Solo"); });
     connect(add, &QToolButton::clicked, this, &Channels_Header::addAsked);
-    auto* name = new QLabel(tr("Channels"), this);
     auto* row = new QHBoxLayout(this);
-    name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a narrow pane does without
+    name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(name, 1);
+    row->addStretch(0); // in its place when it is hidden
     row->addWidget(clearMute);
     row->addWidget(clearSolo);
     row->addWidget(add);
-    const auto takeTheme = [&theme, row, name] {
+    const auto takeTheme = [this, &theme, row] {
         name->setFont(theme.Font(Text_Size::Body, QFont::DemiBold));
         row->setContentsMargins(theme.Px(12), theme.Px(2), theme.Px(8), theme.Px(2));
         row->setSpacing(theme.Px(4));
@@ -44,6 +44,15 @@ Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
 
 Channels_Header::~Channels_Header() {
     session.events.Unsubscribe(subscription);
+}
+
+/// A narrow pane does without its name rather than with half of it.
+void Channels_Header::resizeEvent(QResizeEvent*) {
+    const QMargins edges = layout()->contentsMargins();
+    int room = width() - edges.left() - edges.right();
+    for (const Tool_Button* button : {clearMute, clearSolo, add})
+        room -= button->minimumSizeHint().width() + layout()->spacing();
+    name->setVisible(room >= name->sizeHint().width());
 }
 
 QWidget* Channels_Header::Last_Control() const {

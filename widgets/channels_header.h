@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+class QLabel;
+
 namespace tonvex {
 
 class Tool_Button;
@@ -23,11 +25,15 @@ public:
 signals:
     void addAsked();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     void Refresh();
     void Clear(int message, const char* undoText);
 
     Session& session;
+    QLabel* name;
     Tool_Button* clearMute;
     Tool_Button* clearSolo;
     Tool_Button* add;
