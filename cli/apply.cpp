@@ -64,7 +64,7 @@ private:
 
     /// The program's box after an item, unless the item expects it.
     std::string Refusal(const json& item) const {
-        const std::string told = tool.dialogs.shown.empty() ? "" : tool.dialogs.shown.back().text;
+        std::string told = tool.dialogs.shown.empty() ? "" : tool.dialogs.shown.back().text;
         if (!item.contains("expect"))
             return told;
         if (!item["expect"].is_string())

@@ -62,7 +62,7 @@ Cli_Outcome Print_Song(const Cli_Options& options, const std::string& song, std:
 
 Cli_Outcome Print_Notes(const Cli_Options& options, const std::string& song, std::string& text) {
     Cli_Session tool;
-    const Cli_Outcome outcome = Open(tool, options, song);
+    Cli_Outcome outcome = Open(tool, options, song);
     if (outcome.Done())
         text = Note_Lists(*tool.session);
     return outcome;

@@ -166,7 +166,7 @@ bool Read_Section(Byte_Cursor& cursor, std::optional<std::size_t> tracks, MusicC
     const auto bars = Rows_Up_To(cursor, highestBar, BAR_BYTES);
     if (!bars || target.LastBar < -1 || target.LastBar > highestBar)
         return false;
-    Read_Rows(cursor, static_cast<std::size_t>(target.LastBar + 1), target.MC_Bars, Read_Bar);
+    Read_Rows(cursor, static_cast<std::size_t>(std::int64_t{target.LastBar} + 1), target.MC_Bars, Read_Bar);
     cursor.Skip((*bars - target.MC_Bars.size()) * BAR_BYTES);
     target.MC_Bars.resize(*bars);
     return cursor.Ok();

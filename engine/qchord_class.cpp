@@ -119,7 +119,7 @@ int QChordClass::Note_At(int place) const noexcept {
 
 /// string: 0 the lowest. NO_NOTE when the row does not strike it.
 int QChordClass::String_Note(const PickRow& row, std::size_t string) const noexcept {
-    const int fret = row.Strings[string];
+    const std::int8_t fret = row.Strings[string];
     return fret < 0 ? NO_NOTE : fingerpicks->Notes().OpenNotes[STRINGS - string] + fret + transposition;
 }
 
@@ -145,7 +145,8 @@ double QChordClass::Step_Offset(std::int64_t step) const noexcept {
         return step == 0 ? 0.0 : NEVER;
     }
     const PickRow& row = pattern->PickRows[static_cast<std::size_t>(step % passSteps)];
-    return static_cast<double>(step / passSteps) * pattern->PickLength + row.Time;
+    const std::int64_t pass = step / passSteps;
+    return static_cast<double>(pass) * pattern->PickLength + row.Time;
 }
 
 double QChordClass::Next_Step_Time() const noexcept {

@@ -34,7 +34,7 @@ struct QChord_Messages {
     std::array<std::uint8_t, MAX_ROWS> Actions{};
     int LastIndex = -1; ///< -1: nothing changes
 
-    std::size_t Rows() const noexcept { return static_cast<std::size_t>(LastIndex + 1); }
+    std::size_t Rows() const noexcept { return static_cast<std::size_t>(std::int64_t{LastIndex} + 1); }
     /// Dropped when all rows are taken; no step of a chord has more.
     void Add(int note, std::uint8_t action) noexcept {
         if (Rows() == Notes.size())
