@@ -46,6 +46,7 @@ constexpr const char* SOURCES[] = {
     QT_TRANSLATE_NOOP("Core", "Change patch"),
     QT_TRANSLATE_NOOP("Core", "Change properties"),
     QT_TRANSLATE_NOOP("Core", "Change solo channel"),
+    QT_TRANSLATE_NOOP("Core", "Change song key"),
     QT_TRANSLATE_NOOP("Core", "Change tempo"),
     QT_TRANSLATE_NOOP("Core", "Change volume channel"),
     QT_TRANSLATE_NOOP("Core", "Change volume"),
@@ -152,6 +153,8 @@ constexpr const char* SOURCES[] = {
     QT_TRANSLATE_NOOP("Core", "You can only delete this channel \r\nthrough the Music creator window"),
     QT_TRANSLATE_NOOP("Core", "You need to select a channel"),
     QT_TRANSLATE_NOOP("Core", "You need to select a mark"),
+    QT_TRANSLATE_NOOP("Core", "%1 Major"),
+    QT_TRANSLATE_NOOP("Core", "%1 Minor"),
     // events
     QT_TRANSLATE_NOOP("Core", "N: %1 Vol: %2"),
     QT_TRANSLATE_NOOP("Core", "%1 (%2) Vol: %3"),
@@ -170,6 +173,11 @@ constexpr const char* SOURCES[] = {
     QT_TRANSLATE_NOOP("Core", "%1 event(s) will be deleted (the start of the events\r\ncan't be less than "
                               "1:0:0)\r\nContinue ?"),
     // keys and chords
+    QT_TRANSLATE_NOOP("Core", "Assign key canceled"),
+    QT_TRANSLATE_NOOP("Core", "Key already used, replace ?"),
+    QT_TRANSLATE_NOOP("Core", "Key assigned"),
+    QT_TRANSLATE_NOOP("Core", "Key not supported, please select another key"),
+    QT_TRANSLATE_NOOP("Core", "This function key is locked and can't be changed"),
     QT_TRANSLATE_NOOP("Core", "%1\nDelete  ?"),
     QT_TRANSLATE_NOOP("Core", "%1\nOverwrite ?"),
     QT_TRANSLATE_NOOP("Core", "Chord must have less than 7 notes"),
