@@ -100,9 +100,7 @@ constexpr const char* SOURCES[] = {
                       "there is space and that the folders can be written to.\n%1"),
     QT_TRANSLATE_NOOP("Core", "The settings could not be saved. Check that your configuration folder can be "
                               "written to."),
-    QT_TRANSLATE_NOOP("Core",
-                      "The function keys could not be saved. Check that your configuration folder can be "
-                      "written to."),
+    QT_TRANSLATE_NOOP("Core", "The keys of the functions could not be saved.\n%1"),
     // devices
     QT_TRANSLATE_NOOP("Core", "Can't initialize device: \n%1"),
     QT_TRANSLATE_NOOP("Core", "Can't open Output device\nTry configuring the Output device"),
