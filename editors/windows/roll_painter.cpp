@@ -102,7 +102,7 @@ void Roll_Painter::Draw_Rows(QPainter& painter) {
     const int first = std::max(0, window.Geometry.Row_At(window.ScrollY));
     const int last =
         std::min(Roll_Geometry::NOTE_ROWS - 1, window.Geometry.Row_At(window.ScrollY + layout.Roll.height()));
-    const QColor shade = With_Alpha(t.window, t.dark ? 0.55F : 0.85F);
+    const QColor shade = With_Alpha(t.window, 0.85F);
     for (int row = first; row <= last; ++row) {
         const int note = Roll_Geometry::NOTE_ROWS - 1 - row;
         const double y = Y_Of_Note(note);

@@ -288,6 +288,9 @@ void Roll_View::wheelEvent(QWheelEvent* event) {
         const double down = sideways ? 0 : delta.y();
         Scroll_To(viewed.ScrollX - across * rows, viewed.ScrollY - down * rows);
     }
+    // What lies under the pointer is another place now.
+    if (!gesture.Is_On())
+        Hover(event->position());
     event->accept();
 }
 
