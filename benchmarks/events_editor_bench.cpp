@@ -40,17 +40,17 @@ double Best_Ms(Work work) {
 }
 
 struct Bed {
-    explicit Bed(int events) {
-        ChannelClass& store = session.channels->Store(0);
-        for (int i = 0; i < events; ++i)
-            store.AddNewEvent(i * 0.25, NoteData{static_cast<std::uint8_t>(60 + i % 24), 100, 0.5}, true);
-        store.ReSort_StartTime();
+    explicit Bed(int count) {
+        ChannelClass& events = session.channels->Store(0);
+        for (int i = 0; i < count; ++i)
+            events.AddNewEvent(i * 0.25, NoteData{static_cast<std::uint8_t>(60 + i % 24), 100, 0.5}, true);
+        events.ReSort_StartTime();
         editor.resize(1200, 700);
-        editor.Show_Channel(store.ChannelNumber);
+        editor.Show_Channel(events.ChannelNumber);
         editor.show();
         QApplication::processEvents();
         // The middle of the song, as full as any other place.
-        editor.View().Scroll_To(editor.View().Window().Geometry.X_Of(events / 8.0),
+        editor.View().Scroll_To(editor.View().Window().Geometry.X_Of(count / 8.0),
                                 editor.View().Window().ScrollY);
         image = QImage(editor.View().size(), QImage::Format_ARGB32_Premultiplied);
     }

@@ -36,6 +36,7 @@ EventsEditorCtrl::EventsEditorCtrl(Session& owner, Theme& look, QWidget* parent)
       edits({*session.hub, session.events, *session.channels, session.doors.dialogs}, this), sound(session),
       link(session.observers, *this) {
     setObjectName(QStringLiteral("eventsEditor"));
+    Make_Bar();
     view = new Roll_View(session, theme, display, edits, this);
     across = new Zoom_Scroll_Bar(theme, Qt::Horizontal, tr("Time shown"), this);
     across->toText = [](double beats) { return QString::fromStdString(Format_Beats(beats)); };
@@ -45,7 +46,6 @@ EventsEditorCtrl::EventsEditorCtrl(Session& owner, Theme& look, QWidget* parent)
         return QString::fromStdString(
             session.notes.NoteName(std::clamp(127 - static_cast<int>(row), 0, 127)));
     };
-    Make_Bar();
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);

@@ -46,6 +46,8 @@ int Roll_View::Lane_Volume(double y) const {
 // ---- buttons ----
 
 void Roll_View::mousePressEvent(QMouseEvent* event) {
+    if (gesture.Is_On())
+        return; // the other button has it
     const QPointF at = event->position();
     const Roll_Layout layout = Painter().Layout();
     const QPoint pixel = at.toPoint();

@@ -4,6 +4,7 @@
 #include "editors/windows/frm_events_editor.h"
 #include "editors/windows/frm_sel_channels_view.h"
 #include "editors/windows/frm_undo_list.h"
+#include "support/window_program.h"
 #include "support/window_world.h"
 #include "widgets/tool_button.h"
 
@@ -17,6 +18,7 @@
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QTabWidget>
 #include <QTest>
 
 #include <algorithm>
@@ -127,6 +129,7 @@ private slots:
     void Rules_And_Their_Boxes();
     void The_Selection_Comes_Back_With_A_Step();
     void Another_Song_Begins_Unselected();
+    void It_Is_The_First_Tab_Of_The_Window();
 };
 
 void Events_Editor_Test::A_Drag_Is_One_Step_data() {
@@ -442,6 +445,26 @@ void Events_Editor_Test::Another_Song_Begins_Unselected() {
     e.host.Show_Channel(NOT_GIVEN);
     e.Type("I"); // nowhere to go
     QCOMPARE(e.Store().GetTotalEvents(), 0);
+}
+
+void Events_Editor_Test::It_Is_The_First_Tab_Of_The_Window() {
+    Program p;
+    auto* tabs = p.window->findChild<QTabWidget*>();
+    QCOMPARE(tabs->widget(0), &p.window->Events_Editor());
+    QCOMPARE(tabs->tabText(0),
+             QStringLiteral("Events Editor · ") + QString::fromStdString(p.Channel(0).ChannelName));
+    p.Key(Qt::Key_Insert, Qt::ControlModifier); // a channel, which is then the selected one
+    QTRY_COMPARE(p.window->Events_Editor().Editor().Display().Channel(), p.Channel(1).ChannelID);
+    p.window->Events_Editor().setFocus();
+    p.Key(Qt::Key_Insert);
+    QCOMPARE(p.Events(1), 1);
+    p.Key(Qt::Key_Delete);
+    QCOMPARE(p.Events(1), 0);
+    const int pan = p.Channel(1).Pan;
+    p.Key(Qt::Key_R); // letters are the window's
+    QVERIFY(p.Channel(1).Pan != pan);
+    p.session->New_Project();
+    QTRY_COMPARE(p.window->Events_Editor().Editor().Display().Channel(), p.Channel(0).ChannelID);
 }
 
 QTEST_MAIN(Events_Editor_Test)
