@@ -35,7 +35,7 @@ void Event_List::Load(const ChannelClass& store) {
     std::vector<std::int32_t> selected = Selected_IDs();
     std::sort(selected.begin(), selected.end());
     rows.clear();
-    rows.reserve(static_cast<std::size_t>(store.GetTotalEvents() + 1));
+    rows.reserve(static_cast<std::size_t>(store.GetTotalEvents()) + 1U);
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
         if (const auto event = store.ReadEvent(i))
             rows.push_back(Shown(store, *event));

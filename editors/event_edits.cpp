@@ -150,7 +150,7 @@ Event_Edits::IDs Event_Edits::Copy_Events(const IDs& ids, double beats, int rows
     if (!Start_Agreed(before) || !Rows_Agreed(kept, rows))
         return {};
     Step step(*this, "Copy events");
-    const IDs added = Send_Adds(copies);
+    IDs added = Send_Adds(copies);
     if (rows != 0)
         Send_Rows(added, rows);
     step.Close(MSG_EVENTS_ADDED_END);

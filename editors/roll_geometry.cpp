@@ -68,8 +68,10 @@ bool Roll_Geometry::On_Edge(const Ev_Display_Row& row, double x) const noexcept 
 
 std::vector<std::size_t> Roll_Geometry::In_Box(const Event_List& events, double x1, double y1, double x2,
                                                double y2) const {
-    const auto [left, right] = std::minmax(x1, x2);
-    const auto [upper, lower] = std::minmax(y1, y2);
+    const double left = std::min(x1, x2);
+    const double right = std::max(x1, x2);
+    const double upper = std::min(y1, y2);
+    const double lower = std::max(y1, y2);
     std::vector<std::size_t> found;
     const double reach = Beat_At(LEAST_WIDTH * Scale);
     events.Visit(Beat_At(left) - reach, std::nextafter(Beat_At(right), 1e300), [&](std::size_t i) {
