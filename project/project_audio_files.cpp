@@ -104,12 +104,15 @@ bool Project_ID_Change::Make_Marker(const fs::path& projectPath) {
 
 bool Project_ID_Change::Bring_One(const fs::path& from, const fs::path& to, Files how) {
     std::error_code error;
-    // What could not be brought whole is undone as well.
-    brought.emplace_back(from, to);
-    if (how == Files::Renamed)
+    if (how == Files::Renamed) {
         fs::rename(from, to, error);
-    else
-        fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+        if (!error) // else what has the new name is not ours to give the old one
+            brought.emplace_back(from, to);
+        return !error;
+    }
+    // What could not be copied whole is undone as well.
+    brought.emplace_back(from, to);
+    fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
     return !error;
 }
 
