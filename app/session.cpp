@@ -88,6 +88,8 @@ bool Session::Load() {
     Load_Tables();
     if (!Load_Settings())
         return false;
+    functionKeys.FunctionKeys_Load(Function_Keys_File());
+    functionKeysRead = true;
     Open_Output();
     input->Input_Open();
     if (settings.Global_Current_Input == 1)
@@ -108,6 +110,8 @@ void Session::Shutdown() {
     input->Input_Shutdown();
     if (settingsRead)
         Keep_Settings();
+    if (functionKeysRead)
+        Keep_Function_Keys();
     output->Close();
     cue->FreeDLL();
     if (tempFolder)
@@ -227,6 +231,23 @@ void Session::Keep_Settings() {
     if (!doors.store.Flush())
         doors.dialogs.Show_Message(Box_Kind::Warning, "The settings could not be saved. Check that your "
                                                       "configuration folder can be written to.");
+}
+
+void Session::Keep_Recent_Files() {
+    settings.Save_Recent(doors.store);
+    // What cannot be written is told at the end.
+    (void)doors.store.Flush();
+}
+
+fs::path Session::Function_Keys_File() const {
+    return paths.Get_Folder("config") / "keys.dat";
+}
+
+void Session::Keep_Function_Keys() {
+    std::string error;
+    if (!functionKeys.FunctionKeys_Save(Function_Keys_File(), error))
+        doors.dialogs.Show_Message(Box_Kind::Warning,
+                                   "The keys of the functions could not be saved.\n" + error);
 }
 
 void Session::Load_Layout() {

@@ -2,6 +2,8 @@
 
 #include "app/app_paths_class.h"
 #include "app/event_raiser_class.h"
+#include "app/function_key_runner.h"
+#include "app/function_keys.h"
 #include "app/msg_manager.h"
 #include "app/session_temp_folder.h"
 #include "app/settings.h"
@@ -72,8 +74,8 @@ public:
     /// The program's data, settings, output, input, fonts, an empty project, in the fixed order.
     /// False only when the program cannot go on; the user has been told.
     bool Load();
-    /// The orderly end: input, settings, output, temp folder. Load may not follow; a second call does
-    /// nothing.
+    /// The orderly end: input, settings, function keys, output, temp folder. Load may not follow; a second
+    /// call does nothing.
     void Shutdown();
     /// Empty song with one MIDI channel on slot 0, not modified. Does nothing while a song runs.
     void New_Project();
@@ -95,6 +97,8 @@ public:
     void Send_Idle_Sound();
     /// What a run of the song works on. Between Load and the end of the session.
     Transport_Parts Parts();
+    /// The recent files go to the store at once: they are wanted after a crash, too.
+    void Keep_Recent_Files();
     /// This session's own folder for files that do not outlive it; empty when it could not be made.
     std::filesystem::path Temp_Folder() const;
 
@@ -136,6 +140,8 @@ public:
     std::unique_ptr<Player_Recorder> player;
     std::unique_ptr<MidiImport_Class> midiImport;
     std::unique_ptr<Midi_Export> midiExport;
+    Function_Key_Table functionKeys;
+    Function_Key_Runner keyRunner{*this};
 
     bool fontsLoaded = false; ///< false after Load: the font error window is due
 
@@ -146,12 +152,15 @@ private:
     bool Load_Settings();
     void Load_Sounds();
     void Keep_Settings();
+    void Keep_Function_Keys();
+    std::filesystem::path Function_Keys_File() const;
     void Load_Layout();
     void Take_Velocity(int note, int velocity);
 
     std::optional<Session_Temp_Folder> tempFolder;
     bool loaded = false;
     bool settingsRead = false; ///< before, there is nothing to be saved
+    bool functionKeysRead = false;
 };
 
 } // namespace tonvex

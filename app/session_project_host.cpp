@@ -22,6 +22,7 @@ bool Session_Project_Host::Shows_Beats() const {
 
 void Session_Project_Host::Add_Recent(const std::filesystem::path& path) {
     session.settings.Add_Recent(path.string());
+    session.Keep_Recent_Files();
 }
 
 } // namespace tonvex

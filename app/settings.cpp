@@ -98,6 +98,10 @@ void Settings::Save(Settings_Store& store) const {
     for (const Flag_Key& row : FLAG_KEYS)
         store.Set(SECTION, row.key, this->*row.value ? "True" : "False");
     store.Set(SECTION, "Projects_AudioPath", Projects_AudioPath);
+    Save_Recent(store);
+}
+
+void Settings::Save_Recent(Settings_Store& store) const {
     for (std::size_t i = 0; i < LRU.size(); ++i)
         store.Set(SECTION, Recent_Key(i), LRU[i]);
 }

@@ -43,6 +43,8 @@ struct Settings {
     void Load(const Settings_Store& store, const std::string& defaultAudioPath);
     /// Sets every key; the caller flushes the store.
     void Save(Settings_Store& store) const;
+    /// The recent files alone, likewise.
+    void Save_Recent(Settings_Store& store) const;
     /// To the top of the list, letter case aside; nothing is doubled, the tenth falls off.
     void Add_Recent(const std::string& path);
     /// The rows below it move up.
