@@ -1,6 +1,6 @@
 #include "app/function_key_runner.h"
 
-#include "app/align_events.h"
+#include "app/channel_commands.h"
 #include "app/session.h"
 
 #include <algorithm>
@@ -116,18 +116,6 @@ void Function_Key_Runner::Change_Volume(int delta) {
     });
 }
 
-void Function_Key_Runner::Clear_All_Status() {
-    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End,
-                                  "Clear all channels status");
-    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
-        if (!session.channels->Is_Live_Row(row))
-            continue;
-        const std::int32_t channelId = session.channels->Channels[static_cast<std::size_t>(row)].ChannelID;
-        session.hub->Message(this, MSG_CLEAR_MUTE, channelId, false);
-        session.hub->Message(this, MSG_CLEAR_SOLO, channelId, false);
-    }
-}
-
 void Function_Key_Runner::Set_Channel_Actions() {
     const auto send = [this](const char* name, int message, auto... value) {
         Set_Action(name, [this, message, value...] {
@@ -150,7 +138,7 @@ void Function_Key_Runner::Set_Channel_Actions() {
     send("Toggle channel Solo on/off", MSG_TOGGLE_SOLO);
     mode("Set record mode: blend", BLEND);
     mode("Set record mode: overwrite", OVERWRITE);
-    Set_Action("Clear all channels mute/solo status", [this] { Clear_All_Status(); });
+    Set_Action("Clear all channels mute/solo status", [this] { Clear_All_Status(session); });
     Set_Action("Align channel events", [this] {
         With_Channel([this](std::int32_t channelId, const GlobalChannel&) {
             Align_Channel_Events(session, channelId);

@@ -52,7 +52,6 @@ private:
     void Set_Channel_Actions();
     void Change_Pan(int delta);
     void Change_Volume(int delta);
-    void Clear_All_Status();
     void Stop_Timer();
     template <typename Change>
     void With_Channel(const Change& change);

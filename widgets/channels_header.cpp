@@ -1,5 +1,6 @@
 #include "widgets/channels_header.h"
 
+#include "widgets/function_key_text.h"
 #include "widgets/tool_button.h"
 
 #include <QHBoxLayout>
@@ -13,8 +14,7 @@ Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
           new Tool_Button(theme, Button_Kind::Pill, {}, tr("Clear the mute of all channels"), {}, this)),
       clearSolo(
           new Tool_Button(theme, Button_Kind::Pill, {}, tr("Clear the solo of all channels"), {}, this)),
-      add(new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("plus"), tr("Add new channel"),
-                          tr("Ctrl+Ins"), this)) {
+      add(new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("plus"), {}, {}, this)) {
     setAutoFillBackground(true);
     clearMute->Set_Pill({}, tr("Clear Mute"));
     clearSolo->Set_Pill({}, tr("Clear Solo"));
@@ -39,6 +39,7 @@ Channels_Header::Channels_Header(Session& owner, Theme& theme, QWidget* parent)
         if ((msgId >= MSG_SET_PATCH && msgId <= MSG_ADD_CHANNEL) || msgId == MSG_GENERAL_UPDATE)
             Refresh();
     });
+    Show_Keys();
     Refresh();
 }
 
@@ -61,6 +62,10 @@ QWidget* Channels_Header::Last_Control() const {
 
 void Channels_Header::Set_Add_Enabled(bool on) {
     add->setEnabled(on);
+}
+
+void Channels_Header::Show_Keys() {
+    add->Set_Name(tr("Add new channel"), Function_Key_Text(session, "Add new channel"));
 }
 
 void Channels_Header::Refresh() {

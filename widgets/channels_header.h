@@ -21,6 +21,8 @@ public:
     /// The last of its controls in the tab order.
     QWidget* Last_Control() const;
     void Set_Add_Enabled(bool on);
+    /// The tip tells the key in force.
+    void Show_Keys();
 
 signals:
     void addAsked();

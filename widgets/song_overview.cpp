@@ -1,5 +1,7 @@
 #include "widgets/song_overview.h"
 
+#include "widgets/function_key_text.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -144,11 +146,18 @@ Overview_Scale Song_Overview::Scale() const {
 }
 
 QString Song_Overview::Hint() const {
+    const auto with = [this](const QString& sentence, const char* function, const QString& withoutKey) {
+        const QString key = Function_Key_Text(session, function);
+        return key.isEmpty() ? withoutKey : sentence.arg(key);
+    };
     if (strips.empty())
-        return tr("No channel yet. Press Ctrl+Ins to add one.");
+        return with(tr("No channel yet. Press %1 to add one."), "Add new channel",
+                    tr("No channel yet. The Edit menu adds one."));
     if (Note_Count() > 0)
         return {};
-    return recording ? tr("Recording. Press Esc to stop.") : tr("No events yet. Press Ctrl+R and play.");
+    if (recording)
+        return with(tr("Recording. Press %1 to stop."), "Stop recording/playing", tr("Recording."));
+    return with(tr("No events yet. Press %1 and play."), "Record", tr("No events yet. Record and play."));
 }
 
 void Song_Overview::Draw_Picture() {

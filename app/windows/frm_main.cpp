@@ -1,5 +1,6 @@
 #include "app/windows/frm_main.h"
 
+#include "app/song_key.h"
 #include "app/windows/autosave_timer.h"
 #include "app/windows/frm_help.h"
 #include "app/windows/song_files.h"
@@ -11,6 +12,7 @@
 #include "input/windows/frm_rec_piano_layout.h"
 #include "input/windows/frm_setup_midi_device.h"
 #include "input/windows/layout_notice.h"
+#include "platform/qt/core_words.h"
 #include "song/windows/maps_view.h"
 #include "song/windows/mark_selection.h"
 #include "widgets/banner.h"
@@ -46,8 +48,6 @@ constexpr int IDLE_CHECK_MS = 3000;
 constexpr int METER_MS = 33;
 constexpr int METERS_WAIT_MS = 500;
 constexpr float AUDIBLE = 0.001F;
-/// The keys raise a volume to here; a slider that stands higher is not pulled down by them.
-constexpr int VOLUME_KEYS_MOST = 100;
 constexpr int FIRST_WIDTH = 1440;
 constexpr int FIRST_HEIGHT = 900;
 
@@ -92,7 +92,9 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     Make_Panes();
     songFiles = new Song_Files(session, *recorder, this);
     autosave = new Autosave_Timer(session, this);
+    Make_Functions();
     Make_Menus();
+    Make_Key_Timers();
     setAcceptDrops(true);
 
     // Many messages, one refresh.
@@ -122,6 +124,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
             piano->setFocus();
     });
     connect(&recorder->Practice(), &Practice_Mode::plainChanged, this, [this](bool on) {
+        practiceAction->setChecked(on);
         piano->Set_Capture(on || recorder->Practice().Keys());
         if (on)
             piano->setFocus();
@@ -144,6 +147,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     Restore_Panes();
     Refresh_Title();
     Refresh_Actions();
+    Refresh_Keys();
 
     meterTimer.setInterval(METER_MS);
     connect(&meterTimer, &QTimer::timeout, this, [this] { Show_Meters(session.doors.sound.Status()); });
@@ -154,6 +158,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
 }
 
 frmMain::~frmMain() {
+    Release_Functions();
     session.events.Unsubscribe(subscription);
 }
 
@@ -206,10 +211,8 @@ void frmMain::Make_Events_Editor() {
             [this](const QString& title) { tabs->setTabText(tabs->indexOf(eventsEditor), title); });
     EventsEditorCtrl& editor = eventsEditor->Editor();
     connect(&editor, &EventsEditorCtrl::goTo, recorder, &frmRecorder::Go_To);
-    connect(&editor, &EventsEditorCtrl::playWanted, this,
-            [this] { Run_From_Key([this] { recorder->Button_Play(); }); });
-    connect(&editor, &EventsEditorCtrl::recordWanted, this,
-            [this] { Run_From_Key([this] { recorder->Button_Rec(); }); });
+    connect(&editor, &EventsEditorCtrl::playWanted, this, [this] { session.keyRunner.Act("Play song"); });
+    connect(&editor, &EventsEditorCtrl::recordWanted, this, [this] { session.keyRunner.Act("Record"); });
     connect(&editor, &EventsEditorCtrl::stopWanted, recorder, &frmRecorder::Button_Stop);
     connect(&editor, &EventsEditorCtrl::helpWanted, this, &frmMain::Show_Help);
     connect(&editor, &EventsEditorCtrl::soundFontsWanted, this, &frmMain::Edit_Sound_Fonts);
@@ -218,7 +221,8 @@ void frmMain::Make_Events_Editor() {
 QDockWidget* frmMain::Make_Channels_Pane() {
     auto* dock = new QDockWidget(tr("Channels"), this);
     dock->setObjectName(QStringLiteral("channels"));
-    auto* title = new Channels_Header(session, theme, dock);
+    channelsHeader = new Channels_Header(session, theme, dock);
+    Channels_Header* title = channelsHeader;
     connect(title, &Channels_Header::addAsked, this, &frmMain::Add_Channel);
     connect(recorder, &frmRecorder::uiLocked, title,
             [title](bool locked) { title->Set_Add_Enabled(!locked); });
@@ -274,10 +278,6 @@ bool frmMain::Key_Plays(int scanCode) const {
         return false;
     const Practice_Mode& practice = recorder->Practice();
     return session.recorder->IsRunning() || (practice.Plays_Keys() && practice.Is_Running());
-}
-
-void frmMain::Run_From_Key(const std::function<void()>& act) {
-    QTimer::singleShot(0, this, act);
 }
 
 void frmMain::Lock(bool locked) {
@@ -435,8 +435,36 @@ void frmMain::Add_Channel() {
 }
 
 void frmMain::Delete_Channel() {
-    if (Needs_Channel() && session.doors.dialogs.Ask_YesNo("Delete this channel ?", "Delete channel"))
-        session.hub->Message(this, MSG_DELETE_CHANNEL, channelsList->Selected());
+    if (!Needs_Channel())
+        return;
+    const std::int32_t channelId = channelsList->Selected();
+    const auto& tracks = session.creator.MC_Tracks;
+    if (std::any_of(tracks.begin(), tracks.end(), [channelId](const MCTrack& track) {
+            return Is_On(track.InUse) && track.ChannelID == channelId;
+        })) {
+        session.doors.dialogs.Show_Message(
+            Box_Kind::Information, "You can only delete this channel \r\nthrough the Music creator window");
+        return;
+    }
+    if (session.doors.dialogs.Ask_YesNo("Delete this channel ?", "Delete channel"))
+        session.hub->Message(this, MSG_DELETE_CHANNEL, channelId);
+}
+
+void frmMain::Edit_Channel_Properties() {
+    if (session.channels->ChannelI(channelsList->Selected()) < 0) {
+        session.doors.dialogs.Show_Message(Box_Kind::Information, "Please select a channel");
+        return;
+    }
+    channelsDock->show();
+    channelsDock->raise();
+    properties->setFocus();
+    // To the first of its controls.
+    if (!properties->hasFocus() || properties->focusPolicy() == Qt::NoFocus)
+        for (QWidget* control : properties->findChildren<QWidget*>())
+            if ((control->focusPolicy() & Qt::TabFocus) != 0 && control->isEnabled()) {
+                control->setFocus(Qt::ShortcutFocusReason);
+                break;
+            }
 }
 
 void frmMain::Rename_Channel() {
@@ -473,37 +501,6 @@ void frmMain::Clear_Channel_Events() {
     const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End, "Clear channel events");
     for (const std::int32_t eventId : eventIds)
         session.hub->Message(this, MSG_DELETE_EVENT, channelId, eventId);
-}
-
-void frmMain::Clear_All_Status() {
-    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End,
-                                  "Clear all channels status");
-    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
-        if (!session.channels->Is_Live_Row(row))
-            continue;
-        const std::int32_t channelId = session.channels->Channels[static_cast<std::size_t>(row)].ChannelID;
-        session.hub->Message(this, MSG_CLEAR_MUTE, channelId, false);
-        session.hub->Message(this, MSG_CLEAR_SOLO, channelId, false);
-    }
-}
-
-void frmMain::Change_Volume(int delta) {
-    const int row = session.channels->ChannelI(channelsList->Selected());
-    if (row < 0)
-        return;
-    const int before = session.channels->Channels[static_cast<std::size_t>(row)].Volume;
-    const int after = std::clamp(before + delta, 0, std::max(before, VOLUME_KEYS_MOST));
-    if (after != before)
-        session.hub->Message(this, MSG_SET_VOLUME, channelsList->Selected(), std::int32_t{after});
-}
-
-void frmMain::Change_Pan(int delta) {
-    const int row = session.channels->ChannelI(channelsList->Selected());
-    if (row < 0)
-        return;
-    const int before = session.channels->Channels[static_cast<std::size_t>(row)].Pan;
-    session.hub->Message(this, MSG_SET_PAN, channelsList->Selected(),
-                         std::int32_t{std::clamp(before + delta, 0, 127)});
 }
 
 void frmMain::Set_Tuning(int tuning) {
@@ -563,8 +560,10 @@ void frmMain::Refresh_Title() {
         QString::fromStdString(file.empty() ? session.project.ProjectTitle : file.filename().string());
     setWindowTitle(tr("%1[*] - Tonvex").arg(title));
     setWindowModified(session.project.Modified);
-    titleLabel->setText(session.project.Modified ? tr("%1 • — Tonvex").arg(title)
-                                                 : tr("%1 — Tonvex").arg(title));
+    Show_Song_Key();
+    const QString key = Core_Words(Song_Key_Name(session, session.creator.SongKey, session.creator.SongMode));
+    titleLabel->setText(session.project.Modified ? tr("%1   %2 • — Tonvex").arg(key, title)
+                                                 : tr("%1   %2 — Tonvex").arg(key, title));
 }
 
 } // namespace tonvex

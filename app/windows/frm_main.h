@@ -15,6 +15,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class QAction;
@@ -28,6 +30,7 @@ namespace tonvex {
 
 class Autosave_Timer;
 class Banner;
+class Channels_Header;
 class ChannelsList;
 class frmHelp;
 class frmChannelProperties;
@@ -93,12 +96,32 @@ public:
     void On_Run_Ended() override;
 
 protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
     using Keys = QList<QKeySequence>;
+    enum class Function_Entry {
+        Plain,
+        Check,
+        Of_Channel ///< tells when no channel is selected
+    };
+    struct Function_Action {
+        QAction* action;
+        const char* function;
+    };
+    /// By Effect_Kind.
+    static constexpr std::array<const char*, EFFECT_KINDS> EFFECT_FUNCTIONS = {
+        "Set Channel FX: Reverb", "Set Channel FX: Chorus", "Set Channel FX: Flanger", "Set Channel FX: Echo",
+        "Set Channel FX: Distortion"};
+    struct Fixed_Keys {
+        QAction* action;
+        Keys keys;
+    };
 
     void Make_Panes();
     void Make_Events_Editor();
@@ -107,13 +130,15 @@ private:
     void Make_Menus();
     void Make_Channel_Menu();
     void Make_Mix_Entries(QMenu* menu);
-    void Make_Effect_Entries(QMenu* menu);
     void Make_File_Menu();
+    void Make_Song_Entries(QMenu* menu);
     void New_From_Template();
     void Save_As_Template();
     void Show_Recent_Files();
     void Make_Midi_File_Entries(QMenu* menu);
     void Import_Midi();
+    void Warn_Of_Midi_Files();
+    void Import_Midi_File(const std::filesystem::path& file);
     void Export_Midi();
     void Make_Edit_Menu();
     void Refresh_Undo();
@@ -132,25 +157,48 @@ private:
     void Follow_Help_Link(const QString& action);
     struct Help_Link;
     static const std::array<Help_Link, 11>& Help_Links();
-    void Make_Octave_Keys();
+    void Make_Scroll_Option(QMenu* options);
+    void Make_Note_Names_Menu(QMenu* options);
+    void Make_Windows_Menu();
+    void Make_Key_Menu(QMenu* project, const QString& text, int mode);
+    void Set_Song_Key(int key, int mode);
+    void Show_Song_Key();
+    void Set_Note_Names(int notation);
     void Restore_Panes();
     void Save_Panes();
 
+    // The functions of the table; see frm_main_keys.cpp.
+    void Set_Function(const std::string& internalName, const std::function<void()>& act);
+    void Make_Functions();
+    void Make_Transport_Functions();
+    void Make_Key_Timers();
+    void Release_Functions();
+    /// The entry of a function: shows its key and does what it does.
+    QAction* Add_Function(QMenu* menu, const QString& text, const char* function,
+                          Function_Entry kind = Function_Entry::Plain);
+    /// After the table of functions changed.
+    void Refresh_Keys();
+    bool Take_Key(QKeyEvent& event);
+    void Open_Key_Access();
+    void Open_Effect(Effect_Kind kind);
+    void Open_Metronome();
+    void Open_Tempo();
+    void Undo_Or_Redo(bool (UndoModule::*bringBack)());
+
+    /// keys: fixed ones, which give way where the table has them.
     QAction* Add_Action(QMenu* menu, const QString& text, const Keys& keys, const std::function<void()>& act);
     QAction* Add_Check(QMenu* menu, const QString& text, const Keys& keys,
                        const std::function<void(bool)>& act);
-    /// Runs behind the key handler of the moment: a transport call blocks.
-    void Run_From_Key(const std::function<void()>& act);
+    /// Records or plays behind the key handler of the moment: a transport call blocks.
+    void Run_From_Key(std::string_view tag);
     void Lock(bool locked);
     bool Needs_Channel();
     void Add_Channel();
     void Add_Channel_From_Template();
     void Delete_Channel();
+    void Edit_Channel_Properties();
     void Rename_Channel();
     void Clear_Channel_Events();
-    void Clear_All_Status();
-    void Change_Volume(int delta);
-    void Change_Pan(int delta);
     void Set_Tuning(int tuning);
     void Choose_Midi_Input(bool on);
     void Set_Up_Devices();
@@ -193,10 +241,14 @@ private:
     std::unique_ptr<frmHelp> help; ///< from its first opening on
     Test_Sound* linkSound = nullptr;
     QLabel* titleLabel = nullptr;
+    Channels_Header* channelsHeader = nullptr;
     QMenu* recentMenu = nullptr;
     QMenu* layoutMenu = nullptr;
     QAction* undoAction = nullptr;
     QAction* redoAction = nullptr;
+    QAction* redoKeys = nullptr;
+    QAction* practiceAction = nullptr;
+    QAction* pianoAction = nullptr;
     QAction* midiInputAction = nullptr;
     QAction* keysAction = nullptr;
     QAction* metronomeAction = nullptr;
@@ -205,6 +257,14 @@ private:
     QAction* overwriteAction = nullptr;
     QAction* showHelpAction = nullptr;
     std::vector<QAction*> tunings;
+    std::vector<QAction*> songKeys; ///< twelve in major, twelve in minor
+    std::vector<Function_Action> functionEntries;
+    std::vector<Fixed_Keys> fixedKeys;
+    std::vector<std::string> ownFunctions; ///< of which the session hears from here
+    QKeyCombination offeredKey;            ///< no widget of the window wanted it
+    std::string_view keyPressTag;
+    QTimer GlobalKeyPressTimer;  ///< runs the key that is pending
+    QTimer KeyPressRunFuncTimer; ///< one shot: begins what keyPressTag names
     std::vector<QAction*> lockedInRun;
     QPointer<QWidget> focusBeforeRun;
     QTimer deviceTimer;

@@ -9,7 +9,9 @@
 #include "engine/windows/frm_recorder.h"
 #include "project/windows/frm_export_audio.h"
 #include "project/windows/frm_new_file.h"
+#include "project/windows/frm_properties.h"
 #include "project/windows/frm_save_as_template.h"
+#include "song/windows/frm_set_pitch.h"
 #include "song/windows/frm_set_speed.h"
 #include "widgets/channels_list.h"
 
@@ -28,13 +30,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The song that is dragged; empty when it is anything else.
-fs::path Dragged_Song(const QMimeData& data) {
+/// The song or MIDI file that is dragged; empty when it is anything else.
+fs::path Dragged_File(const QMimeData& data) {
     const QList<QUrl> urls = data.urls();
     if (urls.size() != 1 || !urls.front().isLocalFile())
         return {};
     fs::path file = urls.front().toLocalFile().toStdString();
-    return Song_Files::Is_Song_File(file) ? file : fs::path();
+    return Song_Files::Is_Song_File(file) || Song_Files::Is_Midi_File(file) ? file : fs::path();
 }
 
 } // namespace
@@ -58,9 +60,7 @@ void frmMain::Make_File_Menu() {
                [this] { songFiles->Save_As(); });
     lockedInRun.push_back(Add_Action(menu, tr("Save as te&mplate..."), {}, [this] { Save_As_Template(); }));
     menu->addSeparator();
-    lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
-        Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
-    }));
+    Make_Song_Entries(menu);
     menu->addSeparator();
     Make_Midi_File_Entries(menu);
     menu->addSeparator();
@@ -68,6 +68,22 @@ void frmMain::Make_File_Menu() {
     menu->addSeparator();
     Add_Action(menu, tr("E&xit"), {QKeySequence(Qt::CTRL | Qt::Key_Q)}, [this] { close(); });
     Show_Recent_Files();
+}
+
+void frmMain::Make_Song_Entries(QMenu* menu) {
+    Add_Action(menu, tr("Propert&ies..."), {}, [this] {
+        Show_Window("frmProperties", [this] {
+            auto* window = new frmProperties(session, theme, this);
+            connect(window, &frmProperties::changed, this, &frmMain::Refresh_Title);
+            return window;
+        });
+    });
+    lockedInRun.push_back(Add_Action(menu, tr("Change Pitc&h..."), {}, [this] {
+        Show_Window("frmSetPitch", [this] { return new frmSetPitch(session, theme, this); });
+    }));
+    lockedInRun.push_back(Add_Action(menu, tr("Change S&peed..."), {}, [this] {
+        Show_Window("frmSetSpeed", [this] { return new frmSetSpeed(session, theme, this); });
+    }));
 }
 
 void frmMain::Make_Export_Entries(QMenu* menu) {
@@ -142,17 +158,22 @@ void frmMain::Song_Replaced() {
 // ---- drag and drop ----
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {
-    if (!Dragged_Song(*event->mimeData()).empty())
+    if (!Dragged_File(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 void frmMain::dropEvent(QDropEvent* event) {
-    const fs::path file = Dragged_Song(*event->mimeData());
+    const fs::path file = Dragged_File(*event->mimeData());
     if (file.empty())
         return;
     event->acceptProposedAction();
     // The program from which it was dragged waits for the end of this handler.
-    QTimer::singleShot(0, this, [this, file] { songFiles->Open_File(file); });
+    QTimer::singleShot(0, this, [this, file] {
+        if (Song_Files::Is_Midi_File(file))
+            Import_Midi_File(file);
+        else
+            songFiles->Open_File(file);
+    });
 }
 
 // ---- the ways in and out ----

@@ -101,11 +101,11 @@ const std::array<frmMain::Help_Link, 11>& frmMain::Help_Links() {
         {"add-channel", false, [](frmMain& w) { w.Add_Channel(); }},
         {"add-channel-from-template", false, [](frmMain& w) { w.Add_Channel_From_Template(); }},
         {"keys-sound", false, [](frmMain& w) { w.recorder->Practice().Set_Keys(true); }},
-        {"record", false, [](frmMain& w) { w.Run_From_Key([&w] { w.recorder->Button_Rec(); }); }},
+        {"record", false, [](frmMain& w) { w.session.keyRunner.Act("Record"); }},
         {"play", false,
          [](frmMain& w) {
              w.recorder->To_Start();
-             w.Run_From_Key([&w] { w.recorder->Button_Play(); });
+             w.session.keyRunner.Act("Play song");
          }},
         {"stop", true, [](frmMain& w) { w.recorder->Button_Stop(); }},
         {"save", false, [](frmMain& w) { w.songFiles->Save(); }},

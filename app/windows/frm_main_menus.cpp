@@ -1,13 +1,11 @@
-// The menus of the main window and the keys that stand on them.
+// The menus of the main window.
 
 #include "app/windows/frm_main.h"
 
+#include "editors/windows/frm_events_editor.h"
 #include "engine/windows/frm_recorder.h"
-#include "input/windows/frm_rec_piano_layout.h"
+#include "input/windows/frm_keyboard_setup.h"
 #include "input/windows/layout_notice.h"
-#include "widgets/channel_row.h"
-#include "widgets/channels_list.h"
-#include "widgets/frm_channel_properties.h"
 #include "widgets/frm_fx_config.h"
 
 #include <QAction>
@@ -23,21 +21,15 @@ namespace tonvex {
 namespace {
 
 constexpr int TUNINGS = 12;
-constexpr int VOLUME_STEP = 10;
-constexpr int PAN_STEP = 6;
-constexpr int PAN_CENTRE = 64;
-constexpr int OCTAVES = 6;
-
-QKeySequence Numpad(Qt::Key key) {
-    return QKeySequence(QKeyCombination(Qt::KeypadModifier, key));
-}
+constexpr int NOTATIONS = 4;
 
 } // namespace
 
 QAction* frmMain::Add_Action(QMenu* menu, const QString& text, const Keys& keys,
                              const std::function<void()>& act) {
     auto* action = new QAction(text, this);
-    action->setShortcuts(keys);
+    if (!keys.isEmpty())
+        fixedKeys.push_back({action, keys});
     connect(action, &QAction::triggered, this, act);
     menu->addAction(action);
     return action;
@@ -47,7 +39,8 @@ QAction* frmMain::Add_Check(QMenu* menu, const QString& text, const Keys& keys,
                             const std::function<void(bool)>& act) {
     auto* action = new QAction(text, this);
     action->setCheckable(true);
-    action->setShortcuts(keys);
+    if (!keys.isEmpty())
+        fixedKeys.push_back({action, keys});
     connect(action, &QAction::triggered, this, act);
     menu->addAction(action);
     return action;
@@ -57,6 +50,7 @@ void frmMain::Make_Menus() {
     titleLabel = new QLabel(menuBar());
     titleLabel->setProperty("dim", true);
     titleLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    titleLabel->setToolTip(tr("Song key and song"));
     // The menu bar gives its corner the size that it had first.
     const auto place = [this] {
         titleLabel->setContentsMargins(0, 0, theme.Px(16), 0);
@@ -74,109 +68,86 @@ void frmMain::Make_Menus() {
     Make_Marks_Menu();
     Make_Options_Menu();
     Make_Metronome_Menu();
-
-    QMenu* windows = menuBar()->addMenu(tr("&Windows"));
-    for (QDockWidget* dock : {channelsDock, pianoDock, videosDock})
-        windows->addAction(dock->toggleViewAction());
-    for (QToolBar* bar : findChildren<QToolBar*>())
-        windows->addAction(bar->toggleViewAction());
-
+    Make_Windows_Menu();
     Make_Help_Menu();
-    Make_Octave_Keys();
+}
+
+void frmMain::Make_Windows_Menu() {
+    QMenu* menu = menuBar()->addMenu(tr("&Windows"));
+    const QString shows = tr("Shows or hides this pane");
+    menu->setToolTipsVisible(true);
+    for (QDockWidget* dock : {channelsDock, pianoDock, videosDock})
+        menu->addAction(dock->toggleViewAction());
+    for (QToolBar* bar : findChildren<QToolBar*>())
+        menu->addAction(bar->toggleViewAction());
+    for (QAction* action : menu->actions())
+        action->setToolTip(shows);
+    menu->addSeparator();
+    for (int i = 0; i < tabs->count(); ++i) {
+        QWidget* page = tabs->widget(i);
+        QAction* action = Add_Action(menu, tabs->tabText(i), {}, [this, page] {
+            tabs->setCurrentWidget(page);
+            page->setFocus();
+        });
+        // A tab may tell what it shows.
+        connect(menu, &QMenu::aboutToShow, action,
+                [this, page, action] { action->setText(tabs->tabText(tabs->indexOf(page))); });
+    }
+    menu->addSeparator();
+    Add_Action(menu, tr("&Marks..."), {}, [this] { Open_Marks(false); });
+    Add_Action(menu, tr("&Tempo changes..."), {}, [this] { Open_Tempo(); });
+    Add_Action(menu, tr("Setup M&etronome..."), {}, [this] { Open_Metronome(); });
+    Add_Action(menu, tr("&Keyboard Access..."), {}, [this] { Open_Key_Access(); });
 }
 
 void frmMain::Make_Channel_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Channel"));
-    lockedInRun.push_back(Add_Action(menu, tr("&Add new channel"), {QKeySequence(Qt::CTRL | Qt::Key_Insert)},
-                                     [this] { Add_Channel(); }));
-    lockedInRun.push_back(Add_Action(menu, tr("Add channel from a &template..."),
-                                     {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Insert)},
-                                     [this] { Add_Channel_From_Template(); }));
-    lockedInRun.push_back(Add_Action(menu, tr("&Delete channel"), {QKeySequence(Qt::CTRL | Qt::Key_Delete)},
-                                     [this] { Delete_Channel(); }));
-    lockedInRun.push_back(Add_Action(menu, tr("&Rename channel..."), {}, [this] { Rename_Channel(); }));
-    lockedInRun.push_back(
-        Add_Action(menu, tr("&Clear channel events"), {}, [this] { Clear_Channel_Events(); }));
-    menu->addSeparator();
-    lockedInRun.push_back(Add_Action(menu, tr("&Select channel"), {QKeySequence(Qt::Key_S)}, [this] {
-        if (Channel_Row* row = channelsList->Row_Of(channelsList->Selected()))
-            row->setFocus();
-    }));
-    lockedInRun.push_back(Add_Action(menu, tr("Set channel &patch..."), {QKeySequence(Qt::Key_P)}, [this] {
-        if (Needs_Channel())
-            properties->Open_Patches();
-    }));
-    lockedInRun.push_back(
-        Add_Action(menu, tr("Set &output channel"), {QKeySequence(Qt::CTRL | Qt::Key_O)}, [this] {
-            if (Needs_Channel())
-                properties->Open_Slots();
-        }));
+    lockedInRun.push_back(Add_Function(menu, tr("Set channel &patch..."), "Set channel Patch"));
+    lockedInRun.push_back(Add_Function(menu, tr("Set &output channel"), "Set output channel"));
+    QMenu* effectMenu = menu->addMenu(tr("Set channel &FX"));
+    for (const Effect_Kind kind : ALL_EFFECTS)
+        Add_Function(effectMenu, QLatin1Char('&') + Effect_Caption(kind),
+                     EFFECT_FUNCTIONS[static_cast<std::size_t>(kind)]);
     Make_Map_Entries(menu);
-    menu->addSeparator();
-    Make_Effect_Entries(menu);
+    lockedInRun.push_back(
+        Add_Function(menu, tr("&Align channel events"), "Align channel events", Function_Entry::Of_Channel));
     menu->addSeparator();
     Make_Mix_Entries(menu);
 }
 
-void frmMain::Make_Effect_Entries(QMenu* menu) {
-    int digit = Qt::Key_1;
-    for (const Effect_Kind kind : ALL_EFFECTS)
-        Add_Action(menu, tr("Set Channel FX: %1").arg(Effect_Caption(kind)),
-                   {QKeySequence(Qt::CTRL | static_cast<Qt::Key>(digit++))}, [this, kind] {
-                       if (!Needs_Channel())
-                           return;
-                       if (effects == nullptr)
-                           effects = new frmFX_Config(session, theme, this);
-                       effects->Show_Effect(channelsList->Selected(), kind);
-                   });
-}
-
 void frmMain::Make_Mix_Entries(QMenu* menu) {
-    const auto send = [this](int message, bool value) {
-        if (Needs_Channel())
-            session.hub->Message(this, message, channelsList->Selected(), value);
+    const auto add = [this, menu](const QString& text, const char* function) {
+        Add_Function(menu, text, function, Function_Entry::Of_Channel);
     };
-    Add_Action(menu, tr("&Mute channel"), {Numpad(Qt::Key_Slash)}, [send] { send(MSG_SET_MUTE, true); });
-    Add_Action(menu, tr("So&lo channel"), {Numpad(Qt::Key_Asterisk)}, [send] { send(MSG_SET_SOLO, true); });
-    Add_Action(menu, tr("Toggle channel m&ute"), {}, [send] { send(MSG_TOGGLE_MUTE, true); });
-    Add_Action(menu, tr("Toggle channel solo"), {}, [send] { send(MSG_TOGGLE_SOLO, true); });
+    add(tr("&Mute channel"), "Mute Channel");
+    add(tr("&Solo channel"), "Solo Channel");
+    add(tr("Toggle channel m&ute"), "Toggle channel Mute on/off");
+    add(tr("Toggle channel so&lo"), "Toggle channel Solo on/off");
     menu->addSeparator();
-    Add_Action(menu, tr("Increase channel volume"), {Numpad(Qt::Key_Plus)},
-               [this] { Change_Volume(VOLUME_STEP); });
-    Add_Action(menu, tr("Decrease channel volume"), {Numpad(Qt::Key_Minus)},
-               [this] { Change_Volume(-VOLUME_STEP); });
-    Add_Action(menu, tr("Move channel pan right"), {QKeySequence(Qt::Key_R)},
-               [this] { Change_Pan(PAN_STEP); });
-    Add_Action(menu, tr("Move channel pan left"), {QKeySequence(Qt::Key_L)},
-               [this] { Change_Pan(-PAN_STEP); });
-    Add_Action(menu, tr("C&entre channel pan"), {QKeySequence(Qt::Key_C)}, [this] {
-        if (Needs_Channel())
-            session.hub->Message(this, MSG_SET_PAN, channelsList->Selected(), std::int32_t{PAN_CENTRE});
-    });
+    add(tr("&Increase channel volume 10%"), "Increase channel volume 10%");
+    add(tr("&Decrease channel volume 10%"), "Decrease channel volume 10%");
+    add(tr("Move channel pan 10% &right"), "Move channel Pan 10% Right");
+    add(tr("Move channel pan 10% lef&t"), "Move channel Pan 10% Left");
+    add(tr("&Center channel pan"), "Center channel Pan");
 }
 
 void frmMain::Make_Record_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Record"));
-    lockedInRun.push_back(Add_Action(menu, tr("&Record"), {QKeySequence(Qt::CTRL | Qt::Key_R)},
-                                     [this] { Run_From_Key([this] { recorder->Button_Rec(); }); }));
-    lockedInRun.push_back(Add_Action(menu, tr("&Play song"),
-                                     {QKeySequence(Qt::Key_Return), Numpad(Qt::Key_Enter)},
-                                     [this] { Run_From_Key([this] { recorder->Button_Play(); }); }));
-    Add_Action(menu, tr("&Stop recording/playing"), {QKeySequence(Qt::Key_Escape)},
-               [this] { recorder->Button_Stop(); });
+    lockedInRun.push_back(Add_Function(menu, tr("&Record"), "Record"));
+    lockedInRun.push_back(Add_Function(menu, tr("&Play song"), "Play song"));
+    Add_Function(menu, tr("&Stop recording/playing"), "Stop recording/playing");
     menu->addSeparator();
-    Add_Action(menu, tr("Rewind to start of song"), {QKeySequence(Qt::Key_Home)},
-               [this] { recorder->To_Start(); });
-    Add_Action(menu, tr("Rewind 5 seconds"), {Numpad(Qt::Key_4), Numpad(Qt::Key_Left)},
-               [this] { recorder->Move_By_Seconds(-5); });
-    Add_Action(menu, tr("Forward 5 seconds"), {Numpad(Qt::Key_6), Numpad(Qt::Key_Right)},
-               [this] { recorder->Move_By_Seconds(5); });
-    Add_Action(menu, tr("Go to end of song"), {QKeySequence(Qt::Key_End)}, [this] { recorder->To_End(); });
+    Add_Function(menu, tr("Rewind to s&tart of song"), "Rewind to start of song");
+    Add_Function(menu, tr("Rewind &5 seconds"), "Rewind 5 seconds");
+    Add_Function(menu, tr("&Forward 5 seconds"), "Forward 5 seconds");
+    Add_Function(menu, tr("&Go to end of song"), "Go to end of song");
     menu->addSeparator();
 
     auto* modes = new QActionGroup(this);
-    blendAction = Add_Check(menu, tr("&Blend"), {}, [this](bool) { recorder->Set_Overwrite(false); });
-    overwriteAction = Add_Check(menu, tr("&Overwrite"), {}, [this](bool) { recorder->Set_Overwrite(true); });
+    blendAction =
+        Add_Function(menu, tr("Record mode: &blend"), "Set record mode: blend", Function_Entry::Check);
+    overwriteAction = Add_Function(menu, tr("Record mode: &overwrite"), "Set record mode: overwrite",
+                                   Function_Entry::Check);
     waitAction =
         Add_Check(menu, tr("&Wait for key"), {}, [this](bool on) { recorder->Set_Wait_For_Key(on); });
     modes->addAction(blendAction);
@@ -184,40 +155,92 @@ void frmMain::Make_Record_Menu() {
     for (QAction* action : {blendAction, overwriteAction, waitAction})
         lockedInRun.push_back(action);
 
-    QMenu* speeds = menu->addMenu(tr("Record s&peed"));
+    QMenu* speeds = menu->addMenu(tr("Record sp&eed"));
     lockedInRun.push_back(speeds->menuAction());
     for (int percent = 100; percent >= 20; percent -= 10)
         Add_Action(speeds, tr("%1 %").arg(percent), {},
                    [this, percent] { recorder->Set_Rec_Speed(percent); });
-    lockedInRun.push_back(Add_Action(menu, tr("Set Rec speed to 100%"), {QKeySequence(Qt::Key_N)},
-                                     [this] { recorder->Set_Rec_Speed(100); }));
+    speeds->addSeparator();
+    Add_Function(speeds, tr("&Decrease Rec speed 10 %"), "Decrease Rec speed 10 %");
+    Add_Function(speeds, tr("&Increase Rec speed 10 %"), "Increase Rec speed 10 %");
+    Add_Function(speeds, tr("&Set Rec speed to 100%"), "Set Rec speed to 100%");
 }
 
 void frmMain::Make_Options_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Options"));
-    midiInputAction = Add_Check(menu, tr("Use &Midi Keyboard as input"), {QKeySequence(Qt::CTRL | Qt::Key_I)},
-                                [this](bool on) { Choose_Midi_Input(on); });
-    keysAction =
-        Add_Check(menu, tr("&Computer keys sound"), {QKeySequence(Qt::CTRL | Qt::Key_P)}, [this](bool on) {
-            recorder->Practice().Set_Keys(on);
-            keysAction->setChecked(recorder->Practice().Keys());
-        });
+    midiInputAction = Add_Function(menu, tr("Use &Midi Keyboard as input"), "Use Midi Keyboard as input",
+                                   Function_Entry::Check);
+    keysAction = Add_Check(menu, tr("&Computer keys sound on the channel"),
+                           {QKeySequence(Qt::CTRL | Qt::Key_K)}, [this](bool on) {
+                               recorder->Practice().Set_Keys(on);
+                               keysAction->setChecked(recorder->Practice().Keys());
+                           });
+    practiceAction =
+        Add_Function(menu, tr("Start &Practice mode"), "Start Practice mode", Function_Entry::Check);
     lockedInRun.push_back(keysAction);
+    lockedInRun.push_back(practiceAction);
     Make_Layout_Menus(menu);
+    Make_Note_Names_Menu(menu);
+    pianoAction =
+        Add_Check(menu, tr("Show p&iano layout"), {}, [this](bool on) { pianoDock->setVisible(on); });
+    connect(pianoDock->toggleViewAction(), &QAction::toggled, pianoAction, &QAction::setChecked);
+    pianoAction->setChecked(pianoDock->toggleViewAction()->isChecked());
     menu->addSeparator();
-    QAction* atSpeed = Add_Check(menu, tr("Use rec. &speed"), {}, [this](bool on) {
+    QAction* atSpeed = Add_Check(menu, tr("&Use rec. speed"), {}, [this](bool on) {
         session.options.PlayAtRecSpeed = on;
+        session.hub->Message(this, MSG_SPEED_LABEL);
         recorder->Refresh_Options();
     });
     atSpeed->setChecked(session.options.PlayAtRecSpeed);
+    atSpeed->setToolTip(tr("Playing goes at the record speed too"));
     lockedInRun.push_back(atSpeed);
-    Add_Action(menu, tr("C&lear all channels status (Solo/Muted)"), {}, [this] { Clear_All_Status(); });
+    Make_Scroll_Option(menu);
+    Add_Function(menu, tr("C&lear all channels status (Solo/Muted)"), "Clear all channels mute/solo status");
     menu->addSeparator();
     lockedInRun.push_back(Add_Action(menu, tr("Output &Device setup..."), {}, [this] { Set_Up_Devices(); }));
     lockedInRun.push_back(Add_Action(menu, tr("Sound&Font list..."), {}, [this] { Edit_Sound_Fonts(); }));
+    Add_Action(menu, tr("&Keyboard Access..."), {}, [this] { Open_Key_Access(); });
     menu->addSeparator();
     Make_Appearance_Menu(menu);
     Make_Help_Option(menu);
+}
+
+void frmMain::Make_Scroll_Option(QMenu* options) {
+    EventsEditorCtrl& editor = eventsEditor->Editor();
+    QAction* action = Add_Check(options, tr("Auto scr&oll events editor"), {}, [&editor](bool on) {
+        Roll_Options shown = editor.View().Window().Options;
+        shown.AutoScroll = on;
+        editor.Set_Options(shown);
+    });
+    // The editor's own window sets it too.
+    connect(options, &QMenu::aboutToShow, action,
+            [&editor, action] { action->setChecked(editor.View().Window().Options.AutoScroll); });
+}
+
+void frmMain::Make_Note_Names_Menu(QMenu* options) {
+    QMenu* menu = options->addMenu(tr("&Note names"));
+    lockedInRun.push_back(menu->menuAction());
+    auto* group = new QActionGroup(this);
+    for (int notation = 0; notation < NOTATIONS; ++notation) {
+        QString names;
+        for (const auto& root : session.notes.NoteNames)
+            names += QString::fromStdString(root[static_cast<std::size_t>(notation)]) + QLatin1Char(' ');
+        QAction* action =
+            Add_Check(menu, names.trimmed(), {}, [this, notation](bool) { Set_Note_Names(notation); });
+        action->setChecked(session.notes.Global_Notation == notation);
+        group->addAction(action);
+    }
+}
+
+void frmMain::Set_Note_Names(int notation) {
+    session.notes.Global_Notation = notation;
+    for (std::size_t root = 0; root < tunings.size(); ++root)
+        tunings[root]->setText(QString::fromStdString(session.notes.RootName(static_cast<int>(root))));
+    Refresh_Title();
+    keyboard->UpdateLayout();
+    eventsEditor->Editor().Update_RefLabels_Captions();
+    Tell_Layout_Changed(session);
+    session.hub->Message(this, MSG_GENERAL_UPDATE);
 }
 
 void frmMain::Make_Layout_Menus(QMenu* options) {
@@ -279,19 +302,6 @@ void frmMain::Make_Appearance_Menu(QMenu* options) {
     }
 }
 
-void frmMain::Make_Octave_Keys() {
-    for (int octave = 0; octave < OCTAVES; ++octave) {
-        auto* notes = new QAction(tr("Select Notes octave: %1").arg(octave + 1), this);
-        notes->setShortcut(QKeySequence(static_cast<Qt::Key>(Qt::Key_F1 + octave)));
-        connect(notes, &QAction::triggered, this, [this, octave] { piano->Select_Notes_Octave(octave); });
-        auto* chords = new QAction(tr("Select Qchords octave: %1").arg(octave + 1), this);
-        chords->setShortcut(QKeySequence(static_cast<Qt::Key>(Qt::Key_F7 + octave)));
-        connect(chords, &QAction::triggered, this, [this, octave] { piano->Select_QChords_Octave(octave); });
-        addAction(notes);
-        addAction(chords);
-    }
-}
-
 void frmMain::Refresh_Actions() {
     Refresh_Undo();
     metronomeAction->setChecked(session.options.Metronome);
@@ -300,6 +310,7 @@ void frmMain::Refresh_Actions() {
     overwriteAction->setChecked(session.options.Overwrite);
     midiInputAction->setChecked(session.input->InputDevice == 1);
     keysAction->setChecked(recorder->Practice().Keys());
+    practiceAction->setChecked(recorder->Practice().Plain());
     const auto tuning = static_cast<std::size_t>(session.layout->KeyboardTuning);
     if (tuning < tunings.size())
         tunings[tuning]->setChecked(true);

@@ -21,7 +21,7 @@ constexpr const char* EXTENSION = ".mid";
 } // namespace
 
 void frmMain::Make_Midi_File_Entries(QMenu* menu) {
-    lockedInRun.push_back(Add_Action(menu, tr("&Import Midi File..."), {}, [this] { Import_Midi(); }));
+    lockedInRun.push_back(Add_Action(menu, tr("Import Midi &File..."), {}, [this] { Import_Midi(); }));
     lockedInRun.push_back(Add_Action(menu, tr("&Export to midi file..."), {}, [this] { Export_Midi(); }));
     QAction* split =
         Add_Check(menu, tr("Export each &drum as a track"), {}, [this](bool on) { exportDrumsSplit = on; });
@@ -29,21 +29,24 @@ void frmMain::Make_Midi_File_Entries(QMenu* menu) {
 }
 
 void frmMain::Import_Midi() {
-    User_Dialogs& dialogs = session.doors.dialogs;
-    if (session.settings.Global_MidiImport_Warning == 0) {
-        session.settings.Global_MidiImport_Warning = 1;
-        dialogs.Show_Message(
-            Box_Kind::Information,
-            "This is a experimental function and some Midi file\r\nwon't be compatible with Tonvex");
-    }
-    const std::string path = dialogs.Choose_File_To_Open("Import Midi File", FILTERS);
-    if (path.empty())
+    Warn_Of_Midi_Files();
+    const std::string path = session.doors.dialogs.Choose_File_To_Open("Import Midi File", FILTERS);
+    if (!path.empty())
+        songFiles->Import_Midi(path);
+}
+
+void frmMain::Import_Midi_File(const std::filesystem::path& file) {
+    Warn_Of_Midi_Files();
+    songFiles->Import_Midi(file);
+}
+
+void frmMain::Warn_Of_Midi_Files() {
+    if (session.settings.Global_MidiImport_Warning != 0)
         return;
-    songFiles->Leave_Song_Then([this, path] {
-        recorder->Practice().Hold();
-        (void)session.midiImport->ImportMidi(path);
-        recorder->Practice().Let_Go();
-    });
+    session.settings.Global_MidiImport_Warning = 1;
+    session.doors.dialogs.Show_Message(
+        Box_Kind::Information,
+        "This is a experimental function and some Midi file\r\nwon't be compatible with Tonvex");
 }
 
 void frmMain::Export_Midi() {

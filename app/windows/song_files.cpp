@@ -17,6 +17,12 @@ namespace {
 
 constexpr const char* SAVE_QUESTION = "File has changed. Save changes ?";
 constexpr const char* EXTENSION = ".tvx";
+constexpr const char* MIDI_EXTENSION = ".mid";
+
+bool Is_File_Of_Kind(const fs::path& file, const char* extension) {
+    std::error_code ignored;
+    return Lower_Ascii(file.extension().string()) == extension && fs::is_regular_file(file, ignored);
+}
 
 std::vector<std::string> Filters() {
     return {"Tonvex Files (*.tvx)", "All Files (*.*)"};
@@ -129,6 +135,7 @@ void Song_Files::Open_Recent(std::size_t row) {
         Load(file, true);
         if (gone) {
             session.settings.Remove_Recent(file);
+            session.Keep_Recent_Files();
             emit changed();
         }
     });
@@ -150,6 +157,14 @@ void Song_Files::Start_From_Template(const fs::path& file) {
     });
 }
 
+void Song_Files::Import_Midi(const fs::path& file) {
+    if (Practice_Refuses("You need to close the Practice window to open a file"))
+        return;
+    Leave_Song_Then([this, file] {
+        Work([this, &file] { return session.midiImport->ImportMidi(file) == Work_Outcome::Done; });
+    });
+}
+
 bool Song_Files::Restore(const fs::path& copy, const fs::path& songPath) {
     if (!May_Leave() || !Load(copy, false))
         return false;
@@ -160,8 +175,11 @@ bool Song_Files::Restore(const fs::path& copy, const fs::path& songPath) {
 }
 
 bool Song_Files::Is_Song_File(const fs::path& file) {
-    std::error_code ignored;
-    return Lower_Ascii(file.extension().string()) == EXTENSION && fs::is_regular_file(file, ignored);
+    return Is_File_Of_Kind(file, EXTENSION);
+}
+
+bool Song_Files::Is_Midi_File(const fs::path& file) {
+    return Is_File_Of_Kind(file, MIDI_EXTENSION);
 }
 
 // ---- save ----

@@ -32,6 +32,8 @@ public:
     /// Writes the song as a project template; path, title and modified mark stay. False when that was not
     /// possible.
     bool Save_Template(const std::filesystem::path& file);
+    /// The song of a Standard MIDI File, which it has nothing more to do with.
+    void Import_Midi(const std::filesystem::path& file);
     /// A new song that begins as the one in the file, which it has nothing more to do with.
     void Start_From_Template(const std::filesystem::path& file);
     /// As the song was when its session died: unsaved, its own file as told. The song there is left as by
@@ -47,6 +49,8 @@ public:
 
     /// A single existing file of the program's kind, by its name.
     static bool Is_Song_File(const std::filesystem::path& file);
+    /// The same of a Standard MIDI File.
+    static bool Is_Midi_File(const std::filesystem::path& file);
 
     void On_Song_Replaced() override;
     void On_Project_Named(const std::filesystem::path& path) override;

@@ -2,6 +2,7 @@
 
 #include "engine/windows/master_volume.h"
 #include "song/vget_tick_count.h"
+#include "widgets/function_key_text.h"
 #include "widgets/tool_button.h"
 #include "widgets/transport_display.h"
 
@@ -74,6 +75,7 @@ frmRecorder::frmRecorder(Session& owner, Theme& look, QWidget* parent)
         }
     });
     Refresh_Options();
+    Show_Keys();
     UpdateTimeDisplay();
 }
 
@@ -81,27 +83,24 @@ frmRecorder::~frmRecorder() {
     session.events.Unsubscribe(subscription);
 }
 
-Tool_Button* frmRecorder::Add_Transport_Button(const QString& picture, const QString& name,
-                                               const QString& key, void (frmRecorder::*act)()) {
+Tool_Button* frmRecorder::Add_Transport_Button(const QString& picture, void (frmRecorder::*act)()) {
     const bool great = picture == QLatin1String("record") || picture == QLatin1String("play") ||
                        picture == QLatin1String("stop");
     auto* button =
-        new Tool_Button(theme, great ? Button_Kind::Transport : Button_Kind::Flat, picture, name, key, this);
+        new Tool_Button(theme, great ? Button_Kind::Transport : Button_Kind::Flat, picture, {}, {}, this);
     // A space bar among the keys that are played must not press a button.
     connect(button, &QToolButton::clicked, this, act, Qt::QueuedConnection);
     return button;
 }
 
 void frmRecorder::Make_Buttons() {
-    toStart =
-        Add_Transport_Button("to-start", tr("Rewind to start of song"), tr("Home"), &frmRecorder::To_Start);
-    back = Add_Transport_Button("back", tr("Rewind 5 seconds"), tr("numpad 4"), &frmRecorder::Back_5_Seconds);
-    record = Add_Transport_Button("record", tr("Record"), tr("Ctrl+R"), &frmRecorder::Button_Rec);
-    play = Add_Transport_Button("play", tr("Play song"), tr("Enter"), &frmRecorder::Button_Play);
-    stop = Add_Transport_Button("stop", tr("Stop recording/playing"), tr("Esc"), &frmRecorder::Button_Stop);
-    forward = Add_Transport_Button("forward", tr("Forward 5 seconds"), tr("numpad 6"),
-                                   &frmRecorder::Forward_5_Seconds);
-    toEnd = Add_Transport_Button("to-end", tr("Go to end of song"), tr("End"), &frmRecorder::To_End);
+    toStart = Add_Transport_Button("to-start", &frmRecorder::To_Start);
+    back = Add_Transport_Button("back", &frmRecorder::Back_5_Seconds);
+    record = Add_Transport_Button("record", &frmRecorder::Button_Rec);
+    play = Add_Transport_Button("play", &frmRecorder::Button_Play);
+    stop = Add_Transport_Button("stop", &frmRecorder::Button_Stop);
+    forward = Add_Transport_Button("forward", &frmRecorder::Forward_5_Seconds);
+    toEnd = Add_Transport_Button("to-end", &frmRecorder::To_End);
     record->Set_Tint(Icon_Tint::Record);
     play->Set_Tint(Icon_Tint::Play);
 
@@ -109,8 +108,7 @@ void frmRecorder::Make_Buttons() {
     connect(display, &Transport_Display::tempoEntered, this,
             [this](int tempo) { session.hub->Message(this, MSG_SET_TEMPO, std::int32_t{tempo}); });
 
-    speed =
-        new Tool_Button(theme, Button_Kind::Pill, {}, tr("Record speed"), tr("wheel, or N for 100 %"), this);
+    speed = new Tool_Button(theme, Button_Kind::Pill, {}, {}, {}, this);
     speed->Reserve_For(tr("%1 %").arg(MOST_SPEED));
     speed->installEventFilter(this);
     speedMenu = new QMenu(this);
@@ -119,17 +117,15 @@ void frmRecorder::Make_Buttons() {
     speed->setMenu(speedMenu);
     speed->setPopupMode(QToolButton::InstantPopup);
 
-    blend =
-        new Tool_Button(theme, Button_Kind::Pill, {}, tr("Record mode: blend with what is there"), {}, this);
+    blend = new Tool_Button(theme, Button_Kind::Pill, {}, {}, {}, this);
     blend->Set_Pill({}, tr("Blend"));
-    overwrite =
-        new Tool_Button(theme, Button_Kind::Pill, {}, tr("Record mode: overwrite what is there"), {}, this);
+    overwrite = new Tool_Button(theme, Button_Kind::Pill, {}, {}, {}, this);
     overwrite->Set_Pill({}, tr("Overwrite"));
-    metronome = new Tool_Button(theme, Button_Kind::Boxed, "metronome", tr("Metronome"), tr("M"), this);
+    metronome = new Tool_Button(theme, Button_Kind::Boxed, "metronome", {}, {}, this);
     wait =
         new Tool_Button(theme, Button_Kind::Boxed, "wait", tr("Recording waits for the first key"), {}, this);
     keyboard = new Tool_Button(theme, Button_Kind::Boxed, "keyboard",
-                               tr("Computer keys sound on the selected channel"), tr("Ctrl+P"), this);
+                               tr("Computer keys sound on the selected channel"), tr("Ctrl+K"), this);
     for (Tool_Button* button : {blend, overwrite, metronome, wait, keyboard})
         button->setCheckable(true);
     connect(blend, &QToolButton::clicked, this, [this] { Set_Overwrite(false); });
@@ -339,6 +335,25 @@ void frmRecorder::Refresh_Options() {
     metronome->setChecked(session.options.Metronome);
     wait->setChecked(session.options.Global_Rec_WaitForKey);
     master->Refresh();
+}
+
+void frmRecorder::Show_Keys() {
+    const auto show = [this](Tool_Button* button, const QString& name, const char* function) {
+        button->Set_Name(name, Function_Key_Text(session, function));
+    };
+    show(toStart, tr("Rewind to start of song"), "Rewind to start of song");
+    show(back, tr("Rewind 5 seconds"), "Rewind 5 seconds");
+    show(record, tr("Record"), "Record");
+    show(play, tr("Play song"), "Play song");
+    show(stop, tr("Stop recording/playing"), "Stop recording/playing");
+    show(forward, tr("Forward 5 seconds"), "Forward 5 seconds");
+    show(toEnd, tr("Go to end of song"), "Go to end of song");
+    show(blend, tr("Record mode: blend with what is there"), "Set record mode: blend");
+    show(overwrite, tr("Record mode: overwrite what is there"), "Set record mode: overwrite");
+    show(metronome, tr("Metronome"), "Enable/Disable Metronome");
+    const QString full = Function_Key_Text(session, "Set Rec speed to 100%");
+    speed->Set_Name(tr("Record speed"),
+                    full.isEmpty() ? tr("wheel") : tr("wheel, or %1 for 100 %").arg(full));
 }
 
 void frmRecorder::Set_Channel(std::int32_t newId) {

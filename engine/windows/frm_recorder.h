@@ -54,6 +54,8 @@ public:
     Master_Volume& Master() { return *master; }
     /// Shown values of master volume, speed and modes, after they changed elsewhere.
     void Refresh_Options();
+    /// The buttons' tips tell the keys in force.
+    void Show_Keys();
 
     void On_Run_Started(bool recording) override;
     void On_Position(double beats, std::int64_t songMs) override;
@@ -78,8 +80,7 @@ private:
     void Transport_UnlockUI();
     void Make_Buttons();
     void Lay_Out();
-    Tool_Button* Add_Transport_Button(const QString& picture, const QString& name, const QString& key,
-                                      void (frmRecorder::*act)());
+    Tool_Button* Add_Transport_Button(const QString& picture, void (frmRecorder::*act)());
     void Back_5_Seconds() { Move_By_Seconds(-5); }
     void Forward_5_Seconds() { Move_By_Seconds(5); }
 

@@ -276,9 +276,13 @@ void frmKeyboardSetup::wbButton4_Click(bool on) {
     Show_Practice(practice.Plain());
 }
 
+void frmKeyboardSetup::Press_Practice() {
+    wbButton4->click();
+}
+
 void frmKeyboardSetup::Show_Practice(bool on) {
     wbButton4->setChecked(on);
-    wbButton4->setText(on ? tr("Stop pr&actice") : tr("Pr&actice"));
+    wbButton4->setText(on ? tr("Stop pract&ice") : tr("Pract&ice"));
 }
 
 // ---- channel templates ----

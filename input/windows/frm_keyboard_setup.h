@@ -37,6 +37,8 @@ public:
     /// 0 note, 1 chord, 4 disabled.
     void OurMsgClass_MsgReceived(int key, int menuCode);
     Keyboard_View& Keys() { return *view; }
+    /// As a click on the practice button.
+    void Press_Practice();
     /// The editor of a key, while one is open.
     QDialog* Editor() const { return editor; }
 

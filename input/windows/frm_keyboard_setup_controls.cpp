@@ -73,7 +73,7 @@ QWidget* frmKeyboardSetup::Make_Layout_Row() {
     Command3 = Named_Button(line, "Command3", tr("&Save as template"),
                             tr("Save this layout and the sound of the selected channel as a template for new "
                                "channels"));
-    wbButton4 = Named_Button(line, "wbButton4", tr("Pr&actice"),
+    wbButton4 = Named_Button(line, "wbButton4", tr("Pract&ice"),
                              tr("Try the keys on a piano; nothing is recorded (Escape ends it)"));
     wbButton4->setCheckable(true);
     row->addWidget(Label_For(Combo1, tr("Keyboard &layout:"), line));

@@ -3,6 +3,7 @@
 #include "input/fallback_keys.h"
 #include "input/windows/layout_notice.h"
 #include "input/windows/staff_view.h"
+#include "platform/qt/virtual_keys.h"
 #include "widgets/chord_chips.h"
 #include "widgets/key_captions.h"
 #include "widgets/level_meter.h"
@@ -31,18 +32,6 @@ constexpr int NOTE_OFF_VELOCITY = 100;
 constexpr int COMFORT = 160;  ///< what the piano gets above its least width before chords take room
 constexpr int LOW_PANE = 124; ///< heights at 100 %, without and with the staff
 constexpr int HIGH_PANE = 176;
-
-/// Virtual key code of a key event, for the keys that the fallback knows; 0 for any other.
-int Virtual_Key(const QKeyEvent& event) {
-    const int key = event.key();
-    if (key == Qt::Key_Escape)
-        return 27;
-    if (key >= Qt::Key_F1 && key <= Qt::Key_F12)
-        return 112 + (key - Qt::Key_F1);
-    if ((key >= Qt::Key_0 && key <= Qt::Key_9) || (key >= Qt::Key_A && key <= Qt::Key_Z))
-        return key;
-    return 0;
-}
 
 } // namespace
 
@@ -272,9 +261,12 @@ bool frmREC_PianoLayout::Feed_Key(const QKeyEvent& event, bool down) {
     constexpr Qt::KeyboardModifiers COMMANDS = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
     if (down && (event.modifiers() & COMMANDS) != 0)
         return false;
-    if (event.isAutoRepeat() || session.keyboard->DirectInputOK())
+    // A key that plays does not come here then; the others have their functions.
+    if (session.keyboard->DirectInputOK())
+        return false;
+    if (event.isAutoRepeat())
         return true;
-    const int scanCode = Fallback_Scan_Code(Virtual_Key(event));
+    const int scanCode = Fallback_Scan_Code(Virtual_Key_Of(event));
     if (scanCode >= 0)
         session.keyboard->SetKeyState(scanCode, down ? 1 : 0, session.doors.counter.Now_Ns());
     return true;
@@ -294,7 +286,8 @@ bool frmREC_PianoLayout::event(QEvent* event) {
     // Without a key state the shortcuts of the window would take the letters that are to sound.
     if (event->type() == QEvent::ShortcutOverride && capture && !session.keyboard->DirectInputOK()) {
         const auto& key = *static_cast<QKeyEvent*>(event);
-        if ((key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0 && Virtual_Key(key) != 0) {
+        if ((key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0 &&
+            Fallback_Scan_Code(Virtual_Key_Of(key)) >= 0) {
             event->accept();
             return true;
         }

@@ -36,7 +36,7 @@ public:
     /// Letters and chords from the layout in force.
     void UpdateLayout();
     void Set_Channel(std::int32_t channelId);
-    /// While on, keys that come here are swallowed; they play when there is no key state.
+    /// While on and without a key state, keys that come here play and go nowhere else.
     void Set_Capture(bool on);
     void Select_Notes_Octave(int octave);
     void Select_QChords_Octave(int octave);

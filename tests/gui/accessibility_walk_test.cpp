@@ -4,6 +4,7 @@
 
 #include "app/windows/frm_about.h"
 #include "app/windows/frm_help.h"
+#include "app/windows/frm_key_access.h"
 #include "app/windows/frm_mouse_status.h"
 #include "app/windows/frm_recovery.h"
 #include "app/windows/frm_start_up.h"
@@ -24,8 +25,10 @@
 #include "project/windows/frm_channel_wizard.h"
 #include "project/windows/frm_export_audio.h"
 #include "project/windows/frm_new_file.h"
+#include "project/windows/frm_properties.h"
 #include "project/windows/frm_save_as_template.h"
 #include "song/windows/frm_marks.h"
+#include "song/windows/frm_set_pitch.h"
 #include "song/windows/frm_set_speed.h"
 #include "song/windows/frm_tempo.h"
 #include "song/windows/mark_selection.h"
@@ -125,6 +128,12 @@ const std::map<QString, Maker> WINDOWS = {
          window->Show_Effect(FIRST_ID, Effect_Kind::Reverb);
          return window;
      }},
+    {"app/windows/frm_key_access.h",
+     [](Walked_Program& p) { return Make<frmKeyAccess>(*p.session, p.theme); }},
+    {"project/windows/frm_properties.h",
+     [](Walked_Program& p) { return Make<frmProperties>(*p.session, p.theme); }},
+    {"song/windows/frm_set_pitch.h",
+     [](Walked_Program& p) { return Make<frmSetPitch>(*p.session, p.theme); }},
     {"widgets/frm_patch_selection_win.h",
      [](Walked_Program& p) { return Make<frmPatchSelectionWin>(*p.session, FIRST_ID, nullptr); }},
 };

@@ -55,8 +55,6 @@ private slots:
     void Practice_Sounds_And_Stores_Nothing();
     void An_Idle_Midi_Keyboard_Sounds();
     void Letters_Are_Shortcuts_Only_When_They_Do_Not_Play();
-    void Every_Command_Survives_data();
-    void Every_Command_Survives();
     void Every_Control_Has_A_Name();
     void Song_Windows_Open_By_Keys();
     void The_Edit_Menu_Names_What_It_Brings_Back();
@@ -165,7 +163,7 @@ void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
 
 void Main_Window_Test::Practice_Sounds_And_Stores_Nothing() {
     Program p;
-    p.Key(Qt::Key_P, Qt::ControlModifier);
+    p.Key(Qt::Key_K, Qt::ControlModifier);
     QVERIFY(p.window->Recorder().Practice().Is_Running());
     p.Edge(QEvent::KeyPress, SCAN_Z, Qt::Key_Z);
     QTRY_COMPARE(Notes_Posted(p.sound, Sound_Op::NoteOn), 1);
@@ -222,69 +220,10 @@ void Main_Window_Test::Letters_Are_Shortcuts_Only_When_They_Do_Not_Play() {
     QCOMPARE(p.session->layout->NotesOctave, 1);
     p.Key(Qt::Key_F12);
     QCOMPARE(p.session->layout->QChordsOctave, 5);
-    p.Key(Qt::Key_P, Qt::ControlModifier);
+    p.Key(Qt::Key_K, Qt::ControlModifier);
     QVERIFY(p.window->Key_Plays(SCAN_Z));
     QVERIFY(!p.window->Key_Plays(57)); // the space bar has no meaning in the layout
     QVERIFY(!p.window->Key_Plays(-1) && !p.window->Key_Plays(256));
-}
-
-void Main_Window_Test::Every_Command_Survives_data() {
-    QTest::addColumn<bool>("anyChannel");
-    QTest::addColumn<bool>("inARun");
-    QTest::newRow("no channel") << false << false;
-    QTest::newRow("one channel") << true << false;
-    QTest::newRow("during a run") << true << true;
-}
-
-void Main_Window_Test::Every_Command_Survives() {
-    QFETCH(bool, anyChannel);
-    QFETCH(bool, inARun);
-    Program p;
-    if (!anyChannel)
-        p.session->hub->Message(nullptr, MSG_DELETE_CHANNEL, p.Channel(0).ChannelID);
-    const auto closeDialogs = [] {
-        for (QWidget* widget : QApplication::topLevelWidgets())
-            if (auto* dialog = qobject_cast<QDialog*>(widget))
-                dialog->reject();
-        if (QWidget* popup = QApplication::activePopupWidget())
-            popup->close();
-    };
-    // Stands for the user who closes what opens and stops what starts.
-    int walked = 0;
-    QTimer janitor;
-    connect(&janitor, &QTimer::timeout, this, [&] {
-        closeDialogs();
-        if (walked > 0)
-            p.window->Recorder().Button_Stop();
-    });
-    janitor.start(5);
-    const auto walk = [&] {
-        for (QAction* action : p.window->findChildren<QAction*>()) {
-            // Leaving the program, and starting a run within a run's handler, have tests of their own.
-            if (action->text().contains("xit") || !action->isEnabled() || action->menu() != nullptr)
-                continue;
-            action->trigger();
-            ++walked;
-        }
-        QList<QPointer<QAbstractButton>> buttons;
-        for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
-            if (button->window() == p.window.get())
-                buttons << button;
-        // One may take another away.
-        for (const auto& button : buttons)
-            if (button != nullptr && button->isEnabled() && button->isVisible())
-                button->click();
-        closeDialogs();
-    };
-    if (inARun) {
-        QTimer::singleShot(20, this, walk);
-        p.window->Recorder().Button_Rec();
-    } else {
-        walk();
-    }
-    QVERIFY(walked > 30);
-    QTest::qWait(50);
-    QTRY_VERIFY(!p.session->transport.Song_Runs() && !p.session->recorder->IsRunning());
 }
 
 void Main_Window_Test::Every_Control_Has_A_Name() {

@@ -70,7 +70,8 @@ road() {
     key Return
     shot 5-added
 
-    # -- eight notes
+    # -- eight notes; a key within a second of a dialog runs no function
+    sleep 1
     key ctrl+r
     sleep 0.5
     for letter in z x c v b n m comma; do hold $letter; done

@@ -49,6 +49,9 @@ public:
             Add(type.TypeName);
             Add(type.Suffix);
         }
+        for (const auto& spellings : session.notes.NoteNames)
+            for (const std::string& name : spellings)
+                Add(name);
         for (const std::string& name : session.notes.DrumSoundNames)
             Add(name);
         for (const Help_Page& page : Load_Help_Pages(session.dataFolder / "help"))

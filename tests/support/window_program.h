@@ -47,8 +47,17 @@ struct Program {
         QWidget* focus = QApplication::focusWidget();
         return focus != nullptr ? focus : window.get();
     }
+    /// A key as a user presses it, who is never as fast as a test after a dialog; comes back when the
+    /// function that it runs, if any, has run.
     void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        session->keyRunner.KeysHoldTime = 0;
         QTest::keyClick(Focus(), key, modifiers);
+        // A modifier pressed for the key is ignored when no key is noted behind it.
+        if (!QTest::qWaitFor([this] {
+                const int pending = session->keyRunner.PendingKey;
+                return pending == 0 || pending == KEYCODE_SHIFT || pending == KEYCODE_CONTROL;
+            }))
+            qFatal("a key stays pending");
     }
     /// A key on the road from the window system: first offered to the shortcuts, then to the window.
     void Edge(QEvent::Type type, int scanCode, Qt::Key key) {

@@ -1,34 +1,24 @@
-#include "app/align_events.h"
+#include "app/channel_commands.h"
 
 #include "app/session.h"
-#include "base/rounding.h"
+#include "editors/edit_grid.h"
 
 #include <utility>
 #include <vector>
 
 namespace tonvex {
 
-namespace {
-
-constexpr std::int32_t USUAL_PARTS = 4;
-/// Finer than any grid that can be heard.
-constexpr std::int32_t MOST_PARTS = 960;
-
-} // namespace
-
 bool Align_Channel_Events(Session& session, std::int32_t channelId) {
     const int row = session.channels->ChannelI(channelId);
     if (row < 0)
         return false;
-    const std::int32_t asked = session.editorSetup.AlignDiv;
-    const double parts = asked >= 1 && asked <= MOST_PARTS ? asked : USUAL_PARTS;
     const ChannelClass& store = session.channels->Store(row);
     std::vector<std::pair<std::int32_t, double>> moves;
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i)) {
         const auto event = store.ReadEvent(i);
         if (!event)
             continue;
-        const double onGrid = static_cast<double>(RoundHalfUp(event->StartTime * parts)) / parts;
+        const double onGrid = Round_To_Grid(event->StartTime, session.editorSetup.AlignDiv);
         if (onGrid != event->StartTime)
             moves.emplace_back(event->EventID, onGrid);
     }
@@ -39,6 +29,18 @@ bool Align_Channel_Events(Session& session, std::int32_t channelId) {
         session.hub->Message(nullptr, MSG_MOVE_EVENT, channelId, eventId, startBeat);
     session.hub->Message(nullptr, MSG_MOVE_END, channelId);
     return true;
+}
+
+void Clear_All_Status(Session& session) {
+    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End,
+                                  "Clear all channels status");
+    for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
+        if (!session.channels->Is_Live_Row(row))
+            continue;
+        const std::int32_t channelId = session.channels->Channels[static_cast<std::size_t>(row)].ChannelID;
+        session.hub->Message(nullptr, MSG_CLEAR_MUTE, channelId, false);
+        session.hub->Message(nullptr, MSG_CLEAR_SOLO, channelId, false);
+    }
 }
 
 } // namespace tonvex
