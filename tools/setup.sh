@@ -31,6 +31,7 @@ build_preset() {
     local preset=$1 log
     shift
     log=$(mktemp)
+    command -v mold >/dev/null && export LDFLAGS=-fuse-ld=mold
     command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR="$top"
     if (cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$(nproc)" "$@") >"$log" 2>&1; then
         rm -f "$log"
