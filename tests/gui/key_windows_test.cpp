@@ -563,8 +563,9 @@ void Key_Windows_Test::Every_Field_Is_Named_And_Reached_By_Key() {
                                   static_cast<const QWidget*>(&world.window)}) {
         QStringList letters = Mnemonics(*window);
         QVERIFY2(letters.removeDuplicates() == 0, qPrintable(window->windowTitle() + letters.join(' ')));
-        for (const auto* button : window->findChildren<QAbstractButton*>())
-            QVERIFY2(button->text().contains('&') || button->objectName().isEmpty(),
+        for (const auto* button : window->findChildren<QAbstractButton*>()) // of help, the menu has the key
+            QVERIFY2(button->text().contains('&') || button->objectName().isEmpty() ||
+                         button->objectName() == "help",
                      qPrintable(button->objectName() + button->text()));
         QList<QWidget*> buddies;
         for (const auto* label : window->findChildren<QLabel*>())
