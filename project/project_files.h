@@ -66,8 +66,8 @@ public:
     std::vector<Project_Observer*> observers;
     /// The windowed program clears away what unsaved songs recorded; a tool beside it must not.
     bool clearsUnsavedAudio = false;
-    /// Who has no part in the folder of the users' audio leaves a song's ID as it is, and its clips where they
-    /// lie: an ID of its own choice could be that of another song there.
+    /// Who has no part in the folder of the users' audio leaves a song's ID as it is, and its clips where
+    /// they lie: an ID of its own choice could be that of another song there.
     bool givesIds = true;
 
 private:
