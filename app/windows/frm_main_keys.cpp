@@ -20,6 +20,7 @@
 #include <QDockWidget>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMenuBar>
 
 #include <algorithm>
 
@@ -242,6 +243,13 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
             session.keyRunner.HoldGlobalKeys();
         break;
     case QEvent::ShortcutOverride:
+        // The menu bar has the focus while its menus are open: the keys that entries show would run them,
+        // but a letter is the mnemonic of another.
+        if (QApplication::activePopupWidget() != nullptr || menuBar()->hasFocus()) {
+            event->accept();
+            return true;
+        }
+        [[fallthrough]];
     case QEvent::KeyPress: {
         auto& key = static_cast<QKeyEvent&>(*event);
         // A pane that floats is a window of its own, where keys end.
