@@ -35,7 +35,8 @@ private:
         std::array<double, 2> second{};
         double Process(std::size_t side, double in) noexcept {
             const double out = b0 * in + first[side];
-            first[side] = b1 * in - a1 * out + second[side];
+            // The sum without the output first: only the rest waits for it.
+            first[side] = (b1 * in + second[side]) - a1 * out;
             second[side] = b2 * in - a2 * out;
             return out;
         }
