@@ -8,18 +8,26 @@ namespace tonvex {
 
 namespace {
 
-Ev_Display_Row Shown(const ChannelClass& store, const ChannelClass::Event_View& event) {
+/// Rows of events that are no notes, as Get_Event_BaseNote of ChannelClass has them.
+constexpr int FRAGMENT_ROW = 48;
+constexpr int LENGTHLESS_ROW = 120;
+
+Ev_Display_Row Shown(const ChannelClass::Event_View& event, int note, double length) {
     Ev_Display_Row row;
     row.StartTime = event.StartTime;
     row.EventID = event.EventID;
     row.Kind = event.Kind;
-    row.Note = static_cast<std::uint8_t>(std::clamp(store.Get_Event_BaseNote(event.EventI), 0, 127));
+    row.Note = static_cast<std::uint8_t>(std::clamp(note, 0, 127));
     if (event.Note != nullptr)
         row.Vol = event.Note->Vol;
-    else if (event.QChord != nullptr)
+    if (event.QChord != nullptr) {
         row.Vol = event.QChord->ChordVol;
+        row.ChordNotes = event.QChord->ChordNotes;
+        row.ChordCount =
+            static_cast<std::uint8_t>(std::min<std::size_t>(event.QChord->Active, row.ChordNotes.size()));
+    }
     const bool lengthless = event.Kind == EV_PATCH || event.Kind == EV_NAMED;
-    row.Length = lengthless ? LENGTHLESS_SHOWN_BEATS : store.GetEvent_Length(event.EventI);
+    row.Length = lengthless ? LENGTHLESS_SHOWN_BEATS : length;
     return row;
 }
 
@@ -38,7 +46,7 @@ void Event_List::Load(const ChannelClass& store) {
     rows.reserve(static_cast<std::size_t>(store.GetTotalEvents()) + 1U);
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
         if (const auto event = store.ReadEvent(i))
-            rows.push_back(Shown(store, *event));
+            rows.push_back(Shown(*event, store.Get_Event_BaseNote(i), store.GetEvent_Length(i)));
     // In the middle of a batch of moves the store is not sorted.
     if (!std::is_sorted(rows.begin(), rows.end(), Earlier))
         std::stable_sort(rows.begin(), rows.end(), Earlier);
@@ -136,6 +144,7 @@ void Event_Display::Show_Channel(std::int32_t channelId) {
         return;
     ownChannel = channelId;
     own.Clear();
+    take.clear();
     ownStale = true;
 }
 
@@ -158,6 +167,23 @@ void Event_Display::Update_View() {
     std::erase_if(views, [this](const CView& view) { return Store_Of(view.ChannelID) == nullptr; });
     for (CView& view : views)
         view.Events.Load(*Store_Of(view.ChannelID));
+}
+
+bool Event_Display::Update_Take() {
+    const ChannelClass* store = Store();
+    const std::int32_t count = store == nullptr ? 0 : store->Recorded_Count();
+    const std::size_t before = take.size();
+    for (auto i = static_cast<std::int32_t>(before); i < count; ++i) {
+        const auto event = store->ReadEvent_RecMode(i);
+        // Keys give notes and chords; a fragment stands where an event of its kind does.
+        const int note = !event                     ? 0
+                         : event->Note != nullptr   ? event->Note->Note
+                         : event->QChord != nullptr ? event->QChord->ChordNotes[0]
+                         : event->MC != nullptr     ? event->MC->Root + FRAGMENT_ROW
+                                                    : LENGTHLESS_ROW;
+        take.push_back(event ? Shown(*event, note, event->RecLength) : Ev_Display_Row{});
+    }
+    return take.size() > before;
 }
 
 bool Event_Display::CView_AddChannel(std::int32_t channelId) {

@@ -3,6 +3,7 @@
 #include "editors/span_tree.h"
 #include "song/channel_class.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -22,6 +23,8 @@ struct Ev_Display_Row {
     std::uint8_t Note = 0; ///< row on which it stands, 0 to 127
     std::uint8_t Vol = 0;  ///< 0 to 127; of kinds that have a volume
     bool Selected = false;
+    std::uint8_t ChordCount = 0;              ///< used entries of ChordNotes; 0 unless it is a chord
+    std::array<std::uint8_t, 6> ChordNotes{}; ///< all notes of a chord; the first is Note
 
     double End() const noexcept { return StartTime + Length; }
 };
@@ -102,6 +105,14 @@ public:
     /// As loaded last, whatever has changed since.
     const Event_List& Last_Own() const noexcept { return own; }
 
+    // ---- what is being recorded ----
+    /// What the running take put into the channel in hand, in order of arrival. Not part of Own before it
+    /// ends.
+    const std::vector<Ev_Display_Row>& Take() const noexcept { return take; }
+    /// Reads what came since the last call; false when nothing did.
+    bool Update_Take();
+    void Clear_Take() { take.clear(); }
+
     // ---- other channels ----
     int CView_GetTotalChannels() const noexcept { return static_cast<int>(views.size()); }
     const CView& CView_GetData(int n) const { return views[static_cast<std::size_t>(n)]; }
@@ -119,6 +130,7 @@ private:
     const GlobalChannelsManager& channels;
     std::int32_t ownChannel = NOT_GIVEN;
     Event_List own;
+    std::vector<Ev_Display_Row> take;
     std::vector<CView> views;
     bool ownStale = true;
     bool viewsStale = true;

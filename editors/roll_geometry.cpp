@@ -44,20 +44,25 @@ int Roll_Geometry::Note_At(double y) const noexcept {
     return NOTE_ROWS - 1 - std::clamp(Row_At(y), 0, NOTE_ROWS - 1);
 }
 
-Roll_Box Roll_Geometry::Box_Of(const Ev_Display_Row& row) const noexcept {
+Roll_Box Roll_Geometry::Box_Of(const Ev_Display_Row& row, int note) const noexcept {
     const double width = std::max(X_Of(row.Length), LEAST_WIDTH * Scale);
-    return {X_Of(row.StartTime), Y_Of_Note(row.Note), width, RowHeight()};
+    return {X_Of(row.StartTime), Y_Of_Note(note), width, RowHeight()};
 }
 
 int Roll_Geometry::Hit(const Event_List& events, double x, double y) const {
     int found = -1;
+    int chord = -1;
     // What is drawn wider than it is long reaches farther than its end.
     const double reach = Beat_At(LEAST_WIDTH * Scale);
     events.Visit(Beat_At(x) - reach, Beat_At(x) + reach, [&](std::size_t i) {
-        if (Box_Of(events.Rows()[i]).Contains(x, y))
+        const Ev_Display_Row& row = events.Rows()[i];
+        if (Box_Of(row).Contains(x, y))
             found = static_cast<int>(i);
+        else
+            Visit_Boxes(
+                row, [&](const Roll_Box& box) { chord = box.Contains(x, y) ? static_cast<int>(i) : chord; });
     });
-    return found;
+    return found >= 0 ? found : chord;
 }
 
 bool Roll_Geometry::On_Edge(const Ev_Display_Row& row, double x) const noexcept {
@@ -75,8 +80,12 @@ std::vector<std::size_t> Roll_Geometry::In_Box(const Event_List& events, double 
     std::vector<std::size_t> found;
     const double reach = Beat_At(LEAST_WIDTH * Scale);
     events.Visit(Beat_At(left) - reach, std::nextafter(Beat_At(right), 1e300), [&](std::size_t i) {
-        const Roll_Box box = Box_Of(events.Rows()[i]);
-        if (box.Right() > left && box.Left <= right && box.Bottom() > upper && box.Top <= lower)
+        bool touched = false;
+        Visit_Boxes(events.Rows()[i], [&](const Roll_Box& box) {
+            touched = touched ||
+                      (box.Right() > left && box.Left <= right && box.Bottom() > upper && box.Top <= lower);
+        });
+        if (touched)
             found.push_back(i);
     });
     return found;

@@ -60,9 +60,20 @@ public:
     /// 0 to 127.
     int Note_At(double y) const noexcept;
     double Total_Height() const noexcept { return NOTE_ROWS * RowHeight(); }
-    Roll_Box Box_Of(const Ev_Display_Row& row) const noexcept;
+    Roll_Box Box_Of(const Ev_Display_Row& row) const noexcept { return Box_Of(row, row.Note); }
+    /// The event's time on another row: where the other notes of a chord lie.
+    Roll_Box Box_Of(const Ev_Display_Row& row, int note) const noexcept;
+    /// found(box) for the event's own box, then for those of a chord's other notes.
+    template <typename Found>
+    void Visit_Boxes(const Ev_Display_Row& row, const Found& found) const {
+        found(Box_Of(row));
+        for (std::size_t i = 0; i < row.ChordCount; ++i)
+            if (row.ChordNotes[i] != row.Note && row.ChordNotes[i] != 0)
+                found(Box_Of(row, row.ChordNotes[i]));
+    }
 
-    /// Index of the event at the point; of several the one that is drawn last. -1 when none is.
+    /// Index of the event at the point; of several the one that is drawn last, a chord's other notes below
+    /// all events. -1 when none is.
     int Hit(const Event_List& events, double x, double y) const;
     /// The point is where pulling stretches the event.
     bool On_Edge(const Ev_Display_Row& row, double x) const noexcept;

@@ -18,7 +18,8 @@ constexpr double SLIP = 4.0;
 // ---- press ----
 
 void Roll_Gesture::Press(const Roll_Point& at, Roll_Tool tool, const Roll_Modifiers& modifiers) {
-    Cancel();
+    Forget();
+    selectedBefore = display.Own().Selected_IDs();
     pressed = last = at;
     held = modifiers;
     if (tool == Roll_Tool::Erase) {
@@ -61,7 +62,8 @@ void Roll_Gesture::Press_Event(std::size_t row, const Roll_Modifiers& modifiers)
 }
 
 void Roll_Gesture::Press_Volume(double x, int volume, double reach) {
-    Cancel();
+    Forget();
+    selectedBefore = display.Own().Selected_IDs();
     kind = Kind::Volume;
     pressed = last = {x, 0.0};
     pressedVolume = lastVolume = volume;
@@ -247,7 +249,7 @@ void Roll_Gesture::Release() {
     case Kind::None:
         break;
     }
-    Cancel();
+    Forget();
 }
 
 /// A click: it chooses that one event alone, or takes it in or out.
@@ -275,6 +277,12 @@ void Roll_Gesture::Release_Volume() {
 }
 
 void Roll_Gesture::Cancel() {
+    if (Is_On())
+        display.Own().Select(selectedBefore);
+    Forget();
+}
+
+void Roll_Gesture::Forget() {
     kind = Kind::None;
     heldId.reset();
     heldRow = {};
@@ -284,6 +292,7 @@ void Roll_Gesture::Cancel() {
     onEdge = false;
     wasSelected = false;
     changesSelected = false;
+    selectedBefore.clear();
     erased.clear();
     banded.clear();
     volumes.clear();
@@ -297,6 +306,15 @@ Roll_Box Roll_Gesture::Box() const noexcept {
     const auto [left, right] = std::minmax(pressed.X, last.X);
     const auto [top, bottom] = std::minmax(pressed.Y, last.Y);
     return {left, top, right - left, bottom - top};
+}
+
+std::optional<int> Roll_Gesture::Note() const noexcept {
+    if (kind == Kind::Draw)
+        return drawn.Note;
+    if (kind != Kind::Move_Time && kind != Kind::Move_Pitch)
+        return std::nullopt;
+    const int note = heldRow.Note - rows;
+    return note < 0 || note > 127 ? std::nullopt : std::optional<int>(note);
 }
 
 bool Roll_Gesture::Will_Be_Selected(const Ev_Display_Row& row) const {

@@ -9,6 +9,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <vector>
 
 namespace tonvex {
 
@@ -65,6 +66,7 @@ public:
     void Move_Volume(double x, int volume);
     /// Sends what the gesture stands for.
     void Release();
+    /// The selection is what it was before the press.
     void Cancel();
 
     Kind What() const noexcept { return kind; }
@@ -78,6 +80,8 @@ public:
     bool Copies() const noexcept { return copies; }
     /// The event that the pointer took.
     std::optional<std::int32_t> Held_Event() const noexcept { return heldId; }
+    /// The row that the hand holds, while it moves or draws.
+    std::optional<int> Note() const noexcept;
     /// The rubber band, or the note being drawn.
     Roll_Box Box() const noexcept;
     /// Chosen once the band lets go.
@@ -87,6 +91,7 @@ public:
     const Ev_Display_Row& Drawn() const noexcept { return drawn; }
 
 private:
+    void Forget();
     void Press_Event(std::size_t row, const Roll_Modifiers& modifiers);
     void Move_In_Time(double x, const Roll_Modifiers& modifiers);
     void Stretch(double x, const Roll_Modifiers& modifiers);
@@ -112,6 +117,7 @@ private:
     double beats = 0.0;
     int rows = 0;
     Ev_Display_Row drawn;
+    std::vector<std::int32_t> selectedBefore;
     std::set<std::int32_t> erased;
     std::set<std::int32_t> banded;
     std::map<std::int32_t, int> volumes; ///< painted, by event

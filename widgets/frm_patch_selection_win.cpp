@@ -90,6 +90,13 @@ frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel,
     search->setFocus();
 }
 
+void frmPatchSelectionWin::Choose_For(int patchRow, std::function<void(int)> whoTakes) {
+    taken = std::move(whoTakes);
+    for (int row = 0; row < list->count(); ++row)
+        if (list->item(row)->data(Qt::UserRole).toInt() == patchRow)
+            list->setCurrentRow(row);
+}
+
 void frmPatchSelectionWin::Search(const QString& text) {
     QListWidgetItem* first = nullptr;
     for (int row = 0; row < list->count(); ++row) {
@@ -142,7 +149,11 @@ void frmPatchSelectionWin::accept() {
     if (item == nullptr || item->isHidden())
         return;
     Restore();
-    session.hub->Message(this, MSG_SET_PATCH, channelId, std::int32_t{item->data(Qt::UserRole).toInt()});
+    const std::int32_t patch{item->data(Qt::UserRole).toInt()};
+    if (taken)
+        taken(patch);
+    else
+        session.hub->Message(this, MSG_SET_PATCH, channelId, patch);
     QDialog::accept();
 }
 

@@ -9,6 +9,8 @@ class QLineEdit;
 class QListWidget;
 class QListWidgetItem;
 
+#include <functional>
+
 namespace tonvex {
 
 /// Picks the sound of a channel from the patch table, or on the drum slot from the kits. Typing searches;
@@ -19,6 +21,8 @@ class frmPatchSelectionWin final : public QDialog {
     Q_OBJECT
 public:
     frmPatchSelectionWin(Session& session, std::int32_t channelId, QWidget* parent);
+    /// For a patch that is not the channel's own: the row shown chosen, and who is told instead of the hub.
+    void Choose_For(int patchRow, std::function<void(int patchRow)> whoTakes);
 
     void accept() override;
     void done(int result) override;
@@ -37,6 +41,7 @@ private:
     QLineEdit* search;
     QListWidget* list;
     Test_Sound sound;
+    std::function<void(int)> taken;
     int patchBefore; ///< row of the table that the slot sounded with
     bool previewed = false;
 };

@@ -19,7 +19,7 @@ constexpr int STRENGTHS[] = {100, 75, 50, 25};
 /// A hair line between groups of buttons.
 QWidget* Make_Gap(const Theme& theme, QWidget* parent) {
     auto* gap = new QWidget(parent);
-    gap->setFixedWidth(theme.Px(8));
+    gap->setFixedWidth(theme.Px(4));
     return gap;
 }
 
@@ -52,7 +52,7 @@ void EventsEditorCtrl::Make_Bar() {
     CoolToolBar1 = new QWidget(this);
     CoolToolBar1->setObjectName(QStringLiteral("CoolToolBar1"));
     auto* row = new QHBoxLayout(CoolToolBar1);
-    row->setContentsMargins(theme.Px(10), theme.Px(6), theme.Px(10), theme.Px(6));
+    row->setContentsMargins(theme.Px(8), theme.Px(6), theme.Px(8), theme.Px(6));
     row->setSpacing(theme.Px(2));
     const auto gap = [&] { row->addWidget(Make_Gap(theme, CoolToolBar1)); };
 
@@ -62,7 +62,8 @@ void EventsEditorCtrl::Make_Bar() {
     gap();
     Add_Button(QStringLiteral("plus"), tr("Add note at the place clicked next"), tr("Ins at the cursor"),
                [this] { Add_Note_At_Next_Click(); });
-    Add_Tool(QStringLiteral("chord"), tr("Add chord at the place clicked next"), Roll_Tool::Chord);
+    Add_Tool(QStringLiteral("chord"), tr("Add chord at the place clicked next"), Roll_Tool::Chord)
+        ->Set_Name(tr("Add chord at the place clicked next"), tr("Alt+Ins at the cursor"));
     gap();
     needSelection.push_back(Add_Button(QStringLiteral("sliders"), tr("Properties of the selection"),
                                        tr("Alt+Enter"), [this] { Open_Properties(); }));
@@ -82,8 +83,10 @@ void EventsEditorCtrl::Make_Bar() {
         emit recordWanted();
     })->Set_Tint(Icon_Tint::Record);
     gap();
-    Add_Button(QStringLiteral("undo"), tr("Undo"), tr("Ctrl+Z"), [this] { (void)session.undo->Do_Undo(); });
-    Add_Button(QStringLiteral("redo"), tr("Redo"), {}, [this] { (void)session.undo->Do_Redo(); });
+    undoButton = Add_Button(QStringLiteral("undo"), tr("Undo"), tr("Ctrl+Z"),
+                            [this] { (void)session.undo->Do_Undo(); });
+    redoButton = Add_Button(QStringLiteral("redo"), tr("Redo"), tr("Ctrl+Shift+Z"),
+                            [this] { (void)session.undo->Do_Redo(); });
     gap();
     copyModeButton =
         Add_Button(QStringLiteral("copy-mode"), tr("Copy mode: a drag leaves a copy"),
@@ -107,6 +110,9 @@ void EventsEditorCtrl::Make_Bar() {
     Combo2->setAccessibleName(tr("Marks"));
     Combo2->setToolTip(tr("Go to a mark"));
     Combo2->setFocusPolicy(Qt::TabFocus);
+    // As wide as its title; the list opens as wide as its names.
+    Combo2->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    Combo2->setMinimumContentsLength(5);
     connect(Combo2, &QComboBox::activated, this, [this](int at) {
         const int mark = Combo2->itemData(at).toInt();
         Combo2->setCurrentIndex(0);
@@ -140,7 +146,7 @@ void EventsEditorCtrl::Make_Bar() {
     zoomButton->setMenu(zooms);
     row->addWidget(zoomButton);
     const auto takeTheme = [this, row] {
-        row->setContentsMargins(theme.Px(10), theme.Px(6), theme.Px(10), theme.Px(6));
+        row->setContentsMargins(theme.Px(8), theme.Px(6), theme.Px(8), theme.Px(6));
         status->setFont(theme.Font(Text_Size::Caption));
         Label4->setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
     };
@@ -191,7 +197,7 @@ void EventsEditorCtrl::Show_Tool() {
 
 void EventsEditorCtrl::Show_Grid() {
     alignButton->setChecked(view->Gesture().Grid.AlignOn);
-    gridButton->Set_Pill({}, QString::fromLatin1(Grid_Text(session.editorSetup.AlignDiv)));
+    gridButton->Set_Pill({}, Core_Words(Grid_Text(session.editorSetup.AlignDiv)));
     zoomButton->Set_Pill(
         {}, QString::fromLatin1(ZoomTable[static_cast<std::size_t>(view->Window().Geometry.ZoomIndex)].Text));
 }
@@ -210,6 +216,7 @@ void EventsEditorCtrl::Set_Copy_Mode(bool on) {
     view->Set_Copy_Mode(on);
     copyModeButton->setChecked(on);
     Label4->setVisible(on);
+    on ? CopyModeTimer.start() : CopyModeTimer.stop();
 }
 
 } // namespace tonvex

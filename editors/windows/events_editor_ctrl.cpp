@@ -4,10 +4,12 @@
 #include "widgets/tool_button.h"
 #include "widgets/zoom_scroll_bar.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <charconv>
@@ -24,6 +26,7 @@ constexpr int CHORD_MS = 900;
 /// The play line moves at most this often.
 constexpr int LINE_MS = 40;
 constexpr int MOST_STATUS_NAMES = 3;
+constexpr int BLINK_MS = 500;
 
 bool Stored_Flag(const Settings_Store& store, const char* key) {
     return store.Get(SECTION, key, "1") != "0";
@@ -82,8 +85,19 @@ EventsEditorCtrl::EventsEditorCtrl(Session& owner, Theme& look, QWidget* parent)
     // Many notices, one repaint.
     updateTimer.setSingleShot(true);
     connect(&updateTimer, &QTimer::timeout, this, &EventsEditorCtrl::Update_View);
-    chordOffTimer.setSingleShot(true);
-    connect(&chordOffTimer, &QTimer::timeout, &sound, &Test_Sound::Stop);
+    QchordOffTimer.setSingleShot(true);
+    connect(&QchordOffTimer, &QTimer::timeout, &sound, &Test_Sound::Stop);
+    undoTimer.setSingleShot(true);
+    connect(&undoTimer, &QTimer::timeout, this, &EventsEditorCtrl::Show_Undo);
+    // As the play line: a run is not held up by what is drawn.
+    takeTimer.setSingleShot(true);
+    takeTimer.setInterval(LINE_MS);
+    connect(&takeTimer, &QTimer::timeout, view, &Roll_View::Show_Take);
+    CopyModeTimer.setInterval(BLINK_MS);
+    connect(&CopyModeTimer, &QTimer::timeout, this, [this] {
+        Label4->setProperty("dim", !Label4->property("dim").toBool());
+        Label4->style()->polish(Label4);
+    });
     subscription = session.events.Subscribe(
         [this](int msgId, std::int32_t param, const std::string&) { Heard(msgId, param); });
     session.files->observers.push_back(this);
@@ -132,7 +146,12 @@ void EventsEditorCtrl::Show_Channel(std::int32_t channelId) {
 }
 
 void EventsEditorCtrl::Heard(int msgId, std::int32_t param) {
+    undoTimer.start(0);
     switch (msgId) {
+    case MSG_REC_EVENT:
+        if (param == display.Channel() && display.Update_Take() && !takeTimer.isActive())
+            takeTimer.start();
+        break;
     case MSG_EVENT_ADDED:
         AddEvent(param);
         break;
@@ -175,6 +194,7 @@ void EventsEditorCtrl::Heard(int msgId, std::int32_t param) {
     case MSG_MOVE_TEMPO_CHANGE:
         UpdateTimeRule();
         break;
+    case MSG_SET_OUTPUT:
     case MSG_INSERT_BARS:
         UpdateMCNotesRule();
         break;
@@ -210,6 +230,7 @@ void EventsEditorCtrl::LoadMarks() {
     Combo2->addItem(tr("Marks"), -1);
     for (const int row : session.marks.In_Time_Order())
         Combo2->addItem(QString::fromStdString(session.marks.Row(row).MarkName), row);
+    Combo2->view()->setMinimumWidth(Combo2->view()->sizeHintForColumn(0));
 }
 
 void EventsEditorCtrl::Show_Status() {
@@ -227,7 +248,7 @@ void EventsEditorCtrl::Show_Status() {
             if (!row.Selected)
                 continue;
             if (names.size() <= MOST_STATUS_NAMES)
-                names << QString::fromStdString(session.notes.NoteName(row.Note));
+                names << view->Short_Name(row);
             if (Has_Volume(row.Kind)) {
                 same = same && (volume < 0 || volume == row.Vol);
                 volume = row.Vol;
@@ -241,6 +262,13 @@ void EventsEditorCtrl::Show_Status() {
     }
     statusText = text;
     Fit_Status();
+    Show_Undo();
+}
+
+void EventsEditorCtrl::Show_Undo() {
+    const bool runs = session.transport.Song_Runs();
+    undoButton->setEnabled(session.undo->Can_Undo() && !runs);
+    redoButton->setEnabled(session.undo->Can_Redo() && !runs);
 }
 
 void EventsEditorCtrl::Fit_Status() {
@@ -357,6 +385,9 @@ void EventsEditorCtrl::TimePos_End() {
     Enable_h_Scrollbar();
     lineClock.invalidate();
     PlayPos_Set(session.transport.PlayPosition);
+    takeTimer.stop();
+    view->Bring_Take_Into_View();
+    view->Set_Recording(false);
     LoadData_From_ChannelClass();
 }
 
@@ -365,8 +396,10 @@ void EventsEditorCtrl::PlayPos_Set(double beats) {
     Update_HScrollBar();
 }
 
-void EventsEditorCtrl::On_Run_Started(bool) {
+void EventsEditorCtrl::On_Run_Started(bool recording) {
     sound.Stop();
+    view->Set_Recording(recording);
+    Show_Undo();
     if (TimePos_SetStartTime(session.transport.PlayPosition))
         Disable_H_Scrollbar();
 }
@@ -404,6 +437,7 @@ void EventsEditorCtrl::UNDO_Load_SelectedIDs_List(const Undo_Selection& selectio
         return;
     display.Own().Select(selection.EventIDs);
     Update_View();
+    view->Bring_Selection_Into_View();
 }
 
 // ---- settings of the song ----
@@ -438,7 +472,7 @@ void EventsEditorCtrl::Sound_Note(int note, int volume) {
     // A song that plays tells by itself.
     if (display.Store() == nullptr || session.transport.Song_Runs())
         return;
-    chordOffTimer.stop();
+    QchordOffTimer.stop();
     sound.Start_Notes(Slot(), {note}, volume, NOTE_MS);
 }
 
@@ -451,7 +485,7 @@ void EventsEditorCtrl::Sound_Event(std::int32_t eventId) {
         Sound_Note(read->Note->Note, read->Note->Vol);
     } else if (read->QChord != nullptr) {
         sound.Start_Stored_Chord(Slot(), *read->QChord);
-        chordOffTimer.start(CHORD_MS);
+        QchordOffTimer.start(CHORD_MS);
     }
 }
 
@@ -546,14 +580,6 @@ void EventsEditorCtrl::Align_To_Beats(int div) {
     lastAlign = div;
     if (display.Own().Selected_Count() > 0)
         edits.Align(Selected(), div, alignStrength);
-}
-
-void EventsEditorCtrl::Align_Channel_Events() {
-    if (display.Own().Selected_Count() == 0) {
-        display.Own().Select_All();
-        Update_View();
-    }
-    Align_To_Beats(lastAlign);
 }
 
 void EventsEditorCtrl::Transpose(int semitones) {

@@ -66,6 +66,8 @@ public:
     void Enable_h_Scrollbar();
     void Set_Options(const Roll_Options& options);
     void CView_ShowSelChannels();
+    /// The editor of a channel that is shown behind.
+    void CView_ShowEvEditor(std::int32_t channelId) { emit channelWanted(channelId); }
 
     // ---- the run ----
     /// True when the view follows the position.
@@ -95,8 +97,6 @@ public:
     void Cut();
     void Delete_Selected();
     void Align_To_Beats(int div);
-    /// The selection, or without one all events, to the grid aligned to last.
-    void Align_Channel_Events();
     void Set_Align_Strength(int percent) { alignStrength = percent; }
     void Transpose(int semitones);
     void Change_Volume(int delta);
@@ -121,6 +121,9 @@ signals:
     void recordWanted();
     void helpWanted(const QString& page);
     void soundFontsWanted();
+    /// Another spelling of note names, 0 to 3.
+    void noteNamesWanted(int notation);
+    void channelWanted(std::int32_t channelId);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -132,6 +135,7 @@ private:
     void Stale(std::int32_t channelId);
     void Show_Beats(double first, double length);
     void Show_Status();
+    void Show_Undo();
     void Fit_Status();
     void Set_Option(bool Roll_Options::*option, bool on);
     void Load_Options();
@@ -150,7 +154,12 @@ private:
     void Fill_Zoom_Menu(QMenu* menu);
     void Fill_Grid_Menu(QMenu* menu);
     // events_editor_menus.cpp
-    void Fill_Event_Menu(QMenu* menu);
+    void Fill_Event_Menu(QMenu* menu, std::int32_t channelBehind);
+    void Fill_Rule_Menu(QMenu* menu, double beat);
+    void Fill_Bar_Menu(QMenu* menu, int bar);
+    void Fill_Mark_Menu(QMenu* menu, double beat, int markRow);
+    void Fill_Align_Menu(QMenu* menu);
+    void Pop_Up(const QPoint& at, const std::function<void(QMenu*)>& fill);
     void Show_Event_Menu(const QPoint& at);
     void Show_Rule_Menu(const QPoint& at, double beat);
     void Show_Bar_Menu(const QPoint& at, int bar);
@@ -175,6 +184,8 @@ private:
     QWidget* CoolToolBar1 = nullptr;
     std::vector<Tool_Button*> toolButtons; ///< by Roll_Tool; some are null
     Tool_Button* copyModeButton = nullptr;
+    Tool_Button* undoButton = nullptr;
+    Tool_Button* redoButton = nullptr;
     Tool_Button* alignButton = nullptr;
     Tool_Button* gridButton = nullptr;
     Tool_Button* zoomButton = nullptr;
@@ -186,7 +197,10 @@ private:
     Zoom_Scroll_Bar* down = nullptr;   ///< rows
     QPointer<QDialog> dialog;
     QTimer updateTimer;
-    QTimer chordOffTimer;
+    QTimer undoTimer;
+    QTimer QchordOffTimer;
+    QTimer CopyModeTimer;
+    QTimer takeTimer;
     QElapsedTimer lineClock;
     int lastAlign = 4; ///< divisions of the last alignment
     int alignStrength = 100;

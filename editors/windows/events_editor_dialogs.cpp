@@ -10,6 +10,7 @@
 #include "input/windows/frm_piano_layout.h"
 #include "input/windows/frm_qchord_config.h"
 #include "song/time_text.h"
+#include "widgets/frm_patch_selection_win.h"
 
 #include <QDialog>
 
@@ -56,6 +57,14 @@ void EventsEditorCtrl::Open_Properties() {
             window->Load_WorkStruct(*event->QChord);
             connect(window, &QDialog::accepted, this,
                     [this, eventId] { frmQChordConfigOBJ_Closed(eventId, 0.0); });
+            Open(window);
+            return;
+        }
+        if (event && event->Kind == EV_PATCH) {
+            auto* window = new frmPatchSelectionWin(session, display.Channel(), this);
+            window->Choose_For(event->DataRef, [this, eventId](int patchRow) {
+                edits.Set_Properties(eventId, PatchData{patchRow}, "Change patch");
+            });
             Open(window);
             return;
         }
@@ -150,10 +159,9 @@ void EventsEditorCtrl::Open_View() {
     auto* window = new frmEvEd_View(theme, view->Window().Options, session.notes, this);
     connect(window, &frmEvEd_View::soundFontsWanted, this, &EventsEditorCtrl::soundFontsWanted);
     connect(window, &QDialog::accepted, this, [this, window] {
-        session.settings.Global_Notation = window->Notation();
-        session.notes.Global_Notation = window->Notation();
+        if (window->Notation() != session.notes.Global_Notation)
+            emit noteNamesWanted(window->Notation());
         Set_Options(window->Options());
-        Update_RefLabels_Captions();
     });
     Open(window);
 }

@@ -23,19 +23,21 @@ frmEvEd_View::frmEvEd_View(const Theme& look, const Roll_Options& options, const
       notation(new QComboBox(this)) {
     setObjectName(QStringLiteral("frmEvEd_View"));
     const std::pair<QString, bool Roll_Options::*> rows[] = {
-        {tr("View Bars"), &Roll_Options::Bars},
-        {tr("View beats (grid)"), &Roll_Options::Beats},
-        {tr("View Music Creator bar notes"), &Roll_Options::CreatorBars},
-        {tr("View Midi notes number on note events."), &Roll_Options::NoteNumbers},
-        {tr("Note reference lines always visible"), &Roll_Options::ReferenceLines},
-        {tr("View volumes under the notes"), &Roll_Options::VolumeLane},
-        {tr("Auto scroll events editor"), &Roll_Options::AutoScroll}};
+        {tr("View &Bars"), &Roll_Options::Bars},
+        {tr("View b&eats (grid)"), &Roll_Options::Beats},
+        {tr("View M&usic Creator bar notes"), &Roll_Options::CreatorBars},
+        {tr("View &Midi notes number on note events."), &Roll_Options::NoteNumbers},
+        {tr("Note &reference lines always visible"), &Roll_Options::ReferenceLines},
+        {tr("View &volumes under the notes"), &Roll_Options::VolumeLane},
+        {tr("&Auto scroll events editor"), &Roll_Options::AutoScroll}};
     for (const auto& [text, option] : rows) {
         auto* check = new QCheckBox(text, this);
         check->setChecked(options.*option);
         column->addWidget(check);
         checks.emplace_back(check, option);
     }
+    QWidget::setTabOrder(checks.back().first, notation);
+    checks.front().first->setFocus();
     auto* row = new QHBoxLayout;
     row->setSpacing(theme.Px(8));
     auto* label = new QLabel(tr("Note &names:"), this);

@@ -34,6 +34,8 @@ frmUndoList::frmUndoList(Session& owner, const Theme& look, QWidget* parent)
     connect(&updateTimer, &QTimer::timeout, this, &frmUndoList::Update_View);
     subscription =
         session.events.Subscribe([this](int, std::int32_t, const std::string&) { updateTimer.start(0); });
+    // Rows take the height that the style gives them, not the one before it.
+    List1->ensurePolished();
     Update_View();
 }
 
@@ -60,7 +62,7 @@ void frmUndoList::Update_View() {
         QListWidgetItem* item = add(tr("%1 (undone)").arg(Core_Words(undone[i])), -static_cast<int>(i) - 1);
         item->setForeground(theme.Tokens().dim);
     }
-    go->setEnabled(session.undo->Can_Undo() || session.undo->Can_Redo());
+    go->setEnabled(!session.transport.Song_Runs() && (session.undo->Can_Undo() || session.undo->Can_Redo()));
 }
 
 void frmUndoList::Go_To_Selected() {

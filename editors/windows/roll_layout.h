@@ -22,7 +22,8 @@ struct Roll_Options {
 
 /// Where the parts of the roll lie in its widget, in pixels; parts that are not shown are empty.
 struct Roll_Layout {
-    Roll_Layout(const Theme& theme, const QSize& size, const Roll_Options& options) : Left(theme.Px(60)) {
+    Roll_Layout(const Theme& theme, const QSize& size, const Roll_Options& options, int pianoWidth)
+        : Left(pianoWidth) {
         const int width = std::max(1, size.width() - Left);
         int y = 0;
         const auto take = [&](int height) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tonvex {
 
@@ -12,6 +13,8 @@ namespace {
 constexpr double BEATS_PER_BAR = 4.0;
 constexpr float PALE = 0.22F;
 constexpr float GHOST = 0.55F;
+/// The other notes of a chord, against its first, which bears its name.
+constexpr float CHORD_NOTE = 0.45F;
 /// Lines closer than this are left out, in design pixels.
 constexpr double LEAST_BEAT_PIXELS = 7.0;
 constexpr double LEAST_STEP_PIXELS = 16.0;
@@ -42,8 +45,7 @@ QString From(const std::string& text) {
 
 // ---- places ----
 
-QRectF Roll_Painter::Box_Of(const Ev_Display_Row& row) const {
-    const Roll_Box box = window.Geometry.Box_Of(row);
+QRectF Roll_Painter::In_Widget(const Roll_Box& box) const {
     // A pixel of air between touching events.
     return {layout.Roll.left() + box.Left - window.ScrollX,
             layout.Roll.top() + box.Top - window.ScrollY + 1.0, std::max(box.Width - 1.0, 2.0),
@@ -145,33 +147,72 @@ void Roll_Painter::Draw_Piano(QPainter& painter) {
     const Theme_Tokens& t = theme.Tokens();
     painter.save();
     painter.setClipRect(layout.Piano);
-    const double height = window.Geometry.RowHeight();
     const int first = std::max(0, window.Geometry.Row_At(window.ScrollY));
     const int last = std::min(Roll_Geometry::NOTE_ROWS - 1,
                               window.Geometry.Row_At(window.ScrollY + layout.Piano.height()));
     painter.setFont(theme.Font(Text_Size::Caption));
-    const int black = theme.Px(38);
     for (int row = first; row <= last; ++row) {
         const int note = Roll_Geometry::NOTE_ROWS - 1 - row;
-        const QRectF key(0, Y_Of_Note(note), layout.Left, height);
-        painter.fillRect(key, t.ivory);
-        if (Is_Black(note))
-            painter.fillRect(QRectF(0, key.top(), black, height), t.ebony);
-        // Black keys stand in the middle of the gap that their neighbours share.
-        painter.setPen(t.keyLine);
-        const double lineY = Is_Black(note) ? key.center().y() : key.bottom() - 0.5;
-        if (Is_Black(note) || note % 12 == 0 || note % 12 == 5)
-            painter.drawLine(QPointF(Is_Black(note) ? black : 0, lineY), QPointF(layout.Left, lineY));
-        if (note % 12 == 0 || (window.Options.ReferenceLines && !Is_Black(note))) {
-            painter.setPen(t.keyLabel);
-            painter.drawText(key.adjusted(0, 0, -theme.Px(6), 0), Qt::AlignRight | Qt::AlignVCenter,
-                             From(session.notes.NoteName(note)));
-        }
+        window.Drums ? Draw_Drum(painter, note) : Draw_Key(painter, note);
     }
     painter.restore();
     painter.setPen(t.line);
     painter.drawLine(QPointF(layout.Left - 0.5, layout.Piano.top()),
                      QPointF(layout.Left - 0.5, layout.Piano.bottom() + 1));
+}
+
+void Roll_Painter::Draw_Key(QPainter& painter, int note) {
+    const Theme_Tokens& t = theme.Tokens();
+    const int black = theme.Px(38);
+    const QRectF key(0, Y_Of_Note(note), layout.Left, window.Geometry.RowHeight());
+    painter.fillRect(key, t.ivory);
+    if (Is_Black(note))
+        painter.fillRect(QRectF(0, key.top(), black, key.height()), t.ebony);
+    // Black keys stand in the middle of the gap that their neighbours share.
+    painter.setPen(t.keyLine);
+    const double lineY = Is_Black(note) ? key.center().y() : key.bottom() - 0.5;
+    if (Is_Black(note) || note % 12 == 0 || note % 12 == 5)
+        painter.drawLine(QPointF(Is_Black(note) ? black : 0, lineY), QPointF(layout.Left, lineY));
+    if (note % 12 == 0 || (window.Options.ReferenceLines && !Is_Black(note))) {
+        painter.setPen(t.keyLabel);
+        painter.drawText(key.adjusted(0, 0, -theme.Px(6), 0), Qt::AlignRight | Qt::AlignVCenter,
+                         From(session.notes.NoteName(note)));
+    }
+}
+
+void Roll_Painter::Draw_Drum(QPainter& painter, int note) {
+    const Theme_Tokens& t = theme.Tokens();
+    const QRectF pad(0, Y_Of_Note(note), layout.Left, window.Geometry.RowHeight());
+    painter.setPen(t.gridBeat);
+    painter.drawLine(QPointF(0, pad.bottom() - 0.5), QPointF(layout.Left, pad.bottom() - 0.5));
+    const Event_Names named{session.notes, *session.channels, true, window.Options.NoteNumbers};
+    const std::string name = Note_Text(note, named);
+    const bool drum = name != Note_Text(note, {named.notes, named.channels, false, named.noteNumbers});
+    painter.setPen(drum ? t.text : t.dim);
+    const int side = drum ? Qt::AlignLeft : Qt::AlignRight;
+    const QRectF room = pad.adjusted(theme.Px(8), 0, -theme.Px(4), 0);
+    painter.drawText(
+        room, side | Qt::AlignVCenter,
+        QFontMetrics(painter.font()).elidedText(From(name), Qt::ElideRight, static_cast<int>(room.width())));
+}
+
+/// Where the hand is on the piano: its row, and its key with the name.
+void Roll_Painter::Draw_Reference(QPainter& painter, int note) {
+    const Theme_Tokens& t = theme.Tokens();
+    const double height = window.Geometry.RowHeight();
+    painter.save();
+    painter.setClipRect(layout.Piano.united(layout.Roll));
+    painter.fillRect(QRectF(layout.Roll.left(), Y_Of_Note(note), layout.Roll.width(), height),
+                     With_Alpha(t.accent, 0.14F));
+    const QRectF key(0, Y_Of_Note(note), layout.Left - 1, height);
+    painter.fillRect(key, t.accent);
+    painter.setPen(Text_On(t.accent));
+    painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
+    const Event_Names named{session.notes, *session.channels, window.Drums, false};
+    const int side = window.Drums ? Qt::AlignLeft : Qt::AlignRight;
+    painter.drawText(key.adjusted(theme.Px(8), 0, -theme.Px(6), 0), side | Qt::AlignVCenter,
+                     From(Note_Text(note, named)));
+    painter.restore();
 }
 
 void Roll_Painter::Draw_Views(QPainter& painter, Event_Display& display) {
@@ -183,11 +224,43 @@ void Roll_Painter::Draw_Views(QPainter& painter, Event_Display& display) {
             continue;
         painter.setBrush(With_Alpha(Channel_Colour(view.ChannelID), PALE));
         view.Events.Visit(Beat_At(layout.Roll.left()), Beat_At(layout.Roll.right() + 1), [&](std::size_t i) {
-            const QRectF box = Box_Of(view.Events.Rows()[i]);
-            if (box.bottom() >= layout.Roll.top() && box.top() <= layout.Roll.bottom())
-                painter.drawRoundedRect(box, theme.Px(3), theme.Px(3));
+            Visit_Boxes(view.Events.Rows()[i], [&](const QRectF& box) {
+                if (In_View(box))
+                    painter.drawRoundedRect(box, theme.Px(3), theme.Px(3));
+            });
         });
     }
+}
+
+void Roll_Painter::Draw_Chord_Notes(QPainter& painter, const Ev_Display_Row& row, const QColor& colour) {
+    bool own = true;
+    Visit_Boxes(row, [&](const QRectF& box) {
+        if (!std::exchange(own, false) && In_View(box))
+            Draw_Event(painter, box, With_Alpha(colour, CHORD_NOTE), row.Selected);
+    });
+}
+
+void Roll_Painter::Draw_Ghost(QPainter& painter, const Ev_Display_Row& row, const QColor& colour) {
+    float alpha = GHOST;
+    Visit_Boxes(row, [&](const QRectF& box) {
+        Draw_Event(painter, box, With_Alpha(colour, alpha), true);
+        alpha = GHOST * CHORD_NOTE;
+    });
+}
+
+void Roll_Painter::Draw_Take(QPainter& painter, const Event_Display& display) {
+    painter.save();
+    painter.setClipRect(layout.Roll, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor colour = Channel_Colour(display.Channel());
+    const QRectF shown = painter.clipBoundingRect();
+    for (const Ev_Display_Row& row : display.Take()) {
+        if (!Box_Of(row).intersects(QRectF(shown.left(), -1e9, shown.width(), 2e9)))
+            continue;
+        Draw_Chord_Notes(painter, row, colour);
+        Draw_Event(painter, Box_Of(row), colour, false);
+    }
+    painter.restore();
 }
 
 void Roll_Painter::Draw_Event(QPainter& painter, const QRectF& box, const QColor& colour, bool selected) {
@@ -223,7 +296,7 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
     const auto draw = [&](std::size_t i) {
         const Ev_Display_Row& row = events.Rows()[i];
         const QRectF box = Box_Of(row);
-        if (box.bottom() < layout.Roll.top() || box.top() > layout.Roll.bottom())
+        if (!In_View(box))
             return;
         Draw_Event(painter, box, colour, row.Selected);
         if (box.width() < least)
@@ -241,8 +314,13 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
         painter.drawText(box.adjusted(air, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
                          metrics.elidedText(text, Qt::ElideRight, static_cast<int>(box.width()) - air));
     };
-    events.Visit(Beat_At(layout.Roll.left()) - window.Geometry.Beat_At(Roll_Geometry::LEAST_WIDTH),
-                 Beat_At(layout.Roll.right() + 1), draw);
+    const double from = Beat_At(layout.Roll.left()) - window.Geometry.Beat_At(Roll_Geometry::LEAST_WIDTH);
+    const double to = Beat_At(layout.Roll.right() + 1);
+    events.Visit(from, to, [&](std::size_t i) {
+        if (events.Rows()[i].ChordCount > 1)
+            Draw_Chord_Notes(painter, events.Rows()[i], colour);
+    });
+    events.Visit(from, to, draw);
 }
 
 // ---- the volume lane ----
@@ -287,7 +365,8 @@ void Roll_Painter::Draw_Lane(QPainter& painter, Event_Display& display) {
     painter.setPen(t.dim);
     painter.drawText(
         QRectF(theme.Px(8), layout.Lane.top() + theme.Px(6), layout.Left - theme.Px(8), theme.Px(16)),
-        Qt::AlignLeft | Qt::AlignVCenter, QObject::tr("Volume"));
+        Qt::AlignLeft | Qt::AlignVCenter,
+        QFontMetrics(painter.font()).elidedText(Lane_Caption(), Qt::ElideRight, layout.Left - theme.Px(10)));
 }
 
 // ---- the header ----
@@ -409,6 +488,8 @@ void Roll_Painter::Draw_Gesture(QPainter& painter, Event_Display& display, const
     const Theme_Tokens& t = theme.Tokens();
     const Event_List& events = display.Own();
     const QColor colour = Channel_Colour(display.Channel());
+    if (const auto note = gesture.Note())
+        Draw_Reference(painter, *note);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(gesture.What() == Roll_Gesture::Kind::Volume ? layout.Lane : layout.Roll);
@@ -421,35 +502,37 @@ void Roll_Painter::Draw_Gesture(QPainter& painter, Event_Display& display, const
         const bool resize = gesture.What() == Roll_Gesture::Kind::Resize;
         const double shift = resize ? 0.0 : gesture.Beats();
         const double drop = gesture.Rows() * window.Geometry.RowHeight();
-        events.Visit(from - shift - (resize ? std::abs(gesture.Beats()) : 0.0), to - shift,
-                     [&](std::size_t i) {
-                         Ev_Display_Row row = events.Rows()[i];
-                         if (!row.Selected)
-                             return;
-                         row.StartTime += shift;
-                         if (resize && Has_Length(row.Kind))
-                             row.Length = std::max(Event_Edits::LEAST_LENGTH, row.Length + gesture.Beats());
-                         QRectF box = Box_Of(row);
-                         box.translate(0, drop);
-                         if (!gesture.Copies() && !resize) {
-                             // What stays behind fades.
-                             painter.fillRect(Box_Of(events.Rows()[i]), With_Alpha(t.panel, 0.6F));
-                         }
-                         Draw_Event(painter, box, With_Alpha(colour, GHOST), true);
-                     });
+        events.Visit(
+            from - shift - (resize ? std::abs(gesture.Beats()) : 0.0), to - shift, [&](std::size_t i) {
+                Ev_Display_Row row = events.Rows()[i];
+                if (!row.Selected)
+                    return;
+                row.StartTime += shift;
+                if (resize && Has_Length(row.Kind))
+                    row.Length = std::max(Event_Edits::LEAST_LENGTH, row.Length + gesture.Beats());
+                // What stays behind fades.
+                if (!gesture.Copies() && !resize)
+                    Visit_Boxes(events.Rows()[i],
+                                [&](const QRectF& box) { painter.fillRect(box, With_Alpha(t.panel, 0.6F)); });
+                painter.translate(0, drop);
+                Draw_Ghost(painter, row, colour);
+                painter.translate(0, -drop);
+            });
         break;
     }
     case Roll_Gesture::Kind::Draw:
-        Draw_Event(painter, Box_Of(gesture.Drawn()), With_Alpha(colour, GHOST), true);
+        Draw_Ghost(painter, gesture.Drawn(), colour);
         break;
     case Roll_Gesture::Kind::Erase:
     case Roll_Gesture::Kind::Band:
         events.Visit(from, to, [&](std::size_t i) {
             const Ev_Display_Row& row = events.Rows()[i];
             if (gesture.What() == Roll_Gesture::Kind::Erase && gesture.Will_Be_Erased(row.EventID))
-                painter.fillRect(Box_Of(row).adjusted(-1, -1, 1, 1), With_Alpha(t.panel, 0.8F));
+                Visit_Boxes(row, [&](const QRectF& box) {
+                    painter.fillRect(box.adjusted(-1, -1, 1, 1), With_Alpha(t.panel, 0.8F));
+                });
             else if (gesture.What() == Roll_Gesture::Kind::Band && gesture.Will_Be_Selected(row))
-                Draw_Outline(painter, Box_Of(row));
+                Visit_Boxes(row, [&](const QRectF& box) { Draw_Outline(painter, box); });
         });
         if (gesture.What() == Roll_Gesture::Kind::Band) {
             const Roll_Box band = gesture.Box();

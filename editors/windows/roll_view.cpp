@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace tonvex {
 
@@ -20,6 +21,7 @@ constexpr double BEATS_PER_BAR = 4.0;
 constexpr double BARS_BEHIND = 8.0;
 constexpr int EDGE_MS = 30;
 constexpr int MIDDLE_NOTE = 66;
+constexpr int MOST_PIANO = 150;
 
 } // namespace
 
@@ -32,10 +34,10 @@ Roll_View::Roll_View(Session& owner, Theme& look, Event_Display& shown, Event_Ed
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setWhatsThis(
-        tr("Arrows: move the cursor. Tab: the next event. Space: select. Insert: add a note. Delete: delete. "
-           "Alt with arrows: move the selection. Shift with left and right: change its length. "
-           "Ctrl with up and down: an octave."));
+    setWhatsThis(tr("Arrows: move the cursor. Tab: the next event. Space: select. Insert: add a note, with "
+                    "Alt a chord. Delete: delete. "
+                    "Alt with arrows: move the selection. Shift with left and right: change its length. "
+                    "Ctrl with up and down: an octave."));
     edgeTimer.setInterval(EDGE_MS);
     connect(&edgeTimer, &QTimer::timeout, this, &Roll_View::Scroll_At_Edge);
     connect(&theme, &Theme::Changed, this, [this] {
@@ -54,6 +56,21 @@ void Roll_View::Take_Scale() {
     viewed.ScrollX *= factor;
     viewed.ScrollY *= factor;
     pictureValid = false;
+}
+
+/// Wide enough for what stands there: the keys, the lane's caption, the names of the drums.
+void Roll_View::Fit_Piano() {
+    const Event_Names names = Painter().Names(display.Channel());
+    const QFontMetrics metrics(theme.Font(Text_Size::Caption));
+    int width =
+        std::max(theme.Px(60), metrics.horizontalAdvance(Roll_Painter::Lane_Caption()) + theme.Px(12));
+    if (names.drums)
+        for (const std::string& name : session.notes.DrumSoundNames)
+            width = std::max(width, metrics.horizontalAdvance(QString::fromStdString(name)) + theme.Px(14));
+    width = std::min(width, theme.Px(MOST_PIANO));
+    viewed.Drums = names.drums;
+    if (std::exchange(viewed.PianoWidth, width) != width)
+        Scroll_To(viewed.ScrollX, viewed.ScrollY);
 }
 
 // ---- view ----
@@ -108,15 +125,14 @@ void Roll_View::Set_Zoom(int zoomIndex, double x) {
 }
 
 void Roll_View::Show_Notes() {
-    int low = 127;
-    int high = 0;
-    for (const Ev_Display_Row& row : display.Own().Rows()) {
-        if (!Has_Length(row.Kind))
-            continue;
-        low = std::min<int>(low, row.Note);
-        high = std::max<int>(high, row.Note);
-    }
-    const double middle = low > high ? MIDDLE_NOTE : (low + high) / 2.0;
+    std::vector<std::uint8_t> notes;
+    for (const Ev_Display_Row& row : display.Own().Rows())
+        if (Has_Length(row.Kind))
+            notes.push_back(row.Note);
+    // As many lie above it as below: one note far out does not take the others out of view.
+    const auto half = notes.begin() + static_cast<std::ptrdiff_t>(notes.size() / 2);
+    std::nth_element(notes.begin(), half, notes.end());
+    const double middle = notes.empty() ? MIDDLE_NOTE : *half;
     const double y = (Roll_Geometry::NOTE_ROWS - 0.5 - middle) * viewed.Geometry.RowHeight();
     Scroll_To(viewed.ScrollX, y - Painter().Layout().Roll.height() / 2.0);
 }
@@ -133,9 +149,88 @@ void Roll_View::Bring_Into_View(const Ev_Display_Row& row) {
     Scroll_To(x, y);
 }
 
+void Roll_View::Bring_Selection_Into_View() {
+    const QRectF area(Painter().Layout().Roll);
+    const Ev_Display_Row* first = nullptr;
+    for (const Ev_Display_Row& row : display.Own().Rows()) {
+        if (!row.Selected)
+            continue;
+        if (Painter().Box_Of(row).intersects(area))
+            return;
+        first = first == nullptr ? &row : first;
+    }
+    if (first != nullptr)
+        Bring_Into_View(*first);
+}
+
+std::int32_t Roll_View::Channel_Behind(const QPoint& at) const {
+    const Roll_Layout layout = Painter().Layout();
+    const Roll_Point place = Surface(at);
+    for (int n = display.CView_GetTotalChannels(); layout.Roll.contains(at) && n-- > 0;) {
+        const CView& other = display.CView_GetData(n);
+        if (other.Visible && viewed.Geometry.Hit(other.Events, place.X, place.Y) >= 0)
+            return other.ChannelID;
+    }
+    return NOT_GIVEN;
+}
+
 void Roll_View::Changed() {
+    Fit_Piano();
     pictureValid = false;
     update();
+}
+
+// ---- a take ----
+
+void Roll_View::Set_Recording(bool on) {
+    if (recording == on)
+        return;
+    recording = on;
+    takeShown = 0;
+    display.Clear_Take();
+    Changed();
+}
+
+void Roll_View::Show_Take() {
+    const std::vector<Ev_Display_Row>& take = display.Take();
+    if (!recording || takeShown >= take.size())
+        return;
+    // The hint of the empty roll goes with the first note.
+    if (takeShown == 0 && display.Last_Own().Rows().empty())
+        Changed();
+    const QRect area = Painter().Layout().Roll;
+    for (std::size_t i = takeShown; i < take.size(); ++i)
+        Painter().Visit_Boxes(take[i], [&](const QRectF& box) { update(box.toAlignedRect() & area); });
+    const QRectF last = Painter().Box_Of(take.back());
+    if (viewed.Options.AutoScroll && !gesture.Is_On() &&
+        (last.top() < area.top() || last.bottom() > area.bottom() + 1))
+        Scroll_To(viewed.ScrollX, viewed.Geometry.Y_Of_Note(take.back().Note) - area.height() / 2.0);
+    takeShown = take.size();
+}
+
+void Roll_View::Bring_Take_Into_View() {
+    const std::vector<Ev_Display_Row>& take = display.Take();
+    if (take.empty())
+        return;
+    double begin = take.front().StartTime;
+    double end = begin;
+    int low = 127;
+    int high = 0;
+    for (const Ev_Display_Row& row : take) {
+        begin = std::min(begin, row.StartTime);
+        end = std::max(end, row.End());
+        low = std::min<int>(low, row.Note);
+        high = std::max<int>(high, row.Note);
+    }
+    const QRect area = Painter().Layout().Roll;
+    const Roll_Geometry& g = viewed.Geometry;
+    double x = viewed.ScrollX;
+    double y = viewed.ScrollY;
+    if (g.X_Of(begin) < x || g.X_Of(end) > x + area.width())
+        x = g.X_Of(begin) - theme.Px(40);
+    if (g.Y_Of_Note(high) < y || g.Y_Of_Note(low) + g.RowHeight() > y + area.height())
+        y = (g.Y_Of_Note(high) + g.Y_Of_Note(low) + g.RowHeight() - area.height()) / 2.0;
+    Scroll_To(x, y);
 }
 
 void Roll_View::Set_Cursor(double beat, int note) {
@@ -197,11 +292,13 @@ void Roll_View::Draw_Picture() {
     QPainter painter(&picture);
     Painter().Draw_Picture(painter, display, flags, flagBoxes);
     const ChannelClass* store = display.Store();
-    if (store == nullptr || store->GetTotalEvents() < 0) {
+    const bool empty = store == nullptr || (store->GetTotalEvents() < 0 && display.Take().empty());
+    if (empty) {
         painter.setFont(theme.Font(Text_Size::Lead));
         painter.setPen(theme.Tokens().dim);
         painter.drawText(Painter().Layout().Roll, Qt::AlignCenter,
                          store == nullptr ? tr("Select a channel (S) to see its events.")
+                         : recording      ? tr("Recording. A note appears here when its key comes up.")
                                           : tr("No events yet. Press Ctrl+R and play."));
     }
     pictureValid = true;
@@ -214,6 +311,8 @@ void Roll_View::paintEvent(QPaintEvent* event) {
     painter.setClipRect(event->rect());
     painter.drawPixmap(0, 0, picture);
     Roll_Painter over = Painter();
+    if (!display.Take().empty())
+        over.Draw_Take(painter, display);
     if (gesture.Is_On())
         over.Draw_Gesture(painter, display, gesture);
     const QRect place = Line_Place(line);

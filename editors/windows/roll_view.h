@@ -51,6 +51,8 @@ public:
     /// What an assistive tool is told of the event; empty when it is not there.
     QString Spoken(std::int32_t eventId) const;
     QString Hover_Text(const Ev_Display_Row& row) const;
+    /// As it stands on the event: "E5", "Am7".
+    QString Short_Name(const Ev_Display_Row& row) const;
 
     void Set_Options(const Roll_Options& options);
     /// once: back to Select behind the next use.
@@ -67,6 +69,16 @@ public:
     /// The notes of the channel come into view, or the middle of the piano.
     void Show_Notes();
     void Bring_Into_View(const Ev_Display_Row& row);
+    /// The first selected event, unless one is in view.
+    void Bring_Selection_Into_View();
+    /// A take begins, or is over: what it has so far is drawn while it goes on.
+    void Set_Recording(bool on);
+    /// The take has grown. Repaints little, so that a run is not held up.
+    void Show_Take();
+    /// A take that is over comes into view, or its start if it is longer.
+    void Bring_Take_Into_View();
+    /// The channel of the pale event at that point; NOT_GIVEN for none.
+    std::int32_t Channel_Behind(const QPoint& at) const;
 
     /// The song or the selection looks different.
     void Changed();
@@ -120,6 +132,7 @@ private:
     void Draw_Picture();
     QRect Line_Place(double beats) const;
     void Take_Scale();
+    void Fit_Piano();
     // roll_view_mouse.cpp
     Roll_Point Surface(const QPointF& at) const;
     Roll_Modifiers Held(Qt::KeyboardModifiers modifiers) const;
@@ -152,6 +165,8 @@ private:
     Roll_Tool tool = Roll_Tool::Select;
     bool placed = false; ///< the notes were brought into view once it had its size
     bool toolOnce = false;
+    bool recording = false;
+    std::size_t takeShown = 0; ///< notes of the take that were drawn
     bool copyMode = false;
     QPixmap picture;
     bool pictureValid = false;

@@ -65,7 +65,7 @@ bool Roll_View::Handles(const QKeyEvent& event) const {
     if (Is_Arrow(key) || key == Qt::Key_PageUp || key == Qt::Key_PageDown)
         return !modifiers.testFlag(Qt::MetaModifier);
     if (key == Qt::Key_Insert || key == Qt::Key_Space)
-        return modifiers == Qt::NoModifier;
+        return modifiers == Qt::NoModifier || (key == Qt::Key_Insert && modifiers == Qt::AltModifier);
     if ((key == Qt::Key_Home || key == Qt::Key_End) && modifiers == Qt::ControlModifier)
         return true;
     return std::any_of(std::begin(COMMAND_KEYS), std::end(COMMAND_KEYS),
@@ -120,7 +120,7 @@ bool Roll_View::Edit_By_Key(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = Plain(event);
     const int key = event.key();
     if (key == Qt::Key_Insert) {
-        Insert_At_Cursor();
+        modifiers == Qt::AltModifier ? emit chordWanted(cursorBeat, cursorNote) : Insert_At_Cursor();
         return true;
     }
     if (key == Qt::Key_Space) {

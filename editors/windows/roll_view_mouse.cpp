@@ -55,7 +55,10 @@ void Roll_View::mousePressEvent(QMouseEvent* event) {
     setFocus(Qt::MouseFocusReason);
     Hide_Figure();
     if (event->button() != Qt::LeftButton) {
-        // The menu is about what it was opened on.
+        // The menu is about what it was opened on, and about the place.
+        if (layout.Roll.contains(pixel))
+            Set_Cursor(gesture.Grid.Cell(viewed.Geometry.Beat_At(Surface(at).X)),
+                       viewed.Geometry.Note_At(Surface(at).Y));
         const int hit = layout.Roll.contains(pixel)
                             ? viewed.Geometry.Hit(display.Own(), Surface(at).X, Surface(at).Y)
                             : -1;
@@ -185,9 +188,19 @@ void Roll_View::mouseDoubleClickEvent(QMouseEvent* event) {
 
 // ---- hover ----
 
+QString Roll_View::Short_Name(const Ev_Display_Row& row) const {
+    const Event_Names names = Painter().Names(display.Channel());
+    const ChannelClass* store = display.Store();
+    // A note may be one that is only being drawn or moved.
+    const auto event = row.Kind == EV_NOTE || store == nullptr
+                           ? std::nullopt
+                           : store->ReadEvent(store->GetEvent_I(row.EventID));
+    return QString::fromStdString(event ? Short_Text(*event, names) : Note_Text(row.Note, names));
+}
+
 QString Roll_View::Hover_Text(const Ev_Display_Row& row) const {
-    QString text = QString::fromStdString(Format_Beats(row.StartTime)) + QStringLiteral("   ") +
-                   QString::fromStdString(Note_Text(row.Note, Painter().Names(display.Channel())));
+    QString text =
+        QString::fromStdString(Format_Beats(row.StartTime)) + QStringLiteral("   ") + Short_Name(row);
     if (Has_Length(row.Kind))
         text += tr("   Length: %1").arg(QString::fromStdString(Beats_Text(row.Length)));
     if (Has_Volume(row.Kind))
@@ -203,13 +216,16 @@ void Roll_View::Hover(const QPointF& at) {
     if (hit < 0) {
         if (tool == Roll_Tool::Select)
             setCursor(Qt::ArrowCursor);
+        Ev_Display_Row under;
+        under.Note = static_cast<std::uint8_t>(viewed.Geometry.Note_At(place.Y));
         if (layout.Lane.contains(at.toPoint()))
             Show_Figure(at, tr("Vol: %1").arg(Lane_Volume(at.y())));
         else if (layout.Roll.contains(at.toPoint()))
             Show_Figure(
                 at, QString::fromStdString(Format_Beats(std::max(0.0, viewed.Geometry.Beat_At(place.X)))) +
-                        QStringLiteral("   ") +
-                        QString::fromStdString(session.notes.NoteName(viewed.Geometry.Note_At(place.Y))));
+                        QStringLiteral("   ") + Short_Name(under));
+        else if (layout.Piano.contains(at.toPoint()))
+            Show_Figure(at, Short_Name(under));
         else
             Hide_Figure();
         return;

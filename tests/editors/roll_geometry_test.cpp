@@ -122,6 +122,17 @@ TEST_F(Event_List_Test, A_Point_Hits_What_Is_Drawn_There) {
     EXPECT_FALSE(geometry.On_Edge(list.Rows()[0], 119.0));
     EXPECT_EQ(geometry.In_Box(list, 126.0, y + 30, 80.0, y - 5).size(), 2U);
     EXPECT_EQ(geometry.In_Box(list, 0.0, y, 41.0, y + 5).size(), 0U);
+    QChordData chord; // C E G from 60: its E and its G are the chord's too, below other events
+    session.notes.FillChordData(chord, 0, 0, 4, true);
+    chord.Length = 1.0;
+    const std::int32_t chordId = store.AddNewEvent(5.0, chord);
+    const std::int32_t onIt = Add(5.0, 64, 0.5);
+    list.Load(store);
+    EXPECT_EQ(at(215.0, geometry.Y_Of_Note(67)), chordId);
+    EXPECT_EQ(at(215.0, geometry.Y_Of_Note(64)), onIt);
+    EXPECT_EQ(at(240.0, geometry.Y_Of_Note(64)), chordId);
+    EXPECT_EQ(at(240.0, geometry.Y_Of_Note(65)), NOT_GIVEN);
+    EXPECT_EQ(geometry.In_Box(list, 211.0, geometry.Y_Of_Note(67), 220.0, geometry.Y_Of_Note(67)).size(), 1U);
 }
 
 TEST_F(Event_List_Test, Events_Are_Told_In_Words) {

@@ -233,6 +233,12 @@ TEST_F(Roll_Gesture_Test, A_Cancelled_Gesture_Was_None) {
     gesture.Press_Volume(geometry.X_Of(1.0), 5, 4.0);
     gesture.Cancel();
     gesture.Release();
+    Select({c5, g5});
+    for (const double beat : {6.0, 2.5}) { // a band, another event
+        gesture.Press(At(beat, 76), Roll_Tool::Select, {});
+        gesture.Cancel();
+        EXPECT_EQ(display.Own().Selected_IDs(), (Event_Edits::IDs{c5, g5}));
+    }
     EXPECT_EQ(messages, "");
     EXPECT_EQ(Song(), before);
 }

@@ -6,6 +6,7 @@
 #include "editors/windows/frm_undo_list.h"
 #include "support/window_program.h"
 #include "support/window_world.h"
+#include "widgets/frm_patch_selection_win.h"
 #include "widgets/tool_button.h"
 
 #include <QAccessible>
@@ -91,6 +92,10 @@ struct Editor : World {
         for (; *keys != 0; ++keys)
             QTest::keyClick(&view, KEYS.at(*keys), modifiers);
     }
+    bool In_View(std::size_t row) {
+        const QRectF box = view.Painter().Box_Of(editor.Display().Own().Rows()[row]);
+        return QRectF(view.Painter().Layout().Roll).contains(box.center());
+    }
     std::size_t Selected() { return editor.Display().Own().Selected_Count(); }
     template <typename Dialog>
     Dialog* Opened() {
@@ -129,6 +134,9 @@ private slots:
     void Rules_And_Their_Boxes();
     void The_Selection_Comes_Back_With_A_Step();
     void Another_Song_Begins_Unselected();
+    void A_Take_Is_Shown_While_It_Grows();
+    void Copy_Mode_Blinks();
+    void A_Patch_Event_Takes_Another_Patch();
     void It_Is_The_First_Tab_Of_The_Window();
 };
 
@@ -371,8 +379,8 @@ void Events_Editor_Test::The_View_Is_Remembered() {
     e.editor.Open_View();
     auto* window = e.Opened<frmEvEd_View>();
     for (auto* check : window->findChildren<QCheckBox*>())
-        if (check->text() == QStringLiteral("View Midi notes number on note events.") ||
-            check->text() == QStringLiteral("View Bars"))
+        if (check->text() == QStringLiteral("View &Midi notes number on note events.") ||
+            check->text() == QStringLiteral("View &Bars"))
             check->click();
     Click(*window, "ok");
     QCOMPARE(e.S().settings.Global_EVEd_View_NoteNumbers, 1);
@@ -423,8 +431,10 @@ void Events_Editor_Test::The_Selection_Comes_Back_With_A_Step() {
     QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
     e.Type("D");
     QCOMPARE(e.Selected(), std::size_t{0});
+    e.view.Scroll_To(1e9, 0.0);
     e.S().undo->Do_Undo();
     QCOMPARE(e.Selected(), std::size_t{3});
+    QVERIFY(e.In_View(0)); // and is seen
     e.editor.Open_Undo_List();
     auto* list = Find<QListWidget>(*e.Opened<frmUndoList>(), "List1");
     QCOMPARE(list->item(1)->text(), QStringLiteral("Delete events (undone)"));
@@ -445,6 +455,54 @@ void Events_Editor_Test::Another_Song_Begins_Unselected() {
     e.host.Show_Channel(NOT_GIVEN);
     e.Type("I"); // nowhere to go
     QCOMPARE(e.Store().GetTotalEvents(), 0);
+}
+
+void Events_Editor_Test::A_Take_Is_Shown_While_It_Grows() {
+    Editor e(false);
+    e.editor.On_Run_Started(true);
+    const auto record = [&](double beat, int note) {
+        e.S().hub->Message(nullptr, MSG_REC_EVENT, std::int32_t{0}, std::int32_t{EV_NOTE}, beat,
+                           EventData(NoteData{static_cast<std::uint8_t>(note), 90, 0.5}));
+    };
+    record(300.0, 36);
+    record(301.0, 30);
+    QCOMPARE(e.editor.Display().Take().size(), std::size_t{2});
+    QTRY_VERIFY(QRectF(e.view.Painter().Layout().Roll).bottom() > e.view.Painter().Y_Of_Note(30));
+    QCOMPARE(e.editor.Display().Own().Rows().size(), std::size_t{0});
+    e.Store().CopyRecEvents();
+    e.S().hub->Message(nullptr, MSG_GENERAL_UPDATE);
+    e.editor.On_Run_Ended();
+    e.editor.Update_View();
+    QVERIFY(e.editor.Display().Take().empty());
+    QVERIFY(e.In_View(0) && e.In_View(1));
+}
+
+void Events_Editor_Test::Copy_Mode_Blinks() {
+    Editor e;
+    e.editor.Set_Copy_Mode(true);
+    auto* label = Find<QLabel>(e.editor, "Label4");
+    QVERIFY(label->isVisible());
+    for (const bool dim : {true, false, true})
+        QTRY_COMPARE(label->property("dim").toBool(), dim);
+    e.editor.Set_Copy_Mode(false);
+    QVERIFY(!label->isVisible());
+}
+
+void Events_Editor_Test::A_Patch_Event_Takes_Another_Patch() {
+    Editor e(false);
+    const std::int32_t id = e.Store().AddNewEvent(1.0, PatchData{4});
+    e.editor.LoadData_From_ChannelClass();
+    e.editor.Update_View();
+    e.editor.Display().Own().Select({id});
+    e.editor.Open_Properties();
+    auto* window = e.Opened<frmPatchSelectionWin>();
+    auto* list = window->findChild<QListWidget*>();
+    QCOMPARE(list->currentItem()->data(Qt::UserRole).toInt(), 4);
+    list->setCurrentRow(list->currentRow() + 3);
+    window->accept();
+    QCOMPARE(e.Store().ReadEvent(0)->DataRef, 7);
+    QCOMPARE(e.messages, QList<int>({1024, 1025}));
+    QVERIFY(e.S().channels->Channels[0].PatchI != 7);
 }
 
 void Events_Editor_Test::It_Is_The_First_Tab_Of_The_Window() {
