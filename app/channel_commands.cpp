@@ -2,9 +2,7 @@
 
 #include "app/session.h"
 #include "editors/edit_grid.h"
-
-#include <utility>
-#include <vector>
+#include "editors/event_edits.h"
 
 namespace tonvex {
 
@@ -13,21 +11,17 @@ bool Align_Channel_Events(Session& session, std::int32_t channelId) {
     if (row < 0)
         return false;
     const ChannelClass& store = session.channels->Store(row);
-    std::vector<std::pair<std::int32_t, double>> moves;
-    for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i)) {
-        const auto event = store.ReadEvent(i);
-        if (!event)
-            continue;
-        const double onGrid = Round_To_Grid(event->StartTime, session.editorSetup.AlignDiv);
-        if (onGrid != event->StartTime)
-            moves.emplace_back(event->EventID, onGrid);
-    }
-    if (moves.empty())
+    const int div = session.editorSetup.AlignDiv;
+    Event_Edits::IDs offGrid;
+    for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
+        if (const auto event = store.ReadEvent(i);
+            event && Round_To_Grid(event->StartTime, div) != event->StartTime)
+            offGrid.push_back(event->EventID);
+    if (offGrid.empty())
         return true;
-    const MsgManager::Batch batch(*session.hub, MsgManager::Batch::Update_At_End, "Align Events");
-    for (const auto& [eventId, startBeat] : moves)
-        session.hub->Message(nullptr, MSG_MOVE_EVENT, channelId, eventId, startBeat);
-    session.hub->Message(nullptr, MSG_MOVE_END, channelId);
+    Event_Edits edits({*session.hub, session.events, *session.channels, session.doors.dialogs}, nullptr);
+    edits.Channel = channelId;
+    edits.Align(offGrid, div);
     return true;
 }
 

@@ -216,6 +216,8 @@ void frmMain::Make_Events_Editor() {
     connect(&editor, &EventsEditorCtrl::stopWanted, recorder, &frmRecorder::Button_Stop);
     connect(&editor, &EventsEditorCtrl::helpWanted, this, &frmMain::Show_Help);
     connect(&editor, &EventsEditorCtrl::soundFontsWanted, this, &frmMain::Edit_Sound_Fonts);
+    connect(&editor, &EventsEditorCtrl::noteNamesWanted, this, &frmMain::Set_Note_Names);
+    connect(&editor, &EventsEditorCtrl::channelWanted, this, &frmMain::Select_Channel);
 }
 
 QDockWidget* frmMain::Make_Channels_Pane() {

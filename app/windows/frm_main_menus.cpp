@@ -229,6 +229,9 @@ void frmMain::Make_Note_Names_Menu(QMenu* options) {
             Add_Check(menu, names.trimmed(), {}, [this, notation](bool) { Set_Note_Names(notation); });
         action->setChecked(session.notes.Global_Notation == notation);
         group->addAction(action);
+        // The events editor's view window sets them too.
+        connect(menu, &QMenu::aboutToShow, action,
+                [this, action, notation] { action->setChecked(session.notes.Global_Notation == notation); });
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/song_key.h"
 #include "app/windows/frm_main.h"
+#include "editors/windows/frm_events_editor.h"
 
 #include "engine/windows/frm_metronome_setup.h"
 #include "engine/windows/frm_recorder.h"
@@ -54,6 +55,8 @@ void frmMain::Make_Edit_Menu() {
     addAction(redoKeys);
     fixedKeys.push_back(
         {redoKeys, {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)}});
+    QAction* steps =
+        Add_Action(menu, tr("Undo &list..."), {}, [this] { eventsEditor->Editor().Open_Undo_List(); });
     menu->addSeparator();
     QAction* select = Add_Function(menu, tr("&Select channel"), "Select Channel");
     QAction* add = Add_Function(menu, tr("&Add new channel"), "Add new channel");
@@ -65,7 +68,7 @@ void frmMain::Make_Edit_Menu() {
     Add_Action(menu, tr("&Edit channel properties..."), {}, [this] { Edit_Channel_Properties(); });
     QAction* rename = Add_Action(menu, tr("Re&name channel..."), {}, [this] { Rename_Channel(); });
     QAction* clear = Add_Function(menu, tr("&Clear channel events"), "Clear Channel Events");
-    for (QAction* action : {undoAction, redoAction, select, add, fromTemplate, remove, rename, clear})
+    for (QAction* action : {undoAction, redoAction, steps, select, add, fromTemplate, remove, rename, clear})
         lockedInRun.push_back(action);
 }
 
