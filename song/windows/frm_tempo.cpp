@@ -73,7 +73,7 @@ void frmTempo::Make_Controls(const Theme& theme) {
     base->addStretch(1);
     all->addLayout(base);
 
-    auto* listLabel = new QLabel(tr("C&hanges:"), this);
+    auto* listLabel = new QLabel(tr("Chan&ges:"), this);
     List1 = new QTreeWidget(this);
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Tempo changes"));
