@@ -2,12 +2,9 @@
 
 #include "platform/audio_thread_mark.h"
 #include "support/audio_thread_guard.h"
-#include "support/click_font.h"
+#include "support/offline_bed.h"
 #include "support/onsets.h"
 #include "support/real_time.h"
-#include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
@@ -22,14 +19,6 @@ namespace {
 
 using test::Comes_True;
 using test::Wait_Ms;
-
-Sound_Message Note(std::int64_t dueNs) {
-    Sound_Message note;
-    note.dueNs = dueNs;
-    note.a = 60;
-    note.b = 127;
-    return note;
-}
 
 /// Update period in ms that gives a block of so many frames at 44100 Hz.
 int Update_Ms_For(int blockFrames) {
@@ -138,8 +127,7 @@ void Exercise(Live_Sound_Door& door, const Temp_Folder& folder, std::atomic<bool
     std::atomic<bool> stop{false};
     std::thread player([&] {
         for (std::uint32_t i = 0; !stop; ++i) {
-            Sound_Message row = Note(clock.Now_Ns() + 12'000'000);
-            row.slot = static_cast<std::uint8_t>(i % OUTPUT_SLOTS);
+            const Sound_Message row = Note(clock.Now_Ns() + 12'000'000, static_cast<int>(i % OUTPUT_SLOTS));
             door.Post_From_Player(row);
             if (i % 100 == 0)
                 door.Take_Back_From_Player(row.dueNs - 5'000'000);
@@ -149,11 +137,9 @@ void Exercise(Live_Sound_Door& door, const Temp_Folder& folder, std::atomic<bool
     std::mt19937 random(5);
     for (int i = 0; i < messages; ++i) {
         const auto r = static_cast<std::uint32_t>(random());
-        Sound_Message message = Note(clock.Now_Ns());
-        message.op = r % 4 != 0 ? Sound_Op::NoteOn : static_cast<Sound_Op>(r / 4 % 7);
-        message.slot = static_cast<std::uint8_t>(r >> 8 & 31);
-        message.a = static_cast<std::uint8_t>(r >> 13 & 127);
-        door.Post(message);
+        const Sound_Op op = r % 4 != 0 ? Sound_Op::NoteOn : static_cast<Sound_Op>(r / 4 % 7);
+        door.Post(
+            Message(op, static_cast<int>(r >> 8 & 31), static_cast<int>(r >> 13 & 127), 127, clock.Now_Ns()));
         door.Set_Master_Volume(static_cast<int>(r >> 20 & 127));
         if (i % 5 == 0) {
             Effect_Settings effects;

@@ -1,54 +1,24 @@
-#include "platform/offline_sound_door.h"
-
-#include "support/click_font.h"
+#include "support/offline_bed.h"
 #include "support/onsets.h"
-#include "support/temp_folder.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cmath>
-#include <functional>
 #include <limits>
-#include <random>
 
 namespace tonvex {
 namespace {
 
 constexpr std::int64_t MS = 1'000'000;
 
-Sound_Message Make(Sound_Op op, int slot, int a, int b, std::int64_t dueNs) {
-    Sound_Message message;
-    message.op = op;
-    message.slot = static_cast<std::uint8_t>(slot);
-    message.a = static_cast<std::uint8_t>(a);
-    message.b = static_cast<std::uint8_t>(b);
-    message.dueNs = dueNs;
-    return message;
-}
-
-Sound_Message Note(std::int64_t dueNs, int slot = 0) {
-    return Make(Sound_Op::NoteOn, slot, 60, 127, dueNs);
-}
-
 /// An open door with a font of clicks at programs 0 and 1, a held level at 2, and the same for drums.
-class Offline_Door : public ::testing::Test {
+class Offline_Door : public Offline_Bed {
 protected:
-    explicit Offline_Door(int blockFrames = 256) : door(clock, blockFrames) {
+    explicit Offline_Door(int blockFrames = 256) : Offline_Bed(blockFrames) {
         test::Write_Click_Font(folder / "clicks.sf2", {{"Loud", 0, 0, 30000},
                                                        {"Soft", 0, 1, 10000},
                                                        {"Held", 0, 2, 20000, true},
                                                        {"Kit", 128, 0, 20000},
                                                        {"Held kit", 128, 2, 20000, true}});
         EXPECT_EQ(door.Set_Fonts({folder / "clicks.sf2"}).front(), 1);
-        std::string error;
-        EXPECT_TRUE(door.Open({}, error)) << error;
-    }
-    void Run_Ms(int ms) {
-        for (int i = 0; i < ms; ++i) {
-            clock.Advance_Ms(1);
-            door.Render_Until(clock.Now_Ns(), keep);
-        }
+        Open();
     }
     /// Highest sample of one click at the present settings.
     float Click_Level(int slot = 0) {
@@ -58,14 +28,6 @@ protected:
         Run_Ms(100);
         return door.Status().peakLeft;
     }
-
-    Temp_Folder folder;
-    Simulated_Counter clock;
-    Offline_Sound_Door door;
-    std::vector<float> samples;
-    const std::function<void(std::span<const float>)> keep = [this](std::span<const float> stereo) {
-        samples.insert(samples.end(), stereo.begin(), stereo.end());
-    };
 };
 
 class Offline_Blocks : public Offline_Door, public ::testing::WithParamInterface<int> {
@@ -126,7 +88,7 @@ TEST_F(Offline_Door, Rows_Of_The_Player_Can_Be_Taken_Back) {
 TEST_F(Offline_Door, A_Full_Queue_Refuses_Counts_And_Works_Again) {
     int refused = 0;
     for (std::size_t i = 0; i < Sound_Core::QUEUE_CAPACITY + 100; ++i)
-        refused += door.Post(Make(Sound_Op::Pan, 3, 64, 0, 0)) ? 0 : 1;
+        refused += door.Post(Message(Sound_Op::Pan, 3, 64, 0, 0)) ? 0 : 1;
     EXPECT_EQ(refused, 100);
     EXPECT_TRUE(door.Post_From_Player(Note(0))) << "the player has a queue of its own";
     EXPECT_EQ(door.Status().droppedMessages, 100U);
@@ -140,9 +102,9 @@ TEST_F(Offline_Door, Equal_Moments_Keep_Their_Order) {
     const float loud = Click_Level();
     const std::int64_t due = clock.Now_Ns() + 30 * MS;
     for (int i = 0; i < 21; ++i) // ends with the soft one
-        door.Post(Make(Sound_Op::Patch, 0, (i + 1) % 2, 0, due));
+        door.Post(Message(Sound_Op::Patch, 0, (i + 1) % 2, 0, due));
     door.Post(Note(due));
-    door.Post(Make(Sound_Op::Patch, 0, 0, 0, due));
+    door.Post(Message(Sound_Op::Patch, 0, 0, 0, due));
     Run_Ms(200);
     EXPECT_NEAR(door.Status().peakLeft, loud / 3, loud * 0.02F);
     EXPECT_NEAR(Click_Level(), loud, loud * 0.02F);
@@ -163,10 +125,10 @@ TEST_F(Offline_Door, Levels_Follow_Volume_Pan_Master_And_Amplification) {
     door.Set_Master_Volume(0);
     EXPECT_EQ(Click_Level(), 0.0F);
     door.Set_Master_Volume(127);
-    door.Post(Make(Sound_Op::Volume, 0, 0, 0, 0));
+    door.Post(Message(Sound_Op::Volume, 0, 0, 0, 0));
     EXPECT_LT(Click_Level(), full * 0.01F);
-    door.Post(Make(Sound_Op::Volume, 0, 255, 0, 0)); // brought down to 127, which is above the first 100
-    door.Post(Make(Sound_Op::Pan, 0, 127, 0, 0));
+    door.Post(Message(Sound_Op::Volume, 0, 255, 0, 0)); // brought down to 127, which is above the first 100
+    door.Post(Message(Sound_Op::Pan, 0, 127, 0, 0));
     Click_Level(); // the synthesizer moves a voice from the pan of its last note
     EXPECT_LT(Click_Level(), full * 0.04F) << "left is next to silent when the slot is panned to the right";
     EXPECT_GT(Click_Level(1), full * 0.9F) << "the other slots are as they were";
@@ -185,45 +147,21 @@ TEST_F(Offline_Door, An_Off_Ends_A_Note_A_Slot_Or_All) {
         return slots;
     };
     for (const int slot : {0, 3, 9, 31}) {
-        door.Post(Make(Sound_Op::Patch, slot, 2, 0, 0));
+        door.Post(Message(Sound_Op::Patch, slot, 2, 0, 0));
         door.Post(Note(0, slot));
     }
     door.Post(Note(0, 40)); // a slot that does not exist
     EXPECT_EQ(Sounding(), (std::vector<int>{0, 3, 9, 31}));
-    door.Post(Make(Sound_Op::NoteOff, 3, 61, 0, 0)); // another note
+    door.Post(Message(Sound_Op::NoteOff, 3, 61, 0, 0)); // another note
     EXPECT_EQ(Sounding().size(), 4U);
-    door.Post(Make(Sound_Op::NoteOff, 3, 60, 0, 0));
+    door.Post(Message(Sound_Op::NoteOff, 3, 60, 0, 0));
     EXPECT_EQ(Sounding(), (std::vector<int>{0, 9, 31}));
-    door.Post(Make(Sound_Op::ChannelNotesOff, 31, 0, 0, 0));
+    door.Post(Message(Sound_Op::ChannelNotesOff, 31, 0, 0, 0));
     EXPECT_EQ(Sounding(), (std::vector<int>{0, 9}));
-    door.Post(Make(Sound_Op::NoteOn, 0, 60, 0, 0)); // velocity 0 is an off
+    door.Post(Message(Sound_Op::NoteOn, 0, 60, 0, 0)); // velocity 0 is an off
     EXPECT_EQ(Sounding(), (std::vector<int>{9}));
-    door.Post(Make(Sound_Op::AllNotesOff, 200, 0, 0, 0));
+    door.Post(Message(Sound_Op::AllNotesOff, 200, 0, 0, 0));
     EXPECT_TRUE(Sounding().empty());
-}
-
-TEST_F(Offline_Door, The_Same_Messages_Give_The_Same_Samples) {
-    std::vector<float> runs[2];
-    for (auto& run : runs) {
-        Simulated_Counter time;
-        Offline_Sound_Door other(time, 256);
-        other.Set_Fonts({folder / "clicks.sf2"});
-        std::string error;
-        ASSERT_TRUE(other.Open({}, error));
-        const auto sink = [&run](std::span<const float> s) { run.insert(run.end(), s.begin(), s.end()); };
-        std::mt19937 random(17);
-        for (int ms = 0; ms < 1500; ++ms) {
-            const auto r = static_cast<std::uint32_t>(random());
-            other.Post(Make(static_cast<Sound_Op>(r % 7), static_cast<int>(r >> 3 & 31),
-                            static_cast<int>(r >> 8 & 127), static_cast<int>(r >> 15 & 127), time.Now_Ns()));
-            time.Advance_Ms(1);
-            other.Render_Until(time.Now_Ns(), sink);
-        }
-        other.Render_Tail(8.0, sink);
-        EXPECT_EQ(other.Frames_Rendered() * 2, static_cast<std::int64_t>(run.size()));
-    }
-    EXPECT_GT(*std::max_element(runs[0].begin(), runs[0].end()), 0.05F);
-    EXPECT_TRUE(runs[0] == runs[1]);
 }
 
 TEST_F(Offline_Door, The_Tail_Ends_With_The_Last_Voice_Or_At_Its_Limit) {
@@ -239,13 +177,13 @@ TEST_F(Offline_Door, The_Tail_Ends_With_The_Last_Voice_Or_At_Its_Limit) {
 
 TEST_F(Offline_Door, While_Closed_Notes_Are_Refused_And_Settings_Kept) {
     const float full = Click_Level();
-    door.Post(Make(Sound_Op::Patch, 5, 2, 0, 0));
+    door.Post(Message(Sound_Op::Patch, 5, 2, 0, 0));
     door.Post(Note(0, 5)); // is held
     Run_Ms(50);
     door.Post_From_Player(Note(clock.Now_Ns() + 20 * MS, 6)); // is under way
     door.Close();
     EXPECT_FALSE(door.Post(Note(0)));
-    EXPECT_TRUE(door.Post(Make(Sound_Op::Patch, 0, 1, 0, 0)));
+    EXPECT_TRUE(door.Post(Message(Sound_Op::Patch, 0, 1, 0, 0)));
     EXPECT_FALSE(door.Status().open);
     std::string error;
     ASSERT_TRUE(door.Open({}, error)) << error;

@@ -2,12 +2,9 @@
 
 #include "platform/live_sound_door.h"
 #include "support/child_process.h"
-#include "support/click_font.h"
+#include "support/offline_bed.h"
 #include "support/onsets.h"
 #include "support/real_time.h"
-#include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -103,13 +100,7 @@ protected:
         if (!up)
             GTEST_SKIP() << command.front() << " does not start on this machine";
     }
-    void Play_Click() {
-        Sound_Message note;
-        note.dueNs = clock.Now_Ns();
-        note.a = 60;
-        note.b = 127;
-        door->Post(note);
-    }
+    void Play_Click() { door->Post(Note(clock.Now_Ns())); }
     bool Clicks_Heard(std::size_t count) {
         return Comes_True([&] { return test::Onsets(door->Kept_Samples()).size() >= count; }, 5);
     }

@@ -1,9 +1,4 @@
-#include "platform/offline_sound_door.h"
-
-#include "support/click_font.h"
-#include "support/temp_folder.h"
-
-#include <gtest/gtest.h>
+#include "support/offline_bed.h"
 
 #include <array>
 
@@ -12,42 +7,24 @@ namespace {
 
 constexpr float LOUDEST = 30000.0F;
 
-class Synth_Fonts : public ::testing::Test {
-protected:
-    Synth_Fonts() : first(folder / "first.sf2"), second(folder / "second.sf2") {
+struct Synth_Fonts : Offline_Bed {
+    Synth_Fonts() {
         test::Write_Click_Font(first, {{"A", 0, 0, 30000}, {"B", 0, 5, 25000}, {"Kit", 128, 0, 20000}});
         test::Write_Click_Font(second, {{"C", 0, 0, 15000}, {"D", 3, 5, 10000}, {"Kit 16", 128, 16, 6000}});
     }
-    void Open() {
-        std::string error;
-        ASSERT_TRUE(door.Open({}, error)) << error;
-    }
     void Patch(int slot, int program, int bank, std::int32_t font) {
-        Sound_Message patch;
-        patch.op = Sound_Op::Patch;
-        patch.slot = static_cast<std::uint8_t>(slot);
-        patch.a = static_cast<std::uint8_t>(program);
-        patch.b = static_cast<std::uint8_t>(bank);
-        patch.font = font;
-        door.Post(patch);
+        door.Post(Message(Sound_Op::Patch, slot, program, bank, 0, font));
     }
     float Peak_Of_Note(int slot) {
-        Sound_Message note;
-        note.slot = static_cast<std::uint8_t>(slot);
-        note.a = 60;
-        note.b = 127;
-        door.Post(note);
+        door.Post(Note(0, slot));
         clock.Advance_Ms(100);
         door.Slot_Peak(slot);
         door.Render_Until(clock.Now_Ns(), {});
         return door.Slot_Peak(slot);
     }
 
-    Temp_Folder folder;
-    std::filesystem::path first;
-    std::filesystem::path second;
-    Simulated_Counter clock;
-    Offline_Sound_Door door{clock};
+    const std::filesystem::path first = folder / "first.sf2";
+    const std::filesystem::path second = folder / "second.sf2";
 };
 
 TEST_F(Synth_Fonts, A_Patch_Finds_Its_Font) {
@@ -129,21 +106,14 @@ void Sound_Variants(const Temp_Folder& folder, const std::vector<std::vector<std
     std::array<float, Synth_Graph::PIECE> right{};
     for (const Font_Source& font : fonts) {
         loads.push_back(instance->Has_Font(font.handle));
-        Sound_Message message;
-        message.op = Sound_Op::Patch;
-        message.font = font.handle;
-        graph->Apply(message);
-        message.op = Sound_Op::NoteOn;
-        message.a = 60;
-        message.b = 127;
-        graph->Apply(message);
+        graph->Apply(Message(Sound_Op::Patch, 0, 0, 0, 0, font.handle));
+        graph->Apply(Note(0));
         for (int piece = 0; piece < 12; ++piece) {
             graph->Render(left.data(), right.data(), 1.0F);
             for (const float sample : left)
                 ASSERT_TRUE(sample > -100.0F && sample < 100.0F) << "variant " << font.handle;
         }
-        message.op = Sound_Op::AllNotesOff;
-        graph->Apply(message);
+        graph->Apply(Message(Sound_Op::AllNotesOff, 0, 0));
     }
 }
 

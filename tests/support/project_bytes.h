@@ -3,7 +3,6 @@
 #include "base/byte_cursor.h"
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <vector>
 

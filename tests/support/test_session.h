@@ -4,7 +4,6 @@
 #include "support/recorder_doors.h"
 #include "support/temp_folder.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 

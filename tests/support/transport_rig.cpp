@@ -1,6 +1,5 @@
 #include "support/transport_rig.h"
 
-#include <algorithm>
 #include <cmath>
 #include <sstream>
 
