@@ -88,12 +88,7 @@ TEST_F(MsgManager_Test, Channel_101_Is_Refused) {
 }
 
 TEST_F(MsgManager_Test, Live_Changes_Sound_At_Once) {
-    const auto sent = [this](Sound_Op op, int slot, int a) {
-        int count = 0;
-        for (const Sound_Message& message : test.sound.posted)
-            count += message.op == op && message.slot == slot && message.a == a ? 1 : 0;
-        return count;
-    };
+    const auto sent = [this](Sound_Op op, int slot, int a) { return Count(test.sound.posted, op, slot, a); };
     session.channels->Global_Patches[7].Patch = 24;
     Send(1001, CHANNEL, 7);
     EXPECT_EQ(sent(Sound_Op::Patch, 0, 24), 1) << "the program of patch row 7";

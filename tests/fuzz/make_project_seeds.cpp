@@ -2,7 +2,6 @@
 // tests/fuzz/seeds
 
 #include "base/file_io.h"
-#include "creator/style_names.h"
 #include "project/project_writer.h"
 #include "support/older_project.h"
 #include "support/song_corpus.h"
@@ -45,44 +44,13 @@ bool Put_Todays(const fs::path& folder) {
 }
 
 bool Put_Older(const fs::path& folder) {
-    GlobalChannel row;
-    row.ChannelID = 7;
-    row.ChannelName = "Old channel";
-    row.PatchI = 33;
-    row.InUse = FLAG_ON;
-    MusicCreator_Module creator;
-    for (std::uint8_t i = 0; i < STYLES; ++i) {
-        creator.MC_Tracks[i] = {90, i, i, "Track", 0, i, FLAG_ON, 0, FLAG_ON, 31, 26, {}};
-        creator.MC_Events[i].InUse = FLAG_ON;
-        creator.MC_Events[i].TrackID = i;
-    }
-    const older::Old_Channel channel{
-        .channelNumber = 7,
-        .events = {{1500, EV_NOTE, 0}, {750, EV_QCHORD, 0}, {0, EV_MC, 0}, {0, EV_PATCH, 5}},
-        .notes = {{60, 100, 375}},
-        .chords = {older::Old_Chord(6000)},
-        .fragments = {MCEventData{}}};
-    const std::vector<older::Old_Mark> marks = {{true, 0, 0, "Start", 0}, {true, 3000, 4500, "Chorus", 255}};
     bool done = true;
-    std::uint8_t pick = 0;
-    const auto put = [&](const Section_Bytes& section) {
+    std::uint8_t pick = 0; // the target's readers are in the same order
+    for (const Section_Bytes& section : older::Every_Section()) {
         Bytes bytes = {pick++, 79, 2};
         bytes.insert(bytes.end(), section.bytes.begin(), section.bytes.end());
         done &= Put(folder / (section.name + "_" + std::to_string(section.version)), bytes);
-    };
-    // in the order of the readers
-    put(older::Globals(1, 80));
-    put(older::Globals(2, 80));
-    put(older::Channels(1, {row}, 2));
-    put(older::Channels(2, {row}, 2));
-    put(older::Maps({10, 20, {{0, 5}, {250, 127}}}, {}));
-    put(older::Events({channel, {}}));
-    put(older::Marks(1, marks));
-    put(older::Marks(2, marks));
-    put(older::Effects({}));
-    put(older::Editor(4, 0.5));
-    put(older::Creator(1, creator));
-    put(older::Creator(2, creator));
+    }
     return done && Put(folder / "first_version", older::First_Version("02", {"Title", "Author", "Comments"},
                                                                       60, 95, 40, {0x90, 60, 100, 0}));
 }

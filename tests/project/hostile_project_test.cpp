@@ -32,37 +32,10 @@ Bytes Full_Song() {
     return Write_Project(session.files->Snapshot()).value();
 }
 
-std::vector<Section_Bytes> Older_Sections() {
-    GlobalChannel row;
-    row.ChannelID = 7;
-    row.InUse = FLAG_ON;
-    MusicCreator_Module creator;
-    creator.MC_Tracks[0] = {90, 2, 7, "Clean Guitar", 0, 1, FLAG_ON, 0, FLAG_ON, 0, 0, {}};
-    creator.MC_Events[0].InUse = FLAG_ON;
-    creator.MC_Events[0].TrackID = 2;
-    const older::Old_Channel channel{.channelNumber = 7,
-                                     .events = {{10, EV_NOTE, 0}, {5, EV_QCHORD, 0}, {5, EV_MC, 0}},
-                                     .notes = {{60, 100, 375}},
-                                     .chords = {older::Old_Chord(6000)},
-                                     .fragments = {MCEventData{}}};
-    return {older::Globals(1, 80),
-            older::Globals(2, 120),
-            older::Channels(1, {row}, 0),
-            older::Channels(2, {row}, 0),
-            older::Events({channel, channel}),
-            older::Marks(1, {{true, 5, 9, "a", 1}}),
-            older::Marks(2, {{true, 5, 9, "a", 1}}),
-            older::Maps({1, 2, {{0, 5}, {250, 127}}}, {}),
-            older::Effects({}),
-            older::Editor(4, 0.5),
-            older::Creator(1, creator),
-            older::Creator(2, creator)};
-}
-
 /// Every section that can be read, in all its versions.
 std::vector<Section_Bytes> Every_Section() {
     std::vector<Section_Bytes> all = Sections_Of(Full_Song());
-    for (const Section_Bytes& section : Older_Sections())
+    for (const Section_Bytes& section : older::Every_Section())
         all.push_back(section);
     return all;
 }
@@ -266,6 +239,16 @@ TEST(Hostile_Project, The_Table_May_Say_Anything) {
     file = whole;
     put(6, -1);
     EXPECT_EQ(outcome("no rows"), Read_Outcome::Whole);
+    const std::size_t unknown = row_places.back() - 1; // the end of the last section's name
+    for (const auto& [at, byte, told] : {std::tuple{std::size_t{3}, '3', Read_Outcome::Not_A_Project},
+                                         {5, '2', Read_Outcome::Version_Not_Supported},
+                                         {5, '0', Read_Outcome::Whole},
+                                         {4, 'x', Read_Outcome::Broken},
+                                         {unknown, 'X', Read_Outcome::Whole}}) {
+        file = whole;
+        file[at] = static_cast<std::uint8_t>(byte);
+        EXPECT_EQ(outcome("a byte of the head"), told) << at << byte;
+    }
     file = whole;
     file[10] = file[11] = 255; // a name of 65535
     EXPECT_NE(outcome("a long name"), Read_Outcome::Newer_Section);
@@ -319,7 +302,13 @@ TEST(Hostile_Project, The_User_Is_Told_And_A_New_Project_Stands) {
         EXPECT_EQ(stands.EditorSetup, EventsEditor_Setup{});
         EXPECT_TRUE(session.tempoChanges.In_Time_Order().empty()) << one.name;
         EXPECT_EQ(stands.MarkCount, 1);
+        EXPECT_EQ(session.settings.LRU[0], "");
     }
+    Make_Full_Song(session);
+    const int channels = session.channels->Count_Channels();
+    EXPECT_FALSE(session.files->LoadProject(bed.folder / "nowhere.tvx", 0, true));
+    EXPECT_EQ(bed.dialogs.shown.back().text, "File does not exist");
+    EXPECT_EQ(session.channels->Count_Channels(), channels) << "nothing else happens";
     ASSERT_TRUE(Write_File(path, whole)); // and the next good file loads
     EXPECT_TRUE(session.files->LoadProject(path, 0, true));
     EXPECT_GT(session.channels->Count_Channels(), 0);

@@ -2,6 +2,7 @@
 
 #include "app/session.h"
 #include "platform/live_sound_door.h"
+#include "platform/waiting_run_loop.h"
 #include "support/click_font.h"
 #include "support/onsets.h"
 #include "support/sound_files.h"
@@ -129,17 +130,6 @@ TEST_F(Mixdown_Test, What_Ends_Without_A_File_Leaves_The_Old_One) {
     EXPECT_GT(fs::file_size(old), 44100U * 4 * 60);
 }
 
-/// A run loop as the window's: about a millisecond a round.
-class Real_Loop final : public Run_Loop {
-public:
-    void Run(const std::function<bool()>& round) override {
-        do
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        while (round());
-    }
-    void Let_Messages_Run() override {}
-};
-
 std::span<const float> From_First_Sound(std::span<const float> stereo) {
     const auto first =
         std::find_if(stereo.begin(), stereo.end(), [](float sample) { return sample != 0.0F; });
@@ -151,7 +141,7 @@ std::span<const float> From_First_Sound(std::span<const float> stereo) {
 TEST_F(Mixdown_Test, Sounds_As_The_Song_Played_In_Real_Time) {
     constexpr int TRIES = 4;
     Monotonic_Counter counter;
-    Real_Loop loop;
+    Waiting_Run_Loop loop;
     Live_Sound_Door sound(counter, {});
     Session live(
         {sound, doors.midi, doors.keys, counter, loop, doors.store, doors.dialogs, Cue_Drive::Threaded},

@@ -1,6 +1,7 @@
 #include "support/older_project.h"
 
 #include "base/text_codec.h"
+#include "creator/style_names.h"
 #include "song/event_rows.h"
 
 namespace tonvex::older {
@@ -185,6 +186,39 @@ Section_Bytes Creator(std::int32_t version, MusicCreator_Module creator) {
     const auto highest = bytes.begin() + 12 + (live + 1) * 236 + 4;
     bytes.erase(highest, highest + 4);
     return {"MusicCreator_Data", version, bytes};
+}
+
+std::vector<Section_Bytes> Every_Section() {
+    GlobalChannel row;
+    row.ChannelID = 7;
+    row.ChannelName = "Old channel";
+    row.PatchI = 33;
+    row.InUse = FLAG_ON;
+    MusicCreator_Module creator;
+    for (std::uint8_t i = 0; i < STYLES; ++i) {
+        creator.MC_Tracks[i] = {90, i, i, "Track", 0, i, FLAG_ON, 0, FLAG_ON, 31, 26, {}};
+        creator.MC_Events[i].InUse = FLAG_ON;
+        creator.MC_Events[i].TrackID = i;
+    }
+    const Old_Channel channel{
+        .channelNumber = 7,
+        .events = {{1500, EV_NOTE, 0}, {750, EV_QCHORD, 0}, {0, EV_MC, 0}, {0, EV_PATCH, 5}},
+        .notes = {{60, 100, 375}},
+        .chords = {Old_Chord(6000)},
+        .fragments = {MCEventData{}}};
+    const std::vector<Old_Mark> marks = {{true, 0, 0, "Start", 0}, {true, 3000, 4500, "Chorus", 255}};
+    return {Globals(1, 80),
+            Globals(2, 80),
+            Channels(1, {row}, 2),
+            Channels(2, {row}, 2),
+            Maps({10, 20, {{0, 5}, {250, 127}}}, {}),
+            Events({channel, {}}),
+            Marks(1, marks),
+            Marks(2, marks),
+            Effects({}),
+            Editor(4, 0.5),
+            Creator(1, creator),
+            Creator(2, creator)};
 }
 
 Bytes First_Version(const std::string& digits, const std::vector<std::string>& texts, std::int32_t metronomeA,

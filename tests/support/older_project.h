@@ -63,6 +63,9 @@ Section_Bytes Effects(const Effect_Settings& settings);
 Section_Bytes Editor(std::int32_t alignDiv, double alignStep);
 /// creator's first 16 tracks.
 Section_Bytes Creator(std::int32_t version, MusicCreator_Module creator);
+/// One of each, all with something in them, in the order of the readers. The channels' tables tell of two
+/// channels, of which the events hold one.
+std::vector<Section_Bytes> Every_Section();
 /// A file of the first major version: its head, then what stands behind it.
 Bytes First_Version(const std::string& digits, const std::vector<std::string>& texts, std::int32_t metronomeA,
                     std::int32_t tempo, std::int32_t metronomeB, const Bytes& behind = {});

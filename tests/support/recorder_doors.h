@@ -21,7 +21,6 @@ public:
     std::vector<Sound_Request> opened;                        ///< one a call of Open
     std::vector<std::vector<std::filesystem::path>> fontSets; ///< one a call of Set_Fonts
     std::vector<std::filesystem::path> unloadable;            ///< Set_Fonts gives 0 for these
-    std::vector<std::int64_t> takenBack;                      ///< moments of Take_Back_From_Player
     float amplification = 0.0F;                               ///< as last set
     std::array<Effect_Settings, OUTPUT_SLOTS> effects;        ///< as last set
     std::vector<int> effectsSet;                              ///< slots, one a call of Set_Effects
@@ -43,10 +42,7 @@ public:
         return true;
     }
     bool Post_From_Player(const Sound_Message& message) noexcept override { return Post(message); }
-    bool Take_Back_From_Player(std::int64_t fromNs) noexcept override {
-        takenBack.push_back(fromNs);
-        return true;
-    }
+    bool Take_Back_From_Player(std::int64_t) noexcept override { return true; }
     /// Handles rise over all calls: the first font ever given has 1.
     std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>& paths) override {
         fontSets.push_back(paths);
@@ -70,6 +66,13 @@ private:
     std::int32_t lastHandle = 0;
     int masterVolume = 127;
 };
+
+/// How many of the messages are of that kind, slot and note or value.
+inline int Count(const std::vector<Sound_Message>& messages, Sound_Op op, int slot, int a) {
+    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [&](const Sound_Message& m) {
+        return m.op == op && m.slot == slot && m.a == a;
+    }));
+}
 
 /// MIDI ports that exist by decree: what is sent is kept, what is to come in is put into incoming.
 class Recorder_Midi_Ports final : public Midi_Ports_Door {

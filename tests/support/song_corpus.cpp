@@ -111,20 +111,12 @@ void Creator(Session& session) {
     creator.SongMode = 1;
     creator.LastBar = 50;
     creator.MC_Tracks.resize(8);
+    const std::int32_t drums = session.channels->Channels[0].ChannelID;
     for (std::uint8_t style = 0; style < STYLES; ++style) {
         MCTrack& track = creator.MC_Tracks[style + 1U]; // row 0 is free, row 6 was deleted
-        track = {90,
-                 static_cast<std::int16_t>(style + 3),
-                 session.channels->Channels[0].ChannelID,
-                 std::string(Style_ShownName(style)),
-                 style,
-                 style,
-                 FLAG_ON,
-                 2,
-                 FLAG_ON,
-                 0,
-                 0,
-                 {}};
+        track = {90, 0, drums, std::string(Style_ShownName(style)), style, style, FLAG_ON, 2, FLAG_ON,
+                 0,  0, {}};
+        track.TrackID = static_cast<std::int16_t>(style + 3);
         track.Reserved[18] = style;
     }
     creator.MC_Tracks[6] = {90, 2, 12345, "\u00E9l\u00E8ve", 1, 3, FLAG_ON, 1, FLAG_OFF, 4, 5, {1, 2, 3}};
@@ -134,17 +126,11 @@ void Creator(Session& session) {
     creator.MC_Events.resize(130); // every third row is free
     for (int row = 0; row < 130; row += 1 + row % 3) {
         MCBarEvent& event = creator.MC_Events[static_cast<std::size_t>(row)];
-        event = {FLAG_ON,
-                 static_cast<float>(row) * 1.25F,
-                 16.0F,
-                 {static_cast<std::int16_t>(-row), 2, 3},
-                 {row, -row},
-                 0,
-                 16,
-                 static_cast<std::int16_t>(3 + row % STYLES),
-                 creator.NextEventID++,
-                 {},
-                 static_cast<std::uint8_t>(row)};
+        event = {FLAG_ON, static_cast<float>(row) * 1.25F, 16.0F, {0, 2, 3}, {row, -row}, 0, 16, 0, 0, {}, 0};
+        event.ViewWords[0] = static_cast<std::int16_t>(-row);
+        event.TrackID = static_cast<std::int16_t>(3 + row % STYLES);
+        event.EventID = creator.NextEventID++;
+        event.Reserved = static_cast<std::uint8_t>(row);
         event.StyleBlock.fill(static_cast<std::uint8_t>(row + 1));
     }
     session.editorSetup.AlignDiv = 12;
