@@ -112,15 +112,6 @@ TEST(ChordRoads, A_Chord_Is_Stored_As_It_Was_Played_And_Plays_Again) {
     }
 }
 
-TEST(ChordRoads, Held_At_The_Stop) {
-    Chord_Rig rig;
-    rig.Script({{100, ONE, true}});
-    ASSERT_TRUE(rig.Record(1000));
-    EXPECT_EQ(rig.Trace(), "100 On 0 48 80\n100 On 0 52 80\n100 On 0 55 80\n1000 AllOff\n1000 Off 0 48 100\n"
-                           "1000 Off 0 52 100\n1000 Off 0 55 100\n");
-    EXPECT_NEAR(rig.Stored(0).QChord->Length, 0.9, 1e-9);
-}
-
 TEST(ChordRoads, A_Late_Round_Gives_Every_Step_Its_Own_Moment) {
     Chord_Rig rig;
     rig.Arpeggio(ONE, {1, 2, 3}, 100, true);

@@ -73,25 +73,6 @@ TEST_F(GCM_Midi_Test, Live_Notes_Count_And_Never_Fall_Below_Zero) {
     EXPECT_EQ(Sent(), (Words{"on 3:60@90", "on 3:60@91", "off 3:60", "off 3:60", "off 3:60", "on 3:61@90"}));
 }
 
-TEST_F(GCM_Midi_Test, A_Note_Ends_Where_It_Began) {
-    gcm.GCM_PlayNoteOn(lead, 60, 80, false);
-    Row(lead).OutputChannel = 5;
-    gcm.GCM_PlayNoteOff(lead, 60, 100, false);
-    EXPECT_EQ(Sent(), (Words{"on 3:60@80", "off 3:60"}));
-
-    gcm.GCM_PlayNoteOn(lead, 62, 80, false);
-    Row(lead).OutputChannel = 6;
-    gcm.GCM_PlayNoteOn(lead, 62, 81, false);
-    gcm.GCM_PlayNoteOff(lead, 62, 100, false);
-    gcm.GCM_PlayNoteOff(lead, 62, 100, false);
-    EXPECT_EQ(Sent(), (Words{"on 5:62@80", "off 5:62", "on 6:62@81", "off 6:62"}));
-
-    gcm.GCM_PlayNoteOn(lead, 64, 80, false);
-    channels.Delete_Channel(1);
-    gcm.GCM_PlayNoteOff(lead, 64, 100, false);
-    EXPECT_EQ(Sent(), (Words{"on 6:64@80", "off 6:64"}));
-}
-
 TEST_F(GCM_Midi_Test, Rows_And_Notes_That_Do_Not_Exist_Are_Passed_Over) {
     for (const int row : {-1, clips, clips + 1, 101, 109, 110, 100000}) {
         gcm.GCM_NoteOn(row, 60, 90, false);
@@ -153,14 +134,6 @@ TEST_F(GCM_Midi_Test, All_Patches_Are_Those_Of_The_Last_Row_Of_Each_Slot) {
     EXPECT_EQ(Sent(), (Words{"pan 3:10"}));
     gcm.GCM_SendAllPatches();
     EXPECT_EQ(Sent(), all);
-}
-
-TEST(GCM_Patch_Reference, Four_Bytes) {
-    EXPECT_EQ(GCM_Midi::GCM_PackPatch(40, 8, 1), 0x00280801U);
-    std::int16_t patch = 0;
-    std::uint8_t bank = 0, flag = 0;
-    GCM_Midi::GCM_UnpackPatch(GCM_Midi::GCM_PackPatch(-2, 127, 255), patch, bank, flag);
-    EXPECT_EQ(std::tuple(patch, bank, flag), std::tuple(-2, 127, 255));
 }
 
 } // namespace

@@ -197,16 +197,5 @@ TEST_F(midiapi_Test, Fonts_Are_Found_In_The_Used_Rows) {
     EXPECT_EQ(api.Midi_FindFont(true, 0, 0), 0);
 }
 
-TEST(Midi_Names, Cymbals_And_Patches) {
-    std::string cymbals;
-    for (int note = -1; note < 60; ++note)
-        cymbals += midiapi::Midi_IsCymbal(note) ? std::to_string(note) + " " : "";
-    EXPECT_EQ(cymbals, "42 44 46 49 51 52 53 55 57 59 ");
-    EXPECT_STREQ(PatchNames[3], "Honky -tonk Piano");
-    EXPECT_STREQ(PatchNames[99], "FX 4 (atmo - sphere)");
-    EXPECT_STREQ(PatchNames[127], "Gunshot");
-    EXPECT_STREQ(PatchNames[128], "Standard");
-}
-
 } // namespace
 } // namespace tonvex

@@ -83,21 +83,5 @@ TEST_F(Output_Road_Test, The_Later_Font_Sounds_And_A_Kit_Comes_From_Any) {
     EXPECT_NEAR(loudPeak / left, LOUD_TO_SOFT, 0.1);
 }
 
-TEST_F(Output_Road_Test, Pan_And_Volume_Reach_The_Slot) {
-    ASSERT_TRUE(api.Midi_OpenDevice(midiapi::SYNTH_DEVICE));
-    ASSERT_TRUE(fonts.Load_SF2_List({Font("one.sf2", {{"One", 0, 0, 30000}})}));
-    gcm.GCM_SendAllPatches();
-    Strike(lead);
-    EXPECT_NEAR(left / right, 1.0, 0.05);
-    channels.Set_Pan(1, 0);
-    gcm.GCM_SetChannelPan(lead);
-    Strike(lead); // a voice used again glides from its old pan within 64 frames
-    Strike(lead);
-    EXPECT_GT(left, 100.0 * right);
-    api.Midi_SetVolume(3, 0);
-    Strike(lead);
-    EXPECT_NEAR(left, 0.0, 1e-4);
-}
-
 } // namespace
 } // namespace tonvex

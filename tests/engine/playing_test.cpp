@@ -132,16 +132,6 @@ TEST(Playing, A_Patch_Change_Passed_While_Muted_Counts_From_The_Unmute) {
     }
 }
 
-TEST(Playing, Channels_On_One_Slot_Keep_The_Order_Of_Time) {
-    Transport_Rig rig;
-    rig.Add_Channel(0);
-    rig.Add_Note({0.2, 60, 100, 0.2}, 0); // begins where the other channel's note ends
-    rig.Add_Note({0.1, 60, 100, 0.1}, 1);
-    rig.Play();
-    EXPECT_EQ(rig.Trace(),
-              "100 On 0 60 80\n200 Off 0 60 100\n200 On 0 60 80\n400 Off 0 60 100\n400 AllOff\n");
-}
-
 TEST(Playing, A_Late_Round_Still_Goes_By_Time) {
     Transport_Rig rig;
     rig.Add_Notes("0.1 60 100 0.1  0.2 60 90 0.1  0.4 62 100 0.1");

@@ -147,16 +147,6 @@ TEST(Recording_Roads, Clicks_Fall_On_Whole_Beats) {
     }
 }
 
-TEST(Recording_Roads, The_Volume_Is_Followed) {
-    Transport_Rig rig;
-    rig.At(200, [&] { rig.channels.Set_Volume(rig.firstChannel, 40); });
-    rig.Keys("100+Z 150-Z 300+Z 350-Z");
-    rig.Record(400);
-    // 127 x 0.4 = 50.8
-    EXPECT_EQ(rig.Trace(),
-              "100 On 0 48 102\n150 Off 0 48 100\n300 On 0 48 51\n350 Off 0 48 100\n400 AllOff\n");
-}
-
 TEST(Recording_Roads, A_Key_On_A_Channel_At_Volume_0_Neither_Sounds_Nor_Ends_Anything) {
     Transport_Rig rig;
     rig.channels.Set_Volume(rig.firstChannel, 0);

@@ -1,4 +1,3 @@
-#include "support/recording_cue_output.h"
 #include "support/transport_rig.h"
 
 #include <gtest/gtest.h>
@@ -20,36 +19,6 @@ std::string Text(const Render_MidiEventColClass& list) {
         text << time << ' ' << channel << ' ' << data1 << ' ' << data2 << '\n';
     }
     return text.str();
-}
-
-TEST(Render_MidiEventColClass, Goes_To_The_List_That_Is_Named_Or_That_Its_Marker_Names) {
-    struct Case {
-        const char* name;
-        bool marker;
-        std::int32_t index;
-        bool arrives;
-    };
-    for (const Case& item : {Case{"by number", true, 1, true}, Case{"by marker", true, -1, true},
-                             Case{"without either", false, -1, false}, Case{"none such", true, 3, false}}) {
-        SCOPED_TRACE(item.name);
-        Simulated_Counter counter;
-        Recording_Cue_Output output;
-        CueEngine engine(counter, output, Cue_Drive::Stepped);
-        engine.InitDLL();
-        engine.Init_SetOutput(true, 0);
-        ASSERT_TRUE(engine.Init_Buffers(2, 3));
-        Render_MidiEventColClass list;
-        if (item.marker)
-            list.AddEvent(0, 0.0, CueRow::LIST_MARKER, 2);
-        list.AddEvent(0, 0.0, 60, 100);
-        list.CopyDataToDll(engine, item.index);
-        EXPECT_EQ(list.TotalEvents(), item.marker ? 2 : 1) << "the row of zeros is not counted";
-        engine.Player_SetPos(0.0);
-        engine.clock_SetPars(1.0F, 60, 0, 0, 0.0, {});
-        engine.Player_Start();
-        engine.Step();
-        EXPECT_EQ(!output.Text().empty(), item.arrives);
-    }
 }
 
 TEST(Render_Module, Lays_A_Channel_Out_In_The_Order_Of_Its_Events) {

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tonvex {
@@ -50,20 +48,6 @@ public:
                 text += (message.op == Sound_Op::Patch ? " patch " : " -") + what + "\n";
         }
         return text;
-    }
-    /// Slot and note pairs that sound when everything has.
-    std::vector<std::pair<int, int>> Stuck_Notes() const {
-        std::map<std::pair<int, int>, bool> on;
-        for (const Sound_Message& message : Sounding_Order()) {
-            if (message.op == Sound_Op::NoteOn || message.op == Sound_Op::NoteOff)
-                on[{message.slot, message.a}] = message.op == Sound_Op::NoteOn;
-        }
-        std::vector<std::pair<int, int>> stuck;
-        for (const auto& [note, sounds] : on) {
-            if (sounds)
-                stuck.push_back(note);
-        }
-        return stuck;
     }
 
     bool synth = false;
