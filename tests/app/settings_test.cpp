@@ -32,22 +32,6 @@ TEST(Settings_Test, Empty_Store_Gives_Defaults_And_Every_Key_Is_Written) {
     EXPECT_EQ(Stored(store, "LRU9"), "(nothing)");
 }
 
-TEST(Settings_Test, Values_Come_Back) {
-    Memory_Settings_Store store;
-    Settings written;
-    written.Global_BASSBufferSize = 40;
-    written.Projects_AudioPath = "/klänge";
-    written.Global_EVEd_ViewBeats = false;
-    written.LRU[8] = "/last.tvx";
-    written.Save(store);
-    Settings read;
-    read.Load(store, "/audio");
-    EXPECT_EQ(read.Global_BASSBufferSize, 40);
-    EXPECT_EQ(read.Projects_AudioPath, "/klänge");
-    EXPECT_FALSE(read.Global_EVEd_ViewBeats);
-    EXPECT_EQ(read.LRU[8], "/last.tvx");
-}
-
 TEST(Settings_Test, Odd_Values_Are_Read_Leniently) {
     struct Row {
         const char* key;

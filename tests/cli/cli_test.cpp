@@ -1,13 +1,11 @@
 #include "support/midi_files.h"
+#include "support/sound_files.h"
+#include "support/temp_folder.h"
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <sndfile.h>
 #include <sstream>
 #include <sys/wait.h>
 
@@ -26,28 +24,15 @@ struct Run_Result {
 /// The tool itself, in a folder of its own.
 class Cli_Test : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "tonvex-cli-test-XXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
-        fs::create_directory(folder / "home");
-    }
-    void TearDown() override { fs::remove_all(folder); }
+    Cli_Test() { fs::create_directory(folder / "home"); }
 
-    void Write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder / name) << text;
-    }
-    std::string Read(const std::string& name) const {
-        std::ifstream file(folder / name, std::ios::binary);
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
+    void Write(const std::string& name, const std::string& text) const { folder.Write(name, text); }
+    std::string Read(const std::string& name) const { return Temp_Folder::Text_Of(folder / name); }
     bool Exists(const std::string& name) const { return fs::exists(folder / name); }
 
     Run_Result Call(const std::string& words) const {
-        const std::string command = "cd '" + folder.string() +
-                                    "' && env HOME=home XDG_CONFIG_HOME= TMPDIR='" + folder.string() +
+        const std::string command = "cd '" + folder.Path().string() +
+                                    "' && env HOME=home XDG_CONFIG_HOME= TMPDIR='" + folder.Path().string() +
                                     "/home' '" TONVEX_CLI "' " + words + " >out.txt 2>err.txt";
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Read("out.txt"), Read("err.txt")};
@@ -58,7 +43,18 @@ protected:
                                                       fs::recursive_directory_iterator()));
     }
 
-    fs::path folder;
+    /// The messages of a trace that begin or end a note, or all others.
+    std::vector<json> Traced(const std::string& name, bool notes = true) const {
+        std::istringstream lines(Read(name));
+        std::vector<json> found;
+        for (std::string line; std::getline(lines, line);)
+            if (json message = json::parse(line);
+                notes == (message["op"] == "NoteOn" || message["op"] == "NoteOff"))
+                found.push_back(std::move(message));
+        return found;
+    }
+
+    Temp_Folder folder;
 };
 
 /// Z of the stock layout for 250 ms, then MIDI note 60. At 80 a beat is 750 ms.
@@ -99,16 +95,9 @@ TEST_F(Cli_Test, Perform_Writes_Song_Trace_And_Sound) {
         json::parse(R"({"slot": 31, "volume": [[0.0, 64], [-1.0, 64]], "pan": [[0.0, 64], [-1.0, 64]]})"));
     EXPECT_EQ(song["maps"]["audio"], json::array());
 
-    std::istringstream trace(Read("trace.jsonl"));
-    std::vector<json> notes;
-    for (std::string line; std::getline(trace, line);) {
-        const json message = json::parse(line);
-        if (message["op"] == "NoteOn" || message["op"] == "NoteOff")
-            notes.push_back(message);
-        else {
-            EXPECT_TRUE(message["ms"] == 0 || message["ms"] == 1500) << line; // set-up and end
-        }
-    }
+    for (const json& message : Traced("trace.jsonl", false))
+        EXPECT_TRUE(message["ms"] == 0 || message["ms"] == 1500) << message; // set-up and end
+    const std::vector<json> notes = Traced("trace.jsonl");
     ASSERT_EQ(notes.size(), 4U);
     EXPECT_EQ(notes[0],
               (json{{"ms", 150}, {"beat", 0.2}, {"op", "NoteOn"}, {"slot", 0}, {"a", 48}, {"b", 102}}));
@@ -117,20 +106,15 @@ TEST_F(Cli_Test, Perform_Writes_Song_Trace_And_Sound) {
     EXPECT_EQ(notes[2]["b"], 72); // 90 x 0.8
     EXPECT_EQ(notes[3]["ms"], 1350);
 
-    SF_INFO info{};
-    SNDFILE* wave = sf_open((folder / "take.wav").c_str(), SFM_READ, &info);
-    ASSERT_NE(wave, nullptr);
-    EXPECT_EQ(info.channels, 2);
-    EXPECT_EQ(info.samplerate, 44100);
-    EXPECT_GE(info.frames, 1500 * 441 / 10);
-    std::vector<float> samples(static_cast<std::size_t>(info.frames) * 2);
-    sf_readf_float(wave, samples.data(), info.frames);
-    sf_close(wave);
+    const test::Sound_File wave = test::Read_Sound(folder / "take.wav");
+    EXPECT_EQ(wave.channels, 2);
+    EXPECT_EQ(wave.rate, 44100);
+    EXPECT_GE(wave.Frames(), 1500U * 441 / 10);
     const auto loudest = [&](int fromMs, int toMs) {
         float peak = 0.0F;
         for (std::size_t i = static_cast<std::size_t>(fromMs) * 882 / 10;
              i < static_cast<std::size_t>(toMs) * 882 / 10; ++i)
-            peak = std::max(peak, std::abs(samples[i]));
+            peak = std::max(peak, std::abs(wave.stereo[i]));
         return peak;
     };
     EXPECT_EQ(loudest(0, 148), 0.0F);     // nothing before the first key
@@ -243,7 +227,7 @@ TEST_F(Cli_Test, Failures_Tell_What_Is_Wrong_And_Leave_Nothing) {
     }
     EXPECT_EQ(Left_At_Home(), 0U);
     EXPECT_EQ(Call("perform - keys.json o.json").status, 0); // the good call still works
-    for (const auto& entry : fs::directory_iterator(folder))
+    for (const auto& entry : fs::directory_iterator(folder.Path()))
         EXPECT_NE(entry.path().filename().string().front(), '.') << entry.path();
 }
 
@@ -319,14 +303,10 @@ TEST_F(Cli_Test, A_Midi_File_Is_Imported_Played_Mixed_Down_And_Exported) {
                       .status,
                   0)
             << Read("err.txt");
-        std::istringstream trace(Read("t.jsonl"));
         std::string notes;
-        for (std::string line; std::getline(trace, line);) {
-            const json message = json::parse(line);
-            if (message["op"] == "NoteOn" || message["op"] == "NoteOff")
-                notes += message["op"].get<std::string>() + ' ' + message["ms"].dump() + ' ' +
-                         message["a"].dump() + '\n';
-        }
+        for (const json& message : Traced("t.jsonl"))
+            notes += message["op"].get<std::string>() + ' ' + message["ms"].dump() + ' ' +
+                     message["a"].dump() + '\n';
         EXPECT_EQ(notes, "NoteOn 1 64\nNoteOff 125 64\n")
             << "heard from the first round on; at twice the speed half a beat takes 125 ms";
     }
@@ -335,12 +315,9 @@ TEST_F(Cli_Test, A_Midi_File_Is_Imported_Played_Mixed_Down_And_Exported) {
         const Run_Result mixed = Call(std::string("render in.mid ") + out + " --tail 0.5");
         ASSERT_EQ(mixed.status, 0) << mixed.err;
         EXPECT_EQ(mixed.out.substr(0, mixed.out.find(", ")), std::string(out) + ": Length 0:01");
-        SF_INFO info{};
-        SNDFILE* sound = sf_open((folder / out).c_str(), SFM_READ, &info);
-        ASSERT_NE(sound, nullptr) << out;
-        sf_close(sound);
-        EXPECT_GE(info.frames, 44100 * 3 / 4) << "a beat and a half";
-        EXPECT_LE(info.frames, 44100 * 5 / 4 + 64) << "and the tail";
+        const auto frames = static_cast<int>(test::Read_Sound(folder / out).Frames());
+        EXPECT_GE(frames, 44100 * 3 / 4) << out << ": a beat and a half";
+        EXPECT_LE(frames, 44100 * 5 / 4 + 64) << out << ": and the tail";
     }
 
     ASSERT_EQ(Call("export-midi song.tvx out.mid").status, 0) << Read("err.txt");

@@ -1,6 +1,5 @@
 #include "creator/music_creator_module.h"
 #include "creator/style_names.h"
-#include "song/events_editor_setup.h"
 #include "support/older_project.h"
 
 #include <gtest/gtest.h>
@@ -66,53 +65,6 @@ TEST(Music_Creator_File, Holds_The_Sections_Layout) {
         EXPECT_TRUE(
             std::equal(place.held.begin(), place.held.end(), bytes.begin() + static_cast<int>(place.at)))
             << "at " << place.at;
-}
-
-TEST(Music_Creator_File, Saving_Loading_Saving_Gives_The_Same_Bytes) {
-    for (const MusicCreator_Module& creator : {Whole_Creator(), MusicCreator_Module()}) {
-        const Bytes bytes = Saved(creator);
-        MusicCreator_Module loaded = Whole_Creator();
-        Byte_Cursor cursor(bytes);
-        ASSERT_TRUE(loaded.MC_LoadData_V3(cursor));
-        EXPECT_EQ(cursor.Remaining(), 0U);
-        EXPECT_EQ(Saved(loaded), bytes);
-        EXPECT_EQ(loaded.MC_Events.size(), bytes[8] + 1U);
-        EXPECT_EQ(loaded.NextEventID, FIRST_ID + bytes[8]);
-    }
-    EXPECT_EQ(Saved(MusicCreator_Module()).size(), 12U + 236 + 4 + 4 + 6 * 55 + 8 + 101 * 8);
-}
-
-TEST(Music_Creator_File, A_Broken_Section_Changes_Nothing) {
-    const MusicCreator_Module before = Whole_Creator();
-    const Bytes whole = Saved(before);
-    const auto refused = [&](const Bytes& bytes, const char* what) {
-        MusicCreator_Module target = before;
-        Byte_Cursor cursor(bytes);
-        EXPECT_FALSE(target.MC_LoadData_V3(cursor)) << what;
-        EXPECT_EQ(target, before) << what;
-    };
-    for (std::size_t size = 0; size < whole.size(); ++size)
-        refused(Bytes(whole.begin(), whole.begin() + static_cast<int>(size)), "cut");
-    const std::size_t tracks = 12 + 3 * 236 + 4;
-    const std::size_t bars = tracks + 4 + 2 * 55;
-    for (const std::size_t count : {std::size_t{8}, tracks, bars, bars + 4}) {
-        for (const std::uint32_t value : {3U, 5U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFEU}) {
-            if (count == bars && value == 3) // a bar less is a whole section
-                continue;
-            Bytes bytes = whole;
-            for (std::size_t i = 0; i < 4; ++i)
-                bytes[count + i] = static_cast<std::uint8_t>(value >> (8 * i));
-            if (count != bars + 4 || value != 3) // the last bar may be any of them
-                refused(bytes, "count");
-        }
-    }
-    MusicCreator_Module target = before;
-    Bytes bytes = whole;
-    bytes[12 + 4] = 0xC0; // 4.5 becomes no number
-    bytes[12 + 5] = 0x7F;
-    Byte_Cursor cursor(bytes);
-    ASSERT_TRUE(target.MC_LoadData_V3(cursor));
-    EXPECT_EQ(target.MC_Events[0].StartBeat, 0.0F);
 }
 
 TEST(Music_Creator_File, Older_Sections_Give_Channels_What_Their_Tracks_Held) {
@@ -193,36 +145,6 @@ TEST(Music_Creator_File, Version_1_Widens_The_Chords_Of_Clean_Guitar_Events) {
     EXPECT_EQ(chord.Read_I16(), -1001);
     const std::string tail(now.begin() + 64, now.end());
     EXPECT_EQ(tail, "\1" + std::string(40, 'S') + std::string(40, 'C') + std::string(55, 'u'));
-}
-
-TEST(Events_Editor_Setup, Is_Kept_Whole) {
-    EventsEditor_Setup setup;
-    Byte_Writer plain;
-    setup.Settings_Save(plain);
-    Bytes expected(56, 0);
-    expected[0] = 4;
-    expected[10] = 0xE0; // 0.5 as a double
-    expected[11] = 0x3F;
-    EXPECT_EQ(plain.Bytes(), expected);
-
-    setup = {16, 0.25, {}, {Bytes{1, 2, 3}, Bytes(65535, 9)}};
-    setup.Reserved.fill(0x42);
-    Byte_Writer writer;
-    setup.Settings_Save(writer);
-    EventsEditor_Setup read;
-    for (const std::size_t less : {1U, 65535U, 65537U, 65550U}) {
-        const auto shorter = std::span(writer.Bytes()).first(writer.Bytes().size() - less);
-        Byte_Cursor cut(shorter);
-        EXPECT_FALSE(read.Settings_Load(cut));
-        EXPECT_EQ(read, EventsEditor_Setup{});
-    }
-    Byte_Cursor cursor(writer.Bytes());
-    EXPECT_TRUE(read.Settings_Load(cursor));
-    EXPECT_EQ(read, setup);
-    const auto first = std::span(writer.Bytes()).first(12);
-    Byte_Cursor older(first);
-    EXPECT_TRUE(read.Settings_Load(older, 1));
-    EXPECT_EQ(read, (EventsEditor_Setup{16, 0.25, {}, {}}));
 }
 
 } // namespace

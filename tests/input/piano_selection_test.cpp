@@ -7,30 +7,6 @@ namespace {
 
 using Notes = std::vector<int>;
 
-TEST(PianoSelection, ChecksTheCount) {
-    struct Case {
-        Piano_Selection::Mode mode;
-        Notes notes;
-        std::string warning;
-    };
-    const Case cases[] = {
-        {Piano_Selection::Mode::Note, {}, "You must select a note"},
-        {Piano_Selection::Mode::Note, {0}, ""},
-        {Piano_Selection::Mode::Chord, {}, "You must select two notes"},
-        {Piano_Selection::Mode::Chord, {60}, "You must select two notes"},
-        {Piano_Selection::Mode::Chord, {60, 61}, ""},
-        {Piano_Selection::Mode::Chord, {60, 61, 62, 63, 64, 127}, ""},
-        {Piano_Selection::Mode::Chord, {60, 61, 62, 63, 64, 65, 66}, "Chord must have less than 7 notes"},
-    };
-    for (const Case& c : cases) {
-        Piano_Selection piano;
-        piano.SetMode(c.mode);
-        piano.Set_Notes(c.notes);
-        EXPECT_EQ(piano.Check(), c.warning) << c.notes.size();
-        EXPECT_EQ(piano.Notes(), c.notes);
-    }
-}
-
 TEST(PianoSelection, TogglesOneNoteOrMany) {
     Piano_Selection piano;
     piano.Set_Notes({});

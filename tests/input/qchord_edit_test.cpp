@@ -92,29 +92,5 @@ TEST(QChordEdit, FindsTheNearestRowOfBeats) {
     EXPECT_EQ(Nearest_Beats_Row(9999, 0.0), 3) << "a tempo below 1 counts as 1: 7500 ms";
 }
 
-TEST(QChordEdit, MakesChordsBySource) {
-    const NotesStuff notes;
-    QChordData chord;
-    chord.PatternNotes = {1, 2};
-    Set_Chord(notes, Chord_Source::Piano, 9, 1, 0, chord);
-    EXPECT_EQ(chord.ChordName, "Am");
-    EXPECT_EQ(Sounding_Notes(chord, 3), (std::vector<int>{57, 60, 64})) << "octave 3 begins at 48";
-    Set_Chord(notes, Chord_Source::Piano, 0, 0, 4, chord);
-    EXPECT_EQ(Sounding_Notes(chord, 0), (std::vector<int>{60, 64, 67}));
-    EXPECT_EQ(Notes_Text(notes, chord), "Notes: C4 E4 G4");
-    Set_Chord(notes, Chord_Source::Guitar, 0, 0, 4, chord);
-    EXPECT_TRUE(Is_On(chord.VariableOctave));
-    EXPECT_EQ(chord.Octave, 0);
-    const auto strings = Sounding_Notes(chord, 3);
-    EXPECT_GE(strings.size(), 3U);
-    for (const int note : strings)
-        EXPECT_TRUE(note >= 40 && (note % 12 == 0 || note % 12 == 4 || note % 12 == 7)) << note;
-    Set_Custom({60, 62, 130}, chord);
-    EXPECT_EQ(chord.ChordTypeIndex, 255);
-    EXPECT_FALSE(Is_On(chord.VariableOctave));
-    EXPECT_EQ(Sounding_Notes(chord, 5), (std::vector<int>{60, 62, 127}));
-    EXPECT_EQ(chord.PatternNotes[1], 2) << "the picking is not the chord's";
-}
-
 } // namespace
 } // namespace tonvex

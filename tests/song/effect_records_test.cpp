@@ -64,21 +64,5 @@ TEST(Effect_Records, Foreign_Bytes_Become_Values_In_Range) {
     }
 }
 
-TEST(Effect_Records, The_Table_Keeps_131_Rows_Apart) {
-    Song_Effects effects;
-    Effect_Values values = Neutral_Values(Effect_Kind::Echo);
-    values[ECHO_LEFT] = 9000.0F;
-    for (const int row : {0, 31, 32, 130}) {
-        effects.Set_On(row, Effect_Kind::Echo, true);
-        effects.Set_Values(row, Effect_Kind::Echo, values);
-    }
-    EXPECT_EQ(effects.Row(130).Of(Effect_Kind::Echo)[ECHO_LEFT], 2000.0F);
-    EXPECT_TRUE(effects.Is_On(31, Effect_Kind::Echo));
-    EXPECT_FALSE(effects.Is_On(31, Effect_Kind::Reverb));
-    EXPECT_EQ(effects.Row(33), Effect_Settings());
-    effects.Clear();
-    EXPECT_EQ(effects.Row(130), Effect_Settings());
-}
-
 } // namespace
 } // namespace tonvex

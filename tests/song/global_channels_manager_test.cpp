@@ -7,7 +7,6 @@
 #include <limits>
 #include <string>
 #include <tuple>
-#include <vector>
 
 namespace tonvex {
 namespace {
@@ -62,17 +61,6 @@ TEST_F(Channel_Table, New_Channels_Take_Defaults_And_The_Lowest_Free_Places) {
     table.Clear();
     EXPECT_EQ(table.Count_Channels(), 0);
     EXPECT_EQ(table.New_ChannelID(), FIRST_ID);
-}
-
-TEST_F(Channel_Table, A_Full_Table_Refuses_And_Changes_Nothing) {
-    for (int i = 0; i < 100; ++i)
-        Add();
-    EXPECT_FALSE(table.Has_Free_Row());
-    EXPECT_EQ(table.Add_Channel(table.New_ChannelID(), false, NOT_GIVEN, "x"), -1);
-    EXPECT_EQ(table.Count_Channels(), 100);
-    EXPECT_FALSE(table.Is_Live_Row(GlobalChannelsManager::PRACTICE_ROW));
-    table.Delete_Channel(FIRST_ID + 50);
-    EXPECT_EQ(table.ChannelI(Add()), 50);
 }
 
 TEST_F(Channel_Table, Free_Slots_Are_Lowest_First_Never_The_Drums_And_Slot_0_When_All_Are_Taken) {
