@@ -2,13 +2,11 @@
 // rounds and rendered, and the two forms sound the same notes at the same beats.
 
 #include "engine/qchord_class.h"
+#include "fuzz/require.h"
 #include "song/event_rows.h"
+#include "support/temp_folder.h"
 
 #include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -16,27 +14,6 @@ using namespace tonvex;
 
 constexpr double START = 3.0;
 constexpr double LONGEST = 300.0; ///< beats
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "fingerpick_fuzz: %s\n", what);
-        std::abort();
-    }
-}
-
-/// The pattern's file, in a folder of this process.
-const std::filesystem::path& Pattern_Folder() {
-    static const std::filesystem::path folder = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "tonvex-fuzz-XXXXXX").string();
-        Require(mkdtemp(name.data()) != nullptr, "no temporary folder");
-        std::atexit([] {
-            std::error_code ignored;
-            std::filesystem::remove_all(Pattern_Folder(), ignored);
-        });
-        return std::filesystem::path(name);
-    }();
-    return folder;
-}
 
 /// Walks the rendered rows beside the live messages.
 class Row_Check {
@@ -83,9 +60,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t textAt = QCHORD_ROW_BYTES + 2;
     chord.Length = chord.Length > 0.0 ? std::min(chord.Length, LONGEST) : 1.0;
     chord.ArpeggioPattern = 1;
-    std::ofstream(Pattern_Folder() / "1.txt", std::ios::binary)
-        .write(reinterpret_cast<const char*>(data + textAt), static_cast<std::streamsize>(size - textAt));
-    Fingerpick_Patterns patterns({Pattern_Folder()}, notes);
+    static const Temp_Folder folder;
+    folder.Write("1.txt", std::string(reinterpret_cast<const char*>(data + textAt), size - textAt));
+    Fingerpick_Patterns patterns({folder.Path()}, notes);
     const QChord_Parts parts{tempoChanges, project, patterns};
 
     QChordClass live(parts);

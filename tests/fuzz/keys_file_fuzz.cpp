@@ -2,20 +2,7 @@
 // read again as it is, and every key finds a row of the table or none.
 
 #include "app/function_keys.h"
-
-#include <cstdio>
-#include <cstdlib>
-
-namespace {
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "keys_file_fuzz: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
+#include "fuzz/require.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tonvex;

@@ -1,22 +1,10 @@
 // Any bytes as a keyboard layout: a refused file changes nothing, an accepted one is written as it was read,
 // and the keys can be tuned and played whatever their rows hold.
 
+#include "fuzz/require.h"
 #include "input/keyboard_layout.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-
-namespace {
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "layout_fuzz: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tonvex;

@@ -1,12 +1,9 @@
 // Any bytes as a MIDI file: what is imported is a sound song, and the file that is exported from it brings as
 // many notes back.
 
+#include "fuzz/require.h"
 #include "project/midi_export.h"
 #include "support/test_session.h"
-
-#include <cstdio>
-#include <cstdlib>
-#include <span>
 
 namespace {
 
@@ -14,13 +11,6 @@ using namespace tonvex;
 
 /// The last position in beats at which an exported file's ticks can still be counted by who reads it.
 constexpr double LAST_BEAT = 2147483647.0 / 192.0 - 1.0;
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "midi_import_fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 struct Found {
     std::size_t notes = 0;

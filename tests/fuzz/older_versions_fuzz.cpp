@@ -2,13 +2,12 @@
 // the third how many channels the file has, the rest is the section. Or any bytes as a file of the first
 // major version. What is read can be written as today's.
 
+#include "fuzz/require.h"
 #include "project/first_version_reader.h"
 #include "project/project_reader.h"
 #include "project/project_sections.h"
 #include "project/project_writer.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -16,13 +15,6 @@ namespace {
 using namespace tonvex;
 
 constexpr std::size_t HEAD_BYTES = 3;
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "older_versions_fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 std::vector<Section_Reader> Older_Readers() {
     std::vector<Section_Reader> older;

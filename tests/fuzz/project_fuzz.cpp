@@ -1,24 +1,11 @@
 // Any bytes as a project file: what is read can stand in the model, and what is written of it is read as the
 // same again.
 
+#include "fuzz/require.h"
 #include "project/project_reader.h"
 #include "project/project_writer.h"
 #include "song/tempo_change_class.h"
 #include "support/store_host.h"
-
-#include <cstdio>
-#include <cstdlib>
-
-namespace {
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "project_fuzz: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tonvex;

@@ -1,19 +1,11 @@
 // Any bytes as the chord library and as the drum names, then every look-up on what was read.
 
+#include "fuzz/require.h"
 #include "song/notes_stuff.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "tables_fuzz: %s\n", what);
-        std::abort();
-    }
-}
 
 void Require_Frets(const std::array<int, 7>& frets) {
     for (std::size_t string = 1; string < frets.size(); ++string)

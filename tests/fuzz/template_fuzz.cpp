@@ -1,22 +1,10 @@
 // Any bytes as a channel template: they are read, their effects are bounded, and what is written of them is
 // read as the same again.
 
+#include "fuzz/require.h"
 #include "project/channel_template.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
-
-namespace {
-
-void Require(bool held, const char* what) {
-    if (!held) {
-        std::fprintf(stderr, "template_fuzz: %s\n", what);
-        std::abort();
-    }
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tonvex;
