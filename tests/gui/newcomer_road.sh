@@ -6,19 +6,13 @@
 # tests/gui/newcomer_road.sh [build folder [folder for the screenshots [form ...]]]   forms: light dark large
 set -e
 top=$(cd "$(dirname "$0")/../.." && pwd)
-build=$(cd "${1:-$top/build/debug}" && pwd)
+build=${1:-$top/build/debug}
 shots=${2:-$(mktemp -d /tmp/newcomer.XXXXXX)}
 [ $# -le 2 ] && set -- x x light dark large
 shift 2
 mkdir -p "$shots" && shots=$(cd "$shots" && pwd)
-work=$(mktemp -d)
-server= manager= program=
-trap 'kill $program $manager $server 2>/dev/null; rm -r "$work"' EXIT
 status=0
-fail() { echo "FAILED ($form): $1"; status=1; }
-
-# Waits until a window of that title is shown and prints its number; empty after 20 s.
-window() { timeout 20 xdotool search --sync --onlyvisible --name "$1" | head -1; }
+. "$top/tests/manual/display.sh"
 shot() { sleep 0.6; import -window root "$shots/$form-$1.png"; }
 key() { xdotool key --clearmodifiers "$@"; sleep 0.3; }
 hold() { xdotool keydown "$1"; sleep 0.15; xdotool keyup "$1"; sleep 0.05; }
@@ -32,16 +26,9 @@ road() {
     if [ "$form" = large ]; then
         screen=2880x1800 scale=2 appearance=light
     fi
-    export HOME="$work/$form" XDG_RUNTIME_DIR="$work/$form/run"
-    unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
-    mkdir -p "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
-    mkfifo "$HOME/ready"
-    Xvfb -displayfd 3 -screen 0 ${screen}x24 -nolisten tcp 3>"$HOME/ready" 2>/dev/null &
-    server=$!
-    read -r number <"$HOME/ready"
-    export DISPLAY=":$number" QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$scale TONVEX_SOUND=quiet
-    openbox 2>/dev/null &
-    manager=$!
+    own_home "$work/$form"
+    start_display
+    export QT_SCALE_FACTOR=$scale TONVEX_SOUND=quiet
 
     # -- the first start: nothing is there
     "$build/tonvex" 2>"$HOME/errors" &
@@ -148,9 +135,6 @@ PY
     echo "$form: the WAV file lasts $long s, peak $peak, RMS $rms"
     python3 -c "import sys; peak, rms, long = map(float, sys.argv[1:]); sys.exit(not (0.02 < peak <= 1 and rms > 0.002 and 1.5 < long < 20))" \
         "$peak" "$rms" "$long" || fail "the WAV file's loudness"
-    kill $manager $server
-    wait $manager $server 2>/dev/null || true
-    manager= server=
 }
 
 # The two windows of the export: what kind and where, then its settings.

@@ -5,14 +5,13 @@
 # tests/manual/install_check.sh [build folder [screenshot.png]]
 set -e
 top=$(cd "$(dirname "$0")/../.." && pwd)
-build=$(cd "${1:-$top/build/debug}" && pwd)
+build=${1:-$top/build/debug}
 shot=${2:+$(realpath -m "$2")}
+. "$top/tests/manual/display.sh"
 cmake --build "$build" --target tonvex tonvex-cli >/dev/null
-work=$(mktemp -d)
 prefix="$work/prefix"
 cmake --install "$build" --prefix "$prefix" >/dev/null
 status=0
-fail() { echo "FAILED: $1"; status=1; }
 
 echo "== what the desktop reads"
 share="$prefix/share"
@@ -36,9 +35,7 @@ for file in icons/hicolor/scalable/apps/tonvex.svg icons/hicolor/scalable/mimety
 done
 
 echo "== the command-line tool, from a folder of its own"
-export HOME="$work/home" XDG_RUNTIME_DIR="$work/run"
-unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
-mkdir -p "$HOME" "$XDG_RUNTIME_DIR" && chmod 700 "$XDG_RUNTIME_DIR"
+own_home "$work/home"
 cd "$work"
 # The sources and the build are out of sight: the program runs in a mount namespace where an empty folder lies on both.
 mkdir "$work/nothing"
@@ -54,29 +51,21 @@ hidden "$prefix/bin/tonvex-cli" check song.tvx || fail "the song"
 [ "$(sox take.wav -n stat 2>&1 | sed -n 's/Maximum amplitude: *0\.\(.\).*/\1/p')" -gt 0 ] || fail "the take is silent"
 
 echo "== the windowed program"
-mkfifo "$work/ready"
-Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>"$work/ready" 2>/dev/null &
-server=$!
-trap 'kill $manager $server 2>/dev/null; cd /; rm -r "$work"' EXIT
-read -r number <"$work/ready"
-export DISPLAY=":$number"
-openbox 2>/dev/null &
-manager=$!
-shown() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | head -1; }
-TONVEX_SOUND=quiet QT_QPA_PLATFORM=xcb hidden "$prefix/bin/tonvex" 2>"$work/errors" &
+start_display
+TONVEX_SOUND=quiet hidden "$prefix/bin/tonvex" 2>"$work/errors" &
 program=$!
-window=$(shown 'Untitled.* - Tonvex')
-[ -n "$window" ] || fail "no main window"
+main=$(window 'Untitled.* - Tonvex')
+[ -n "$main" ] || fail "no main window"
 xdotool search --name 'Sound Font files' >/dev/null && fail "no font was found"
 ls "$HOME"/.local/share/Tonvex/patterns/fingerpick/*.txt >/dev/null || fail "no patterns"
 ls "$HOME"/.config/Tonvex/keyboard/*.dat >/dev/null || fail "no keyboard layouts"
-xdotool windowactivate --sync "$window" key shift+F1
+xdotool windowactivate --sync "$main" key shift+F1
 # The page's title comes out of the index of the help folder.
-[ -n "$(shown 'First steps - Help - Tonvex')" ] || fail "no help page"
+[ -n "$(window 'First steps - Help - Tonvex')" ] || fail "no help page"
 sleep 1
 [ -z "$shot" ] || import -window root "$shot"
 xdotool key Escape
-xdotool windowactivate --sync "$window" key ctrl+q
+xdotool windowactivate --sync "$main" key ctrl+q
 wait $program || fail "the program ended with status $?"
 [ "$status" = 0 ] && echo "all as it should be"
 exit $status

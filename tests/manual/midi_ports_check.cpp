@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -89,6 +88,9 @@ void Check_Short_Notes(RtMidi_Ports& ports, Other_Program& other) {
     }
     int edges = 0;
     bool inOrder = true;
+    midiIn.onVelocity = [&](int note, int velocity) {
+        inOrder = inOrder && note == edges / 2 % 128 && velocity == 1 + edges / 2 % 127;
+    };
     Comes_True([&] {
         for (Key_Edge edge = midiIn.MidiIn_GetNextEvent(); edge.Key >= 0;
              edge = midiIn.MidiIn_GetNextEvent()) {
@@ -97,8 +99,8 @@ void Check_Short_Notes(RtMidi_Ports& ports, Other_Program& other) {
         }
         return edges >= 2 * NOTES;
     });
-    Check(edges == 2 * NOTES && inOrder,
-          std::to_string(edges) + " of " + std::to_string(2 * NOTES) + " edges of short notes, in order");
+    Check(edges == 2 * NOTES && inOrder, std::to_string(edges) + " of " + std::to_string(2 * NOTES) +
+                                             " edges of short notes, in order, with their velocity");
     midiIn.MidiIn_Close();
 }
 

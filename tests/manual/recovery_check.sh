@@ -3,34 +3,24 @@
 # ended by the system: each time the next start offers the song. About 30 s.
 # tests/manual/recovery_check.sh [build folder [folder for pictures]]
 set -e
-build=$(realpath "${1:-build/debug}")
+build=$1
 pictures=${2:-}
+status=0
+. "$(dirname "$0")/display.sh"
 cmake --build "$build" --target tonvex
-work=$(mktemp -d)
-ready="$work/ready"
-mkfifo "$ready"
-Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>"$ready" 2>/dev/null &
-server=$!
-read -r number <"$ready"
-export DISPLAY=":$number" XDG_RUNTIME_DIR="$work" HOME="$work" TONVEX_SOUND=quiet QT_QPA_PLATFORM=xcb
-unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_STATE_HOME XDG_CACHE_HOME
-openbox 2>/dev/null &
-manager=$!
-trap 'kill $manager $server; rm -r "$work"' EXIT
+start_display
+own_home "$work"
+export TONVEX_SOUND=quiet
 
-fail() {
-    echo "FAILED: $1"
-    exit 1
-}
 picture() {
     [ -z "$pictures" ] || import -window root "$pictures/$1.png"
 }
 start() {
     "$build/tonvex" 2>/dev/null &
     program=$!
-    xdotool search --sync --onlyvisible --name "$1" >/dev/null
+    shown=$(window "$1")
     sleep 2.5 # the start window has gone
-    xdotool windowactivate --sync "$(xdotool search --onlyvisible --name "$1" | head -1)"
+    xdotool windowactivate --sync "$shown"
 }
 copies() {
     find "$work" -name recovery.tvx | wc -l
@@ -72,4 +62,5 @@ sleep 1
 xdotool key ctrl+q
 wait $program || fail "no orderly end"
 [ "$(copies)" = 1 ] || fail "what is asked about later is gone"
-echo "ended by the system, offered again, kept for later"
+[ "$status" = 0 ] && echo "ended by the system, offered again, kept for later"
+exit $status

@@ -3,33 +3,24 @@
 // repaints for 100 ms at a time meanwhile. Prints what it measured; the exit code is the number of checks
 // that failed. Run it by tests/manual/take_check.sh, which starts the servers and types.
 
-#include "app/session.h"
-#include "app/stock_data.h"
 #include "app/windows/frm_main.h"
 #include "engine/windows/frm_recorder.h"
 #include "manual/check.h"
-#include "platform/make_sound_door.h"
+#include "manual/real_program.h"
 #include "platform/qt/qt_key_state.h"
 #include "platform/qt/qt_run_loop.h"
 #include "platform/qt/x11_auto_repeat.h"
-#include "platform/rtmidi_ports.h"
-#include "platform/settings_store.h"
-#include "platform/user_dialogs.h"
-#include "widgets/theme.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPaintEvent>
-#include <QThread>
 #include <QTimer>
 #include <QWidget>
 
-#include <algorithm>
 #include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
@@ -154,25 +145,15 @@ int main(int argc, char** argv) {
     const auto wanted = static_cast<std::size_t>(std::atoi(argv[1]));
     const bool busy = std::string(argv[2]) == "busy";
     QApplication application(argc, argv);
-    const std::filesystem::path home = std::filesystem::temp_directory_path() /
-                                       ("tonvex-take-" + std::to_string(QApplication::applicationPid()));
-
     Monotonic_Counter counter;
-    Memory_Settings_Store store;
-    Recorded_Dialogs dialogs;
-    Theme theme(application, store);
-    const auto sound = Make_Sound_Door(counter, Sound_Driver_Choice::Automatic);
-    RtMidi_Ports midi(counter);
+    Memory_Settings_Store look;
+    Theme theme(application, look);
     Qt_Key_State keys(counter);
     Qt_Run_Loop loop;
     Drop_False_Releases();
-    AppPaths_Class paths;
-    for (const char* name : {"config", "patterns", "templates", "temp", "projectsaudio"})
-        paths.Set_Path(name, (home / name).string());
-    Copy_Stock_Files({{std::filesystem::path(TONVEX_SOURCE_DATA) / "keyboard", home / "config/keyboard"}},
-                     home / "manifest");
-    Session session({*sound, midi, keys, counter, loop, store, dialogs}, paths, TONVEX_SOURCE_DATA);
-    if (!session.Load()) {
+    Real_Program program(keys, counter, loop);
+    Session& session = program.session;
+    if (!program.loaded) {
         std::fputs("The session could not be loaded.\n", stderr);
         return 1;
     }
@@ -185,7 +166,7 @@ int main(int argc, char** argv) {
         window.show();
         application.processEvents();
         std::printf("window after %lld ms, sound by %s (%s)\n", static_cast<long long>(sinceStart.elapsed()),
-                    sound->Status().driver.c_str(), sound->Status().deviceName.c_str());
+                    program.sound->Status().driver.c_str(), program.sound->Status().deviceName.c_str());
         QTimer work;
         QObject::connect(&work, &QTimer::timeout, &slow, [&slow] { slow.repaint(); });
         QTimer::singleShot(1000, &window, [&] {
@@ -209,6 +190,5 @@ int main(int argc, char** argv) {
         std::erase(session.observers, &take);
     }
     session.Shutdown();
-    std::filesystem::remove_all(home);
     return failed;
 }

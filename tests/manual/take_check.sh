@@ -3,31 +3,23 @@
 # null sink of a PulseAudio server of its own, typed by xdotool. About 40 s a form.
 # tests/manual/take_check.sh [build folder [presses]]
 set -e
-build=${1:-build/debug}
+build=$1
 presses=${2:-200}
+. "$(dirname "$0")/display.sh"
 cmake --build "$build" --target manual_take_check
-work=$(mktemp -d)
-ready="$work/ready"
-mkfifo "$ready"
-Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>"$ready" 2>/dev/null &
-server=$!
-read -r number <"$ready"
-export DISPLAY=":$number"
-openbox 2>/dev/null &
-manager=$!
-export XDG_RUNTIME_DIR="$work" HOME="$work"
+start_display
+own_home "$work"
 pulseaudio -n --daemonize=no --exit-idle-time=-1 --use-pid-file=no --realtime=no --high-priority=no \
     -L module-native-protocol-unix \
     -L "module-null-sink sink_name=out1 rate=44100 channels=2 norewinds=1" 2>/dev/null &
-pulse=$!
-trap 'kill $manager $pulse $server; rm -r "$work"' EXIT
+helpers="$helpers $!"
 until pactl info >/dev/null 2>&1; do sleep 0.1; done
 
 status=0
 for form in calm busy; do
     echo "== $form"
     mkfifo "$work/out"
-    TONVEX_SOUND=pulse QT_QPA_PLATFORM=xcb "$build/tests/manual_take_check" "$presses" "$form" >"$work/out" 2>/dev/null &
+    TONVEX_SOUND=pulse "$build/tests/manual_take_check" "$presses" "$form" >"$work/out" 2>/dev/null &
     program=$!
     parec -d out1.monitor --file-format=wav "$work/take.wav" &
     capture=$!

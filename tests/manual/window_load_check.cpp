@@ -7,18 +7,12 @@
 // "idle" is the program as it starts, with one channel; "play" has 100 channels, stands still for as long as
 // it plays then. Prints what it measured; tests/manual/window_load_check.sh compares.
 
-#include "app/session.h"
-#include "app/stock_data.h"
 #include "app/windows/frm_main.h"
 #include "engine/windows/frm_recorder.h"
 #include "manual/check.h"
-#include "platform/make_sound_door.h"
+#include "manual/real_program.h"
 #include "platform/qt/qt_key_state.h"
 #include "platform/qt/qt_run_loop.h"
-#include "platform/rtmidi_ports.h"
-#include "platform/settings_store.h"
-#include "platform/user_dialogs.h"
-#include "widgets/theme.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -27,7 +21,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <pthread.h>
 #include <string>
 #include <thread>
@@ -130,24 +123,14 @@ void Fill_Song(Session& session, int seconds) {
 }
 
 int Run_Program(QApplication& application, const std::string& form, int seconds) {
-    const std::filesystem::path home = std::filesystem::temp_directory_path() /
-                                       ("tonvex-load-" + std::to_string(QApplication::applicationPid()));
     Monotonic_Counter counter;
-    Memory_Settings_Store store;
-    Recorded_Dialogs dialogs;
-    Theme theme(application, store);
-    const auto sound = Make_Sound_Door(counter, Sound_Driver_Choice::Quiet);
-    RtMidi_Ports midi(counter);
+    Memory_Settings_Store look;
+    Theme theme(application, look);
     Qt_Key_State keys(counter);
     Qt_Run_Loop loop;
-    AppPaths_Class paths;
-    for (const char* name : {"config", "patterns", "templates", "temp", "projectsaudio"})
-        paths.Set_Path(name, (home / name).string());
-    Copy_Stock_Files({{std::filesystem::path(TONVEX_SOURCE_DATA) / "keyboard", home / "config/keyboard"}},
-                     home / "manifest");
-    Session session({*sound, midi, keys, counter, loop, store, dialogs, Cue_Drive::Threaded}, paths,
-                    TONVEX_SOURCE_DATA);
-    if (!session.Load())
+    Real_Program program(keys, counter, loop, Sound_Driver_Choice::Quiet, Cue_Drive::Threaded);
+    Session& session = program.session;
+    if (!program.loaded)
         return 1;
     {
         frmMain window(session, theme);
@@ -173,7 +156,6 @@ int Run_Program(QApplication& application, const std::string& form, int seconds)
         }
     }
     session.Shutdown();
-    std::filesystem::remove_all(home);
     return 0;
 }
 

@@ -5,18 +5,12 @@
 # time of the idle window's interface thread at most 1.5 times that of a bare Qt window, plus 0.05 ms a second:
 # so much do runs of the bare window differ, which takes about 0.03.
 set -e
-build=${1:-build/debug}
+build=$1
 seconds=${2:-20}
+. "$(dirname "$0")/display.sh"
 cmake --build "$build" --target manual_window_load_check
-work=$(mktemp -d)
-mkfifo "$work/ready"
-Xvfb -displayfd 3 -screen 0 1440x900x24 -nolisten tcp 3>"$work/ready" 2>/dev/null &
-server=$!
-read -r number <"$work/ready"
-export DISPLAY=":$number" QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$work" HOME="$work"
-openbox 2>/dev/null &
-manager=$!
-trap 'kill $manager $server; rm -r "$work"' EXIT
+start_display
+own_home "$work"
 for form in bare idle play; do
     "$build/tests/manual_window_load_check" $form "$seconds" 2>/dev/null
 done | tee "$work/found"
