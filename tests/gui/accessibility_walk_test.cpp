@@ -33,6 +33,7 @@
 #include "song/windows/frm_tempo.h"
 #include "song/windows/mark_selection.h"
 #include "support/window_program.h"
+#include "support/window_world.h"
 #include "widgets/frm_channel_properties.h"
 #include "widgets/frm_fx_config.h"
 #include "widgets/frm_patch_selection_win.h"
@@ -44,6 +45,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPointer>
+#include <QPushButton>
 #include <QTabWidget>
 
 #include <functional>
@@ -64,6 +66,15 @@ QWidget* Make(Arguments&&... arguments) {
     return new Window(std::forward<Arguments>(arguments)...);
 }
 
+template <typename Window>
+QWidget* Of_Session(Walked_Program& p) {
+    return new Window(*p.session, p.theme);
+}
+template <typename Window>
+QWidget* Of_Channel(Walked_Program& p) {
+    return new Window(*p.session, p.theme, FIRST_ID);
+}
+
 /// By header. What is part of the main window has none: it is walked there.
 const std::map<QString, Maker> WINDOWS = {
     {"app/windows/frm_about.h", [](Walked_Program& p) { return Make<frmAbout>(p.theme, nullptr); }},
@@ -74,10 +85,8 @@ const std::map<QString, Maker> WINDOWS = {
     {"app/windows/frm_recovery.h",
      [](Walked_Program& p) { return Make<frmRecovery>(p.left, p.dialogs, p.theme); }},
     {"app/windows/frm_start_up.h", [](Walked_Program& p) { return Make<frmStartUp>(p.theme); }},
-    {"audio/windows/frm_inst_list.h",
-     [](Walked_Program& p) { return Make<frmInstList>(*p.session, p.theme); }},
-    {"audio/windows/frm_sf2_error.h",
-     [](Walked_Program& p) { return Make<frmSF2Error>(*p.session, p.theme); }},
+    {"audio/windows/frm_inst_list.h", Of_Session<frmInstList>},
+    {"audio/windows/frm_sf2_error.h", Of_Session<frmSF2Error>},
     {"editors/windows/frm_ev_ed_set_vol.h",
      [](Walked_Program& p) { return Make<frmEvEd_SetVol>(p.theme, 80); }},
     {"editors/windows/frm_ev_ed_time_pos_properties.h",
@@ -87,19 +96,14 @@ const std::map<QString, Maker> WINDOWS = {
     {"editors/windows/frm_events_editor.h", nullptr},
     {"editors/windows/frm_sel_channels_view.h",
      [](Walked_Program& p) { return Make<frmSelChannelsView>(*p.session, p.theme, p.display); }},
-    {"editors/windows/frm_undo_list.h",
-     [](Walked_Program& p) { return Make<frmUndoList>(*p.session, p.theme); }},
-    {"engine/windows/frm_metronome_setup.h",
-     [](Walked_Program& p) { return Make<frmMetronomeSetup>(*p.session, p.theme); }},
+    {"editors/windows/frm_undo_list.h", Of_Session<frmUndoList>},
+    {"engine/windows/frm_metronome_setup.h", Of_Session<frmMetronomeSetup>},
     {"engine/windows/frm_recorder.h", nullptr},
     {"input/windows/frm_keyboard_setup.h", nullptr},
-    {"input/windows/frm_piano_layout.h",
-     [](Walked_Program& p) { return Make<frmPianoLayout>(*p.session, p.theme, FIRST_ID); }},
-    {"input/windows/frm_qchord_config.h",
-     [](Walked_Program& p) { return Make<frmQChordConfig>(*p.session, p.theme, FIRST_ID); }},
+    {"input/windows/frm_piano_layout.h", Of_Channel<frmPianoLayout>},
+    {"input/windows/frm_qchord_config.h", Of_Channel<frmQChordConfig>},
     {"input/windows/frm_rec_piano_layout.h", nullptr},
-    {"input/windows/frm_setup_midi_device.h",
-     [](Walked_Program& p) { return Make<frmSetUpMidiDevice>(*p.session, p.theme); }},
+    {"input/windows/frm_setup_midi_device.h", Of_Session<frmSetUpMidiDevice>},
     {"project/windows/frm_channel_wizard.h",
      [](Walked_Program& p) {
          return Make<frmChannelWizard>(*p.session, p.theme, p.window->Recorder().Practice());
@@ -118,9 +122,8 @@ const std::map<QString, Maker> WINDOWS = {
      [](Walked_Program& p) {
          return Make<frmMarks>(*p.session, p.theme, *p.window->findChild<Mark_Selection*>());
      }},
-    {"song/windows/frm_set_speed.h",
-     [](Walked_Program& p) { return Make<frmSetSpeed>(*p.session, p.theme); }},
-    {"song/windows/frm_tempo.h", [](Walked_Program& p) { return Make<frmTempo>(*p.session, p.theme); }},
+    {"song/windows/frm_set_speed.h", Of_Session<frmSetSpeed>},
+    {"song/windows/frm_tempo.h", Of_Session<frmTempo>},
     {"widgets/frm_channel_properties.h", nullptr},
     {"widgets/frm_fx_config.h",
      [](Walked_Program& p) {
@@ -128,12 +131,9 @@ const std::map<QString, Maker> WINDOWS = {
          window->Show_Effect(FIRST_ID, Effect_Kind::Reverb);
          return window;
      }},
-    {"app/windows/frm_key_access.h",
-     [](Walked_Program& p) { return Make<frmKeyAccess>(*p.session, p.theme); }},
-    {"project/windows/frm_properties.h",
-     [](Walked_Program& p) { return Make<frmProperties>(*p.session, p.theme); }},
-    {"song/windows/frm_set_pitch.h",
-     [](Walked_Program& p) { return Make<frmSetPitch>(*p.session, p.theme); }},
+    {"app/windows/frm_key_access.h", Of_Session<frmKeyAccess>},
+    {"project/windows/frm_properties.h", Of_Session<frmProperties>},
+    {"song/windows/frm_set_pitch.h", Of_Session<frmSetPitch>},
     {"widgets/frm_patch_selection_win.h",
      [](Walked_Program& p) { return Make<frmPatchSelectionWin>(*p.session, FIRST_ID, nullptr); }},
 };
@@ -194,6 +194,33 @@ public:
     }
     QString window;
 };
+
+/// Fields that stand alone in their window or cannot be written in, and buttons with another way.
+const QSet<QString> WITHOUT_A_LETTER = {"frm_help search",           "frm_help contents",
+                                        "frm_key_access Text1",      "frm_key_access Text3",
+                                        "frm_undo_list List1",       "frm_metronome_setup Command3",
+                                        "frm_channel_wizard cancel", "frm_new_file List1"};
+
+/// Named fields that no label's letter leads to and named buttons without one; help has a key of its own.
+QStringList Hard_To_Reach(const QWidget& window, const QString& header) {
+    QList<QWidget*> buddies;
+    for (const auto* label : window.findChildren<QLabel*>())
+        buddies << label->buddy();
+    QStringList hard;
+    for (auto* widget : window.findChildren<QWidget*>()) {
+        const QString name = widget->objectName();
+        const auto* button = qobject_cast<QPushButton*>(widget);
+        const bool isField = widget->inherits("QListWidget") || widget->inherits("QComboBox") ||
+                             widget->inherits("QLineEdit") || widget->inherits("QSpinBox");
+        if ((!isField && button == nullptr) || !widget->isVisible() || name.isEmpty() || name == "help" ||
+            name.startsWith("qt_") || WITHOUT_A_LETTER.contains(QFileInfo(header).baseName() + ' ' + name))
+            continue;
+        if (button != nullptr ? !button->text().contains('&') && button->shortcut().isEmpty()
+                              : !buddies.contains(widget))
+            hard << name;
+    }
+    return hard;
+}
 
 /// Labels and buttons that have less room than their text.
 QStringList Cut_Captions(const QWidget& window) {
@@ -257,6 +284,11 @@ void Accessibility_Walk_Test::Windows_Name_Their_Controls() {
     walk.Through(QAccessible::queryAccessibleInterface(window), {}, false);
     QVERIFY2(walk.faults.isEmpty(), qPrintable(walk.faults.join('\n')));
     QVERIFY2(!window->windowTitle().isEmpty(), "no title");
+    QStringList letters = Mnemonics(*window);
+    const QString all = letters.join(' ');
+    QVERIFY2(letters.removeDuplicates() == 0, qPrintable("one letter for two: " + all));
+    const QStringList hard = Hard_To_Reach(*window, header);
+    QVERIFY2(hard.isEmpty(), qPrintable(hard.join(", ")));
 }
 
 void Accessibility_Walk_Test::The_Main_Window_Names_Its_Controls() {

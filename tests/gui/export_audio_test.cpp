@@ -3,7 +3,6 @@
 #include "support/window_world.h"
 
 #include <QComboBox>
-#include <QPushButton>
 #include <QTimer>
 
 using namespace tonvex;

@@ -1,4 +1,3 @@
-#include "app/windows/frm_about.h"
 #include "app/windows/frm_help.h"
 #include "app/windows/video_pane.h"
 #include "engine/windows/frm_recorder.h"
@@ -13,7 +12,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTabWidget>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -50,7 +48,6 @@ private slots:
     void Links_Of_A_Page_Play_Along();
     void It_Can_Be_Read_Beside_A_Dialog();
     void At_The_Start();
-    void About_Names_Version_And_Licences();
     void Videos_Data();
     void Videos();
 };
@@ -208,19 +205,6 @@ void Help_Test::At_The_Start() {
     check->click();
     QCOMPARE(p.session->settings.Global_ShowHelpOnStartUp, 0);
     QVERIFY(!entry->isChecked());
-}
-
-void Help_Test::About_Names_Version_And_Licences() {
-    Memory_Settings_Store look;
-    const Theme theme(*qApp, look);
-    const frmAbout about(theme, nullptr);
-    QCOMPARE(about.findChild<QLabel*>(QStringLiteral("version"))->text(), QStringLiteral("Version: 2.4.4"));
-    const auto* list = about.findChild<QTreeWidget*>(QStringLiteral("libraries"));
-    QVERIFY(list->topLevelItemCount() >= 8);
-    for (int row = 0; row < list->topLevelItemCount(); ++row)
-        for (int column = 0; column < 3; ++column)
-            QVERIFY2(!list->topLevelItem(row)->text(column).isEmpty(),
-                     qPrintable(list->topLevelItem(row)->text(0)));
 }
 
 void Help_Test::Videos_Data() {

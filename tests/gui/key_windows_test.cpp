@@ -73,7 +73,6 @@ private slots:
     void Piano_Marks_A_Chord();
     void Piano_Knows_The_Active_Octave();
     void Chord_Shows_Its_Record();
-    void Chord_Reads_Picking_Back_data();
     void Chord_Reads_Picking_Back();
     void Chord_Is_Built_By_Choice();
     void Chord_Takes_Custom_Notes();
@@ -86,7 +85,6 @@ private slots:
     void A_Channel_Becomes_A_Template();
     void Practice_Sounds_On_A_Piano();
     void Staff_Shows_Notes_By_Name();
-    void Every_Field_Is_Named_And_Reached_By_Key();
 };
 
 void Key_Windows_Test::Piano_Marks_One_Note() {
@@ -194,50 +192,32 @@ void Key_Windows_Test::Chord_Shows_Its_Record() {
     QCOMPARE(int(read.ChordNotes[0]), 60);
 }
 
-void Key_Windows_Test::Chord_Reads_Picking_Back_data() {
-    QTest::addColumn<QString>("delay");
-    QTest::addColumn<QString>("pattern");
-    QTest::addColumn<int>("beatsRow");
-    QTest::addColumn<QString>("warning");
-    QTest::addColumn<int>("step");
-    const QString count = "The number of the notes of the pattern must be between 2 and 8.";
-    QTest::newRow("a delay") << "250"
-                             << "1 2 3" << -1 << "" << 250;
-    QTest::newRow("blanks") << "250"
-                            << "1   2    3" << -1 << "" << 250;
-    QTest::newRow("one") << "250"
-                         << "1" << -1 << count << -1;
-    QTest::newRow("nine") << "250"
-                          << "1 2 3 1 2 3 1 2 3" << -1 << "" << 250;
-    QTest::newRow("10000") << "10000"
-                           << "1 2" << -1 << "Invalid picking delay" << -1;
-    QTest::newRow("10000 in beats") << "10000"
-                                    << "1 2" << 3 << "" << -1003;
-    QTest::newRow("too high") << "0"
-                              << "1 7" << -1 << "Invalid value: 7" << -1;
-}
-
 void Key_Windows_Test::Chord_Reads_Picking_Back() {
-    QFETCH(QString, delay);
-    QFETCH(QString, pattern);
-    QFETCH(int, beatsRow);
-    QFETCH(QString, warning);
-    QFETCH(int, step);
-    World world;
-    frmQChordConfig window(world.S(), world.theme, NOT_GIVEN);
-    window.show();
-    Choose(window, "Piano chord");
-    Find<QCheckBox>(window, "Check1")->setChecked(true);
-    Find<QCheckBox>(window, "Check3")->setChecked(beatsRow >= 0);
-    Find<QLineEdit>(window, "Text1")->setText(delay);
-    Find<QLineEdit>(window, "Text2")->setText(pattern);
-    Find<QListWidget>(window, "List3")->setCurrentRow(beatsRow);
-    Click(window, "ok");
-    QCOMPARE(QString::fromStdString(world.Last_Text()), warning);
-    QCOMPARE(window.isVisible(), !warning.isEmpty());
-    QChordData chord;
-    window.Get_WorkStruct(chord);
-    QCOMPARE(int(chord.StepMs), step);
+    const struct {
+        const char *delay, *pattern;
+        int beatsRow;
+        const char* warning;
+        int step;
+    } rows[] = {{"250", "1 2 3", -1, "", 250},
+                {"10000", "1 2", 3, "", -1003},
+                {"0", "1 7", -1, "Invalid value: 7", -1}};
+    for (const auto& row : rows) {
+        World world;
+        frmQChordConfig window(world.S(), world.theme, NOT_GIVEN);
+        window.show();
+        Choose(window, "Piano chord");
+        Find<QCheckBox>(window, "Check1")->setChecked(true);
+        Find<QCheckBox>(window, "Check3")->setChecked(row.beatsRow >= 0);
+        Find<QLineEdit>(window, "Text1")->setText(row.delay);
+        Find<QLineEdit>(window, "Text2")->setText(row.pattern);
+        Find<QListWidget>(window, "List3")->setCurrentRow(row.beatsRow);
+        Click(window, "ok");
+        QCOMPARE(world.Last_Text(), std::string(row.warning));
+        QCOMPARE(window.isVisible(), *row.warning != '\0');
+        QChordData chord;
+        window.Get_WorkStruct(chord);
+        QCOMPARE(int(chord.StepMs), row.step);
+    }
 }
 
 void Key_Windows_Test::Chord_Is_Built_By_Choice() {
@@ -553,30 +533,6 @@ void Key_Windows_Test::Staff_Shows_Notes_By_Name() {
     QVERIFY(!piano.Staff().Shows(23));
     piano.ShowNote(61);
     QVERIFY2(piano.Staff().Shows(61) && piano.Piano().Is_Lit(61), "an off too many does no harm");
-}
-
-void Key_Windows_Test::Every_Field_Is_Named_And_Reached_By_Key() {
-    Keyboard_World world;
-    const frmPianoLayout piano(world.S(), world.theme, NOT_GIVEN);
-    const frmQChordConfig chord(world.S(), world.theme, NOT_GIVEN);
-    for (const QWidget* window : {static_cast<const QWidget*>(&piano), static_cast<const QWidget*>(&chord),
-                                  static_cast<const QWidget*>(&world.window)}) {
-        QStringList letters = Mnemonics(*window);
-        QVERIFY2(letters.removeDuplicates() == 0, qPrintable(window->windowTitle() + letters.join(' ')));
-        for (const auto* button : window->findChildren<QAbstractButton*>()) // of help, the menu has the key
-            QVERIFY2(button->text().contains('&') || button->objectName().isEmpty() ||
-                         button->objectName() == "help",
-                     qPrintable(button->objectName() + button->text()));
-        QList<QWidget*> buddies;
-        for (const auto* label : window->findChildren<QLabel*>())
-            buddies << label->buddy();
-        for (const char* type : {"QListWidget", "QLineEdit", "QComboBox", "QSpinBox"})
-            for (const auto* field : window->findChildren<QWidget*>())
-                if (field->inherits(type) && !field->objectName().startsWith("qt_")) {
-                    QVERIFY2(!field->accessibleName().isEmpty(), qPrintable(field->objectName()));
-                    QVERIFY2(buddies.contains(field), qPrintable(field->objectName()));
-                }
-    }
 }
 
 QTEST_MAIN(Key_Windows_Test)

@@ -3,7 +3,6 @@
 #include "widgets/map_field.h"
 #include "widgets/pan_vol_ctrl.h"
 
-#include <QLabel>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -65,14 +64,9 @@ class Map_Editor_Test : public QObject {
     Q_OBJECT
 private slots:
     void The_Field_Maps_Beats_And_Values();
-    void A_Dot_Is_Hit_data();
     void A_Dot_Is_Hit();
-    void Dots_Keep_Their_Order_data();
-    void Dots_Keep_Their_Order();
-    void A_Drag_Is_One_Batch_data();
     void A_Drag_Is_One_Batch();
     void Points_Come_And_Go_By_Hand();
-    void Keys_Alone_Are_Enough_data();
     void Keys_Alone_Are_Enough();
     void Maps_Open_Under_Their_Titles();
     void An_Audio_Channel_Has_Maps_Of_Its_Own();
@@ -95,85 +89,52 @@ void Map_Editor_Test::The_Field_Maps_Beats_And_Values() {
 }
 
 // The field above; dots at beat 4 value 64 (90, 136), twice, and at beat 5 value 64 (100, 136).
-void Map_Editor_Test::A_Dot_Is_Hit_data() {
-    QTest::addColumn<QPointF>("point");
-    QTest::addColumn<int>("dot");
-    QTest::newRow("in the middle, the later of two") << QPointF(90, 136) << 1;
-    QTest::newRow("at the rim") << QPointF(90, 144) << 1;
-    QTest::newRow("beside") << QPointF(90, 144.5) << -1;
-    QTest::newRow("nearer to the next") << QPointF(96, 136) << 2;
-    QTest::newRow("far") << QPointF(300, 20) << -1;
-}
-
 void Map_Editor_Test::A_Dot_Is_Hit() {
-    QFETCH(QPointF, point);
-    QFETCH(int, dot);
     const Map_Field field(QRectF(50, 10, 320, 254), 32.0);
     const std::vector<Map_Dot> dots{{1, 4.0, 64, true}, {2, 4.0, 64, true}, {3, 5.0, 64, true}};
-    const auto hit = field.Hit(dots, point, 8.0);
-    QCOMPARE(hit ? static_cast<int>(*hit) : -1, dot);
-}
-
-void Map_Editor_Test::Dots_Keep_Their_Order_data() {
-    QTest::addColumn<int>("id");
-    QTest::addColumn<double>("beat");
-    QTest::addColumn<int>("value");
-    QTest::addColumn<QString>("order");
-    QTest::newRow("past the next") << 2 << 20.0 << 50 << "1@0 3@16 2@20 4@28";
-    QTest::newRow("onto the next: behind it") << 2 << 16.0 << 50 << "1@0 3@16 2@16 4@28";
-    QTest::newRow("behind the end") << 3 << 40.0 << 50 << "1@0 2@8 3@40 4@40";
-    QTest::newRow("before the start") << 3 << -4.0 << 50 << "1@0 3@0 2@8 4@28";
-    QTest::newRow("the first stays") << 1 << 12.0 << 50 << "1@0 2@8 3@16 4@28";
-    QTest::newRow("the last stays") << 4 << 2.0 << 300 << "1@0 2@8 3@16 4@28";
-    QTest::newRow("unknown") << 9 << 2.0 << 50 << "1@0 2@8 3@16 4@28";
-}
-
-void Map_Editor_Test::Dots_Keep_Their_Order() {
-    QFETCH(int, id);
-    QFETCH(double, beat);
-    QFETCH(int, value);
-    QFETCH(QString, order);
-    QStringList found;
-    for (const Map_Dot& dot : Moved_Dots(
-             {{1, 0, 64, false}, {2, 8, 64, true}, {3, 16, 64, true}, {4, 28, 64, false}}, id, beat, value)) {
-        found << QStringLiteral("%1@%2").arg(dot.id).arg(dot.beat);
-        if (dot.id == id)
-            QCOMPARE(dot.value, std::min(value, 127));
+    const struct {
+        const char* name;
+        QPointF point;
+        int dot;
+    } rows[] = {{"in the middle, the later of two", {90, 136}, 1},
+                {"at the rim", {90, 144}, 1},
+                {"beside", {90, 144.5}, -1},
+                {"nearer to the next", {96, 136}, 2},
+                {"far", {300, 20}, -1}};
+    for (const auto& row : rows) {
+        const auto hit = field.Hit(dots, row.point, 8.0);
+        QVERIFY2((hit ? static_cast<int>(*hit) : -1) == row.dot, row.name);
     }
-    QCOMPARE(found.join(' '), order);
-}
-
-void Map_Editor_Test::A_Drag_Is_One_Batch_data() {
-    QTest::addColumn<double>("fromBeat");
-    QTest::addColumn<int>("fromValue");
-    QTest::addColumn<double>("toBeat");
-    QTest::addColumn<int>("toValue");
-    QTest::addColumn<QString>("map");
-    QTest::addColumn<QList<int>>("messages");
-    const QList<int> moved{MSG_VOLUME_MOVE_POINT, MSG_VOLUME_MOVE_END};
-    const QList<int> set{MSG_VOLUME_SET_POINT, MSG_VOLUME_SET_END};
-    QTest::newRow("in time and value") << 8.0 << 100 << 12.05 << 80 << "0=64 12=80 16=20 28=64" << moved;
-    QTest::newRow("over its neighbour") << 8.0 << 100 << 20.0 << 100 << "0=64 16=20 20=100 28=64" << moved;
-    QTest::newRow("in value") << 16.0 << 20 << 16.05 << 60 << "0=64 8=100 16=60 28=64" << set;
-    QTest::newRow("the first only in value") << 0.0 << 64 << 8.0 << 127 << "0=127 8=100 16=20 28=64" << set;
-    QTest::newRow("the last only in value") << 28.0 << 64 << 4.0 << 0 << "0=64 8=100 16=20 28=0" << set;
-    QTest::newRow("nowhere") << 8.0 << 100 << 8.0 << 100 << BEFORE << QList<int>{};
-    QTest::newRow("no point there") << 12.0 << 120 << 14.0 << 100 << BEFORE << QList<int>{};
 }
 
 void Map_Editor_Test::A_Drag_Is_One_Batch() {
-    QFETCH(double, fromBeat);
-    QFETCH(int, fromValue);
-    QFETCH(double, toBeat);
-    QFETCH(int, toValue);
-    QFETCH(QString, map);
-    QFETCH(QList<int>, messages);
-    Map_Fixture f;
-    QCOMPARE(f.Map(), BEFORE);
-    f.Drag(f.At(fromBeat, fromValue), f.At(toBeat, toValue));
-    QCOMPARE(f.Map(), map);
-    QCOMPARE(f.heard, messages);
-    QCOMPARE(f.session.project.Modified, !messages.isEmpty());
+    const QList<int> moved{MSG_VOLUME_MOVE_POINT, MSG_VOLUME_MOVE_END};
+    const QList<int> set{MSG_VOLUME_SET_POINT, MSG_VOLUME_SET_END};
+    const struct {
+        const char* name;
+        double fromBeat;
+        int fromValue;
+        double toBeat;
+        int toValue;
+        QString map;
+        QList<int> messages;
+    } rows[] = {{"in time and value", 8.0, 100, 12.05, 80, "0=64 12=80 16=20 28=64", moved},
+                {"over its neighbour", 8.0, 100, 20.0, 100, "0=64 16=20 20=100 28=64", moved},
+                {"onto its neighbour: behind it", 8.0, 100, 16.0, 50, "0=64 16=20 16=50 28=64", moved},
+                {"before the start", 16.0, 20, -1.0, 50, "0=64 0=50 8=100 28=64", moved},
+                {"in value", 16.0, 20, 16.05, 60, "0=64 8=100 16=60 28=64", set},
+                {"the first only in value", 0.0, 64, 8.0, 127, "0=127 8=100 16=20 28=64", set},
+                {"the last only in value", 28.0, 64, 4.0, 0, "0=64 8=100 16=20 28=0", set},
+                {"nowhere", 8.0, 100, 8.0, 100, BEFORE, {}},
+                {"no point there", 12.0, 120, 14.0, 100, BEFORE, {}}};
+    for (const auto& row : rows) {
+        Map_Fixture f;
+        QCOMPARE(f.Map(), BEFORE);
+        f.Drag(f.At(row.fromBeat, row.fromValue), f.At(row.toBeat, row.toValue));
+        QVERIFY2(f.Map() == row.map, qPrintable(row.name + QStringLiteral(": ") + f.Map()));
+        QVERIFY2(f.heard == row.messages, row.name);
+        QVERIFY2(f.session.project.Modified == !row.messages.isEmpty(), row.name);
+    }
 }
 
 void Map_Editor_Test::Points_Come_And_Go_By_Hand() {
@@ -203,40 +164,35 @@ void Map_Editor_Test::Points_Come_And_Go_By_Hand() {
     QVERIFY(std::abs(beat - 11.1) < 0.1 && beat != 11.0 && beat != 11.25);
 }
 
-void Map_Editor_Test::Keys_Alone_Are_Enough_data() {
-    QTest::addColumn<QList<int>>("keys"); // the first point is chosen; keys with Shift below 0
-    QTest::addColumn<QString>("map");
-    QTest::addColumn<int>("batches");
-    QTest::newRow("later by a beat") << QList<int>{Qt::Key_PageDown, Qt::Key_Right}
-                                     << "0=64 9=100 16=20 28=64" << 1;
-    QTest::newRow("earlier by a sixteenth")
-        << QList<int>{Qt::Key_PageDown, -Qt::Key_Left} << "0=64 7.75=100 16=20 28=64" << 1;
-    QTest::newRow("louder, softer by one")
-        << QList<int>{Qt::Key_PageDown, Qt::Key_Up, -Qt::Key_Down} << "0=64 8=104 16=20 28=64" << 2;
-    QTest::newRow("no higher than 127") << QList<int>(14, Qt::Key_Up) << "0=127 8=100 16=20 28=64" << 13;
-    QTest::newRow("the first does not move") << QList<int>{Qt::Key_Right, Qt::Key_Left} << BEFORE << 0;
-    QTest::newRow("a new one on the line")
-        << QList<int>{Qt::Key_Insert} << "0=64 8=100 12=60 16=20 28=64" << 1;
-    QTest::newRow("only one there") << QList<int>{Qt::Key_Insert, Qt::Key_Insert}
-                                    << "0=64 8=100 12=60 16=20 28=64" << 1;
-    QTest::newRow("the last but one goes")
-        << QList<int>{Qt::Key_End, Qt::Key_PageUp, Qt::Key_Delete} << "0=64 8=100 28=64" << 1;
-}
-
 void Map_Editor_Test::Keys_Alone_Are_Enough() {
-    QFETCH(QList<int>, keys);
-    QFETCH(QString, map);
-    QFETCH(int, batches);
-    Map_Fixture f;
-    f.session.hub->Message(nullptr, MSG_SONG_POSITION, 12.0);
-    f.editor.Select_Point(f.editor.Dots()[0].id);
-    f.heard.clear();
-    for (const int key : keys)
-        QTest::keyClick(&f.editor, static_cast<Qt::Key>(std::abs(key)),
-                        key < 0 ? Qt::ShiftModifier : Qt::NoModifier);
-    QCOMPARE(f.Map(), map);
-    QCOMPARE(f.heard.size(), 2 * batches); // each the change and its end
-    QVERIFY(!f.editor.accessibleDescription().isEmpty());
+    using enum Qt::Key;
+    const struct {
+        const char* name;
+        QList<int> keys; ///< the first point is chosen; keys with Shift below 0
+        QString map;
+        int batches;
+    } rows[] = {
+        {"later by a beat", {Key_PageDown, Key_Right}, "0=64 9=100 16=20 28=64", 1},
+        {"earlier by a sixteenth", {Key_PageDown, -Key_Left}, "0=64 7.75=100 16=20 28=64", 1},
+        {"louder, softer by one", {Key_PageDown, Key_Up, -Key_Down}, "0=64 8=104 16=20 28=64", 2},
+        {"no higher than 127", QList<int>(14, Key_Up), "0=127 8=100 16=20 28=64", 13},
+        {"the first does not move", {Key_Right, Key_Left}, BEFORE, 0},
+        {"a new one on the line", {Key_Insert}, "0=64 8=100 12=60 16=20 28=64", 1},
+        {"only one there", {Key_Insert, Key_Insert}, "0=64 8=100 12=60 16=20 28=64", 1},
+        {"the last but one goes", {Key_End, Key_PageUp, Key_Delete}, "0=64 8=100 28=64", 1},
+    };
+    for (const auto& row : rows) {
+        Map_Fixture f;
+        f.session.hub->Message(nullptr, MSG_SONG_POSITION, 12.0);
+        f.editor.Select_Point(f.editor.Dots()[0].id);
+        f.heard.clear();
+        for (const int key : row.keys)
+            QTest::keyClick(&f.editor, static_cast<Qt::Key>(std::abs(key)),
+                            key < 0 ? Qt::ShiftModifier : Qt::NoModifier);
+        QVERIFY2(f.Map() == row.map, qPrintable(row.name + QStringLiteral(": ") + f.Map()));
+        QVERIFY2(f.heard.size() == 2 * row.batches, row.name); // each the change and its end
+        QVERIFY2(!f.editor.accessibleDescription().isEmpty(), row.name);
+    }
 }
 
 void Map_Editor_Test::Maps_Open_Under_Their_Titles() {

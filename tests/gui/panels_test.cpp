@@ -43,10 +43,10 @@ QWidget* Named(QWidget& parent, const QString& name) {
     qFatal("no %s", qPrintable(name));
 }
 
-void Turn_Wheel(QWidget& widget, int notches, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+void Turn_Wheel(QWidget& widget, double notches, Qt::KeyboardModifiers keys = Qt::NoModifier) {
     const QPointF middle(widget.width() / 2.0, widget.height() / 2.0);
-    QWheelEvent turn(middle, widget.mapToGlobal(middle), {}, {0, notches * 120}, Qt::NoButton, keys,
-                     Qt::NoScrollPhase, false);
+    QWheelEvent turn(middle, widget.mapToGlobal(middle), {}, {0, static_cast<int>(notches * 120)},
+                     Qt::NoButton, keys, Qt::NoScrollPhase, false);
     QApplication::sendEvent(&widget, &turn);
 }
 
@@ -76,12 +76,20 @@ void Panels_Test::Wheel_And_Double_Click_Set_Volume_And_Pan() {
     QCOMPARE(int{w.Row(0).Volume}, before + 10);
     Turn_Wheel(*volume, -1, Qt::ShiftModifier);
     QCOMPARE(int{w.Row(0).Volume}, before + 9);
+    Turn_Wheel(*volume, 0.5); // half a notch waits for its other half
+    QCOMPARE(int{w.Row(0).Volume}, before + 9);
+    Turn_Wheel(*volume, 0.5);
+    QCOMPARE(int{w.Row(0).Volume}, before + 14);
     Turn_Wheel(*pan, -1);
     QCOMPARE(int{w.Row(0).Pan}, 58);
     QTest::mouseDClick(volume, Qt::LeftButton);
     QTest::mouseDClick(pan, Qt::LeftButton);
     QCOMPARE(int{w.Row(0).Volume}, 80);
     QCOMPARE(int{w.Row(0).Pan}, 64);
+    for (const auto& [key, value] : {std::pair{Qt::Key_End, 127}, {Qt::Key_Home, 0}, {Qt::Key_Left, 0}}) {
+        QTest::keyClick(volume, key);
+        QCOMPARE(int{w.Row(0).Volume}, value);
+    }
 }
 
 void Panels_Test::A_Patch_Is_Heard_Before_It_Is_Taken() {

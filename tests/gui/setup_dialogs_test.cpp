@@ -305,39 +305,6 @@ private slots:
         QCOMPARE(install.test.dialogs.shown.back().kind, Box_Kind::Warning);
         QVERIFY(install.Last_Text().find("timgm6mb-soundfont") != std::string::npos);
     }
-
-    void Every_Field_Is_Named_And_Reached_By_Key() {
-        World world;
-        const frmSetUpMidiDevice setup(world.S(), world.theme);
-        const frmInstList list(world.S(), world.theme);
-        const frmSF2Error error(world.S(), world.theme);
-        for (const QWidget* window : {static_cast<const QWidget*>(&setup), static_cast<const QWidget*>(&list),
-                                      static_cast<const QWidget*>(&error)}) {
-            QStringList mnemonics;
-            const auto take = [&](const QString& text) {
-                const qsizetype at = text.indexOf('&');
-                if (at >= 0)
-                    mnemonics << text.mid(at + 1, 1).toLower();
-            };
-            for (const auto* button : window->findChildren<QAbstractButton*>()) {
-                QVERIFY2(button->text().contains('&') || !button->shortcut().isEmpty(),
-                         qPrintable(button->objectName()));
-                take(button->text());
-            }
-            QList<QWidget*> buddies;
-            for (const auto* label : window->findChildren<QLabel*>()) {
-                if (label->buddy() == nullptr)
-                    continue;
-                buddies << label->buddy();
-                take(label->text());
-            }
-            for (auto* field : window->findChildren<QListWidget*>()) {
-                QVERIFY2(!field->accessibleName().isEmpty(), qPrintable(field->objectName()));
-                QVERIFY(buddies.contains(field));
-            }
-            QCOMPARE(QSet<QString>(mnemonics.begin(), mnemonics.end()).size(), mnemonics.size());
-        }
-    }
 };
 
 QTEST_MAIN(Setup_Dialogs_Test)

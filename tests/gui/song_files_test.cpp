@@ -11,10 +11,8 @@
 #include "support/window_world.h"
 
 #include <QDropEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTimer>
@@ -126,7 +124,6 @@ int Be_The_Child(const fs::path& home) {
 class Song_Files_Test : public QObject {
     Q_OBJECT
 private slots:
-    void Nothing_Unsaved_Goes_Unasked_data();
     void Nothing_Unsaved_Goes_Unasked();
     void A_Save_That_Fails_Keeps_The_Song();
     void The_Title_And_The_Recent_Files_Follow();
@@ -138,63 +135,55 @@ private slots:
     void A_System_That_Ends_Loses_Nothing();
 };
 
-void Song_Files_Test::Nothing_Unsaved_Goes_Unasked_data() {
-    QTest::addColumn<std::function<void(With_Songs&)>>("act");
-    QTest::addColumn<int>("channelsAfter"); // 0: the window is closed
-    const auto row = [](const char* name, std::function<void(With_Songs&)> act, int after) {
-        QTest::newRow(name) << act << after;
-    };
-    row(
-        "new", [](With_Songs& p) { p.Entry("New")->trigger(); }, 1);
-    row(
-        "open", [](With_Songs& p) { p.Entry("Open...")->trigger(); }, 3);
-    row(
-        "recent", [](With_Songs& p) { p.Entry("three.tvx")->trigger(); }, 3);
-    row(
-        "dropped", [](With_Songs& p) { p.Drop(p.three); }, 3);
-    row(
-        "on the command line", [](With_Songs& p) { p.window->Open_First_Song(p.three); }, 3);
-    row(
-        "template",
-        [](With_Songs& p) {
-            fs::copy_file(p.three, p.folder / "templates/Band.tvx");
-            p.Entry("New from template...")->trigger();
-            auto* window = p.window->findChild<frmNewFile*>();
-            Find<QListWidget>(*window, "List1")->setCurrentRow(0);
-            window->accept();
-        },
-        3);
-    row(
-        "import", [](With_Songs& p) { p.Files().Leave_Song_Then([&p] { p.session->New_Project(); }); }, 1);
-    row(
-        "exit", [](With_Songs& p) { p.Entry("Exit")->trigger(); }, 0);
-}
-
 void Song_Files_Test::Nothing_Unsaved_Goes_Unasked() {
-    QFETCH(std::function<void(With_Songs&)>, act);
-    QFETCH(int, channelsAfter);
+    const struct {
+        const char* name;
+        std::function<void(With_Songs&)> act;
+        int channelsAfter; ///< 0: the window is closed
+    } rows[] = {
+        {"new", [](With_Songs& p) { p.Entry("New")->trigger(); }, 1},
+        {"open", [](With_Songs& p) { p.Entry("Open...")->trigger(); }, 3},
+        {"recent", [](With_Songs& p) { p.Entry("three.tvx")->trigger(); }, 3},
+        {"dropped", [](With_Songs& p) { p.Drop(p.three); }, 3},
+        {"on the command line", [](With_Songs& p) { p.window->Open_First_Song(p.three); }, 3},
+        {"template",
+         [](With_Songs& p) {
+             fs::copy_file(p.three, p.folder / "templates/Band.tvx");
+             p.Entry("New from template...")->trigger();
+             auto* window = p.window->findChild<frmNewFile*>();
+             Find<QListWidget>(*window, "List1")->setCurrentRow(0);
+             window->accept();
+         },
+         3},
+        {"import", [](With_Songs& p) { p.Files().Leave_Song_Then([&p] { p.session->New_Project(); }); }, 1},
+        {"exit", [](With_Songs& p) { p.Entry("Exit")->trigger(); }, 0},
+    };
+    const char* const ways[] = {"yes", "no", "cancel", "yes, but no name", "nothing to ask"};
     enum Way { Yes, No, Cancel, Yes_But_No_Name, Nothing_To_Ask };
-    for (const Way way : {Yes, No, Cancel, Yes_But_No_Name, Nothing_To_Ask}) {
-        With_Songs p;
-        p.dialogs.fileToOpen = p.three.string();
-        p.dialogs.answers[QUESTION] = way == Yes || way == Yes_But_No_Name;
-        if (way == Cancel)
-            p.dialogs.cancelled = {QUESTION};
-        if (way == Yes_But_No_Name)
-            p.dialogs.fileToSave.clear();
-        if (way == Nothing_To_Ask)
-            p.Files().Save();
-        p.dialogs.asked.clear();
-        act(p);
-        QTest::qWait(1);
-        const bool stays = way == Cancel || way == Yes_But_No_Name;
-        QVERIFY2(p.window->isVisible() == (stays || channelsAfter > 0), qPrintable(QString::number(way)));
-        QCOMPARE(p.dialogs.asked.size(), way == Nothing_To_Ask ? 0U : 1U);
-        QCOMPARE(Count_In(p.two), way == Yes || way == Nothing_To_Ask ? 2 : -1);
-        QCOMPARE(p.Channels(), stays || channelsAfter == 0 ? 2 : channelsAfter);
-        const bool unsaved = stays || (channelsAfter == 0 && way == No);
-        QCOMPARE(bool(p.session->project.Modified), unsaved);
-        QCOMPARE(Count_In(p.three), 3);
+    for (const auto& row : rows) {
+        for (const Way way : {Yes, No, Cancel, Yes_But_No_Name, Nothing_To_Ask}) {
+            const std::string told = row.name + std::string(": ") + ways[way];
+            With_Songs p;
+            p.dialogs.fileToOpen = p.three.string();
+            p.dialogs.answers[QUESTION] = way == Yes || way == Yes_But_No_Name;
+            if (way == Cancel)
+                p.dialogs.cancelled = {QUESTION};
+            if (way == Yes_But_No_Name)
+                p.dialogs.fileToSave.clear();
+            if (way == Nothing_To_Ask)
+                p.Files().Save();
+            p.dialogs.asked.clear();
+            row.act(p);
+            QTest::qWait(1);
+            const bool stays = way == Cancel || way == Yes_But_No_Name;
+            const bool closed = row.channelsAfter == 0;
+            QVERIFY2(p.window->isVisible() == (stays || !closed), told.c_str());
+            QVERIFY2(p.dialogs.asked.size() == (way == Nothing_To_Ask ? 0U : 1U), told.c_str());
+            QVERIFY2(Count_In(p.two) == (way == Yes || way == Nothing_To_Ask ? 2 : -1), told.c_str());
+            QVERIFY2(p.Channels() == (stays || closed ? 2 : row.channelsAfter), told.c_str());
+            QVERIFY2(bool(p.session->project.Modified) == (stays || (closed && way == No)), told.c_str());
+            QVERIFY2(Count_In(p.three) == 3, told.c_str());
+        }
     }
 }
 

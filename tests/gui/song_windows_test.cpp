@@ -48,62 +48,49 @@ QString Changes(const Session& session) {
 class Song_Windows_Test : public QObject {
     Q_OBJECT
 private slots:
-    void A_Tempo_Change_Is_Added_data();
     void A_Tempo_Change_Is_Added();
     void A_Tempo_Change_Is_Edited();
     void The_Click_Is_Tested_And_Kept();
     void The_Song_Is_Made_Faster();
     void Marks_Are_Made_Named_And_Deleted();
-    void A_Mark_Follows_The_Play_Position_data();
     void A_Mark_Follows_The_Play_Position();
     void A_Full_Table_Is_Told();
-    void Flags_Lie_On_The_Ruler_data();
     void Flags_Lie_On_The_Ruler();
     void A_Flag_Is_Read_On_Every_Colour();
     void A_Flag_Goes_To_Its_Mark();
 };
 
 // The list holds 3:1.0=120 before each row.
-void Song_Windows_Test::A_Tempo_Change_Is_Added_data() {
-    QTest::addColumn<QString>("position");
-    QTest::addColumn<int>("tempo");
-    QTest::addColumn<QString>("changes");
-    QTest::addColumn<QString>("told");
-    const QString before = QStringLiteral("3:1.0=120");
-    QTest::newRow("at the start") << "1:1.0" << 90 << "1:1.0=90 3:1.0=120"
-                                  << "";
-    QTest::newRow("later, with blanks") << " 4:2.5 " << 60 << "3:1.0=120 4:2.5=60"
-                                        << "";
-    QTest::newRow("in beats") << "6" << 60 << "2:3.0=60 3:1.0=120"
-                              << "";
-    QTest::newRow("no beat 5") << "1:5" << 60 << before << "Invalid Value";
-    QTest::newRow("words") << "soon" << 60 << before << "Invalid Value";
-    QTest::newRow("before the song") << "-2:1" << 60 << before << "Invalid Value";
-    QTest::newRow("taken")
-        << "3:1" << 60 << before
-        << "There is a tempo change at this position already. Select it in the list to change "
-           "its tempo.";
-}
-
 void Song_Windows_Test::A_Tempo_Change_Is_Added() {
-    QFETCH(QString, position);
-    QFETCH(int, tempo);
-    QFETCH(QString, changes);
-    QFETCH(QString, told);
-    Song_Fixture s;
-    s.session.hub->Message(nullptr, MSG_ADD_TEMPO_CHANGE, 8.0, std::int32_t{120});
-    s.session.project.Modified = false;
-    frmTempo window(s.session, s.theme);
-    auto* field = Find<QLineEdit>(window, "Text1");
-    QCOMPARE(field->text(), QStringLiteral("1:1.0"));
-    field->setText(position);
-    Find<QSpinBox>(window, "Text2")->setValue(tempo);
-    QTest::keyClick(field, Qt::Key_Return);
-    QCOMPARE(Changes(s.session), changes);
-    QCOMPARE(s.session.project.Modified, told.isEmpty());
-    QCOMPARE(s.test.dialogs.shown.empty() ? QString()
-                                          : QString::fromStdString(s.test.dialogs.shown.back().text),
-             told);
+    const struct {
+        const char* name;
+        const char* position;
+        int tempo;
+        QString changes;
+        std::string told;
+    } rows[] = {
+        {"at the start", "1:1.0", 90, "1:1.0=90 3:1.0=120", ""},
+        {"later, with blanks", " 4:2.5 ", 60, "3:1.0=120 4:2.5=60", ""},
+        {"in beats", "6", 60, "2:3.0=60 3:1.0=120", ""},
+        {"no beat 5", "1:5", 60, "3:1.0=120", "Invalid Value"},
+        {"words", "soon", 60, "3:1.0=120", "Invalid Value"},
+        {"before the song", "-2:1", 60, "3:1.0=120", "Invalid Value"},
+        {"taken", "3:1", 60, "3:1.0=120",
+         "There is a tempo change at this position already. Select it in the list to change its tempo."},
+    };
+    for (const auto& row : rows) {
+        Song_Fixture s;
+        s.session.hub->Message(nullptr, MSG_ADD_TEMPO_CHANGE, 8.0, std::int32_t{120});
+        s.session.project.Modified = false;
+        frmTempo window(s.session, s.theme);
+        auto* field = Find<QLineEdit>(window, "Text1");
+        QCOMPARE(field->text(), QStringLiteral("1:1.0"));
+        field->setText(QLatin1String(row.position));
+        Find<QSpinBox>(window, "Text2")->setValue(row.tempo);
+        QTest::keyClick(field, Qt::Key_Return);
+        QVERIFY2(Changes(s.session) == row.changes && s.Last_Text() == row.told, row.name);
+        QVERIFY2(s.session.project.Modified == row.told.empty(), row.name);
+    }
 }
 
 void Song_Windows_Test::A_Tempo_Change_Is_Edited() {
@@ -251,38 +238,29 @@ void Song_Windows_Test::Marks_Are_Made_Named_And_Deleted() {
 }
 
 // Before each row the selected mark spans beats 8 to 16, or is a plain one at 8.
-void Song_Windows_Test::A_Mark_Follows_The_Play_Position_data() {
-    QTest::addColumn<bool>("span");
-    QTest::addColumn<bool>("end");
-    QTest::addColumn<double>("position");
-    QTest::addColumn<double>("startAfter");
-    QTest::addColumn<double>("endAfter");
-    QTest::newRow("start of a plain mark") << false << false << 4.0 << 4.0 << 4.0;
-    QTest::newRow("start of a span") << true << false << 12.0 << 12.0 << 16.0;
-    QTest::newRow("end of a plain mark") << false << true << 10.0 << 8.0 << 10.0;
-    QTest::newRow("end of a span") << true << true << 20.0 << 8.0 << 20.0;
-    QTest::newRow("end before the start") << true << true << 4.0 << 8.0 << 16.0;
-}
-
 void Song_Windows_Test::A_Mark_Follows_The_Play_Position() {
-    QFETCH(bool, span);
-    QFETCH(bool, end);
-    QFETCH(double, position);
-    QFETCH(double, startAfter);
-    QFETCH(double, endAfter);
-    Song_Fixture s;
-    s.session.hub->Message(nullptr, MSG_ADD_MARK, 8.0, span ? Msg_Arg(16.0) : Msg_Arg(),
-                           std::string("Verse"));
-    Mark_Selection selection(s.session);
-    selection.Select(1);
-    s.session.transport.PlayPosition = position;
-    if (end)
-        selection.Set_End_At_Play_Position();
-    else
-        selection.Set_Start_At_Play_Position();
-    const Mark& mark = s.session.marks.Row(1);
-    QCOMPARE(mark.MarkStart, startAfter);
-    QCOMPARE(std::max(mark.MarkStart, mark.MarkEnd), endAfter);
+    const struct {
+        const char* name;
+        bool span;
+        bool end;
+        double position, startAfter, endAfter;
+    } rows[] = {{"start of a plain mark", false, false, 4.0, 4.0, 4.0},
+                {"start of a span", true, false, 12.0, 12.0, 16.0},
+                {"end of a plain mark", false, true, 10.0, 8.0, 10.0},
+                {"end of a span", true, true, 20.0, 8.0, 20.0},
+                {"end before the start", true, true, 4.0, 8.0, 16.0}};
+    for (const auto& row : rows) {
+        Song_Fixture s;
+        s.session.hub->Message(nullptr, MSG_ADD_MARK, 8.0, row.span ? Msg_Arg(16.0) : Msg_Arg(),
+                               std::string("Verse"));
+        Mark_Selection selection(s.session);
+        selection.Select(1);
+        s.session.transport.PlayPosition = row.position;
+        row.end ? selection.Set_End_At_Play_Position() : selection.Set_Start_At_Play_Position();
+        const Mark& mark = s.session.marks.Row(1);
+        QVERIFY2(mark.MarkStart == row.startAfter, row.name);
+        QVERIFY2(std::max(mark.MarkStart, mark.MarkEnd) == row.endAfter, row.name);
+    }
 }
 
 void Song_Windows_Test::A_Full_Table_Is_Told() {
@@ -296,30 +274,29 @@ void Song_Windows_Test::A_Full_Table_Is_Told() {
 }
 
 // Boxes by hand: the text and 5 of air on both sides, cut 1 before the next flag, 8 at least.
-void Song_Windows_Test::Flags_Lie_On_The_Ruler_data() {
-    QTest::addColumn<QList<double>>("starts");
-    QTest::addColumn<QList<double>>("widths");
-    QTest::newRow("one") << QList<double>{10} << QList<double>{40};
-    QTest::newRow("room") << QList<double>{10, 60} << QList<double>{40, 40};
-    QTest::newRow("close") << QList<double>{10, 35} << QList<double>{24, 40};
-    QTest::newRow("at one place") << QList<double>{10, 10} << QList<double>{8, 40};
-    QTest::newRow("none") << QList<double>{} << QList<double>{};
-}
-
 void Song_Windows_Test::Flags_Lie_On_The_Ruler() {
-    QFETCH(QList<double>, starts);
-    QFETCH(QList<double>, widths);
-    std::vector<Mark_Flag> flags;
-    for (const double start : starts)
-        flags.push_back({0, start, 30.0});
-    const std::vector<QRectF> boxes = Flag_Boxes(flags, 2.0, 16.0, 5.0, 8.0);
-    QCOMPARE(boxes.size(), static_cast<std::size_t>(starts.size()));
-    for (std::size_t i = 0; i < boxes.size(); ++i)
-        QCOMPARE(boxes[i],
-                 QRectF(starts[static_cast<qsizetype>(i)], 2.0, widths[static_cast<qsizetype>(i)], 16.0));
-    const int last = static_cast<int>(boxes.size()) - 1;
-    QCOMPARE(Flag_At(boxes, starts.isEmpty() ? QPointF(10, 10) : QPointF(starts.last() + 1, 10)), last);
-    QCOMPARE(Flag_At(boxes, {300, 10}), -1);
+    const struct {
+        const char* name;
+        std::vector<double> starts, widths;
+    } rows[] = {{"one", {10}, {40}},
+                {"room", {10, 60}, {40, 40}},
+                {"close", {10, 35}, {24, 40}},
+                {"at one place", {10, 10}, {8, 40}},
+                {"none", {}, {}}};
+    for (const auto& row : rows) {
+        std::vector<Mark_Flag> flags;
+        std::vector<QRectF> expected;
+        for (std::size_t i = 0; i < row.starts.size(); ++i) {
+            flags.push_back({0, row.starts[i], 30.0});
+            expected.emplace_back(row.starts[i], 2.0, row.widths[i], 16.0);
+        }
+        const std::vector<QRectF> boxes = Flag_Boxes(flags, 2.0, 16.0, 5.0, 8.0);
+        QVERIFY2(boxes == expected, row.name);
+        const int last = static_cast<int>(boxes.size()) - 1;
+        QVERIFY2(Flag_At(boxes, last < 0 ? QPointF(10, 10) : QPointF(row.starts.back() + 1, 10)) == last,
+                 row.name);
+        QVERIFY2(Flag_At(boxes, {300, 10}) == -1, row.name);
+    }
 }
 
 // White on red has 4.0 to 1 and black on it 5.25; the grey of 118 has 4.54 with white, 4.62 with black.

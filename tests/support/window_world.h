@@ -9,9 +9,7 @@
 #include <QTest>
 #include <QWidget>
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
 namespace tonvex {
 
@@ -27,13 +25,8 @@ inline void Click(const QWidget& window, const char* name) {
     Find<QAbstractButton>(window, name)->click();
 }
 
-inline int Count(const std::vector<Sound_Message>& messages, Sound_Op op, int slot, int a) {
-    return static_cast<int>(std::count_if(messages.begin(), messages.end(), [&](const Sound_Message& m) {
-        return m.op == op && m.slot == slot && m.a == a;
-    }));
-}
-
-/// Letters that reach a control of the window: of its buttons and of the labels of its fields, lower case.
+/// Letters that reach a control of the window as it is: of its buttons and of the labels of its fields, lower
+/// case.
 inline QStringList Mnemonics(const QWidget& window) {
     QStringList letters;
     const auto take = [&](const QString& text) {
@@ -42,9 +35,10 @@ inline QStringList Mnemonics(const QWidget& window) {
             letters << text.mid(at + 1, 1).toLower();
     };
     for (const auto* button : window.findChildren<QAbstractButton*>())
-        take(button->text());
+        if (button->isVisibleTo(&window))
+            take(button->text());
     for (const auto* label : window.findChildren<QLabel*>())
-        if (label->buddy() != nullptr)
+        if (label->buddy() != nullptr && label->isVisibleTo(&window))
             take(label->text());
     return letters;
 }
