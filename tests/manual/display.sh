@@ -4,7 +4,7 @@ build=$(realpath "${build:-build/debug}")
 work=$(mktemp -d)
 helpers=
 program=
-trap 'kill $program $helpers 2>/dev/null; cd /; rm -r "$work"' EXIT
+trap 'kill $program $helpers 2>/dev/null || true; cd /; rm -r "$work"' EXIT
 fail() {
     echo "FAILED${form:+ ($form)}: $1"
     status=1
