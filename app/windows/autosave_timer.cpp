@@ -1,5 +1,6 @@
 #include "app/windows/autosave_timer.h"
 
+#include "platform/qt/core_words.h"
 #include "project/project_writer.h"
 
 #include <algorithm>
@@ -26,7 +27,7 @@ Autosave_Timer::Autosave_Timer(Session& owner, QObject* parent)
       autosave(owner.project, owner.doors.counter, owner.Temp_Folder(),
                [this] { return Copy_Song(session); }) {
     session.files->observers.push_back(this);
-    autosave.onFailure = [this](const std::string& error) { emit failed(QString::fromStdString(error)); };
+    autosave.onFailure = [this](const std::string& error) { emit failed(Core_Words(error)); };
     connect(&timer, &QTimer::timeout, this, [this] { autosave.Tick(); });
     timer.setTimerType(Qt::VeryCoarseTimer);
     timer.start(TICK_MS);

@@ -1,5 +1,6 @@
 #include "app/windows/frm_key_access.h"
 
+#include "platform/qt/core_words.h"
 #include "platform/qt/virtual_keys.h"
 
 #include <QApplication>
@@ -27,6 +28,12 @@ enum Column : int { NAME_COLUMN, KEY_COLUMN };
 bool Is_Modifier(int key) {
     return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt || key == Qt::Key_Meta ||
            key == Qt::Key_AltGr;
+}
+
+/// The program's own names in the user's language; a name that the user gave as it is.
+QString Shown_Name(const FunctionKey& function) {
+    return function.Name == function.InternalName ? Core_Words(function.Name)
+                                                  : QString::fromStdString(function.Name);
 }
 
 } // namespace
@@ -140,11 +147,11 @@ void frmKeyAccess::Fill_List() {
     rowOfPlace.clear();
     for (int row = 0; row < static_cast<int>(Function_Key_Table::ROWS); ++row) {
         const FunctionKey& function = table.FunctionKeys[static_cast<std::size_t>(row)];
-        const QString name = QString::fromStdString(function.Name);
+        const QString name = Shown_Name(function);
         if (function.InternalName.empty() || !name.contains(wanted, Qt::CaseInsensitive))
             continue;
         rowOfPlace.push_back(row);
-        auto* item = new QTreeWidgetItem(List1, {name, QString::fromStdString(table.Key_Text(row))});
+        auto* item = new QTreeWidgetItem(List1, {name, Core_Words(table.Key_Text(row))});
         if (row == before)
             List1->setCurrentItem(item);
     }
@@ -165,7 +172,7 @@ void frmKeyAccess::Show_Selected() {
         return;
     }
     const FunctionKey& function = session.functionKeys.FunctionKeys[static_cast<std::size_t>(row)];
-    Text1->setText(QString::fromStdString(session.functionKeys.Key_Text(row)));
+    Text1->setText(Core_Words(session.functionKeys.Key_Text(row)));
     Text3->setText(QString::fromStdString(function.InternalName));
     hint->setText(function.WhileRunning != 0 ? tr("Works while the song is recorded or played too.")
                                              : tr("Waits until recording or playing has stopped."));
@@ -269,7 +276,7 @@ void frmKeyAccess::Command2_Click() {
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setWindowTitle(tr("Change name"));
     question->setLabelText(tr("Type the new name for: ") + QString::fromStdString(function.InternalName));
-    question->setTextValue(QString::fromStdString(function.Name));
+    question->setTextValue(Shown_Name(function));
     if (auto* line = question->findChild<QLineEdit*>())
         line->setMaxLength(LONGEST_NAME);
     connect(question, &QInputDialog::textValueSelected, this,
@@ -278,7 +285,9 @@ void frmKeyAccess::Command2_Click() {
 }
 
 void frmKeyAccess::Take_New_Name(int row, const QString& typed) {
-    if (!session.functionKeys.Rename(row, typed.toStdString()))
+    // The name that was shown is no new one, though it is another than the English one.
+    if (typed == Shown_Name(session.functionKeys.FunctionKeys[static_cast<std::size_t>(row)]) ||
+        !session.functionKeys.Rename(row, typed.toStdString()))
         return;
     Fill_List();
     emit keysChanged();

@@ -1,5 +1,6 @@
 #include "song/windows/maps_view.h"
 
+#include "platform/qt/core_words.h"
 #include "widgets/pan_vol_ctrl.h"
 #include "widgets/value_slider.h"
 
@@ -138,23 +139,25 @@ void Maps_View::Heard(int msgId, std::int32_t param) {
         .setFocus();
 }
 
-std::string Maps_View::Name() const {
+QString Maps_View::Name() const {
     const GlobalChannelsManager& channels = *session.channels;
-    const auto nameOf = [&](int row) { return channels.Channels[static_cast<std::size_t>(row)].ChannelName; };
+    const auto nameOf = [&](int row) {
+        return QString::fromStdString(channels.Channels[static_cast<std::size_t>(row)].ChannelName);
+    };
     if (audio) {
         const int row = channels.ChannelI(owner);
-        return row < 0 ? std::string() : nameOf(row);
+        return row < 0 ? QString() : nameOf(row);
     }
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row)
         if (channels.Is_Live_Row(row) &&
             channels.Channels[static_cast<std::size_t>(row)].OutputChannel == owner)
             return nameOf(row);
-    return channels.OutputSlots[static_cast<std::size_t>(owner)].SlotName;
+    return Core_Words(channels.OutputSlots[static_cast<std::size_t>(owner)].SlotName);
 }
 
 void Maps_View::Show_Titles() {
     const bool any = owner != NOT_GIVEN;
-    const QString name = any ? QString::fromStdString(Name()) : QString();
+    const QString name = any ? Name() : QString();
     volumeTitle->setText(any ? tr("Volume Map [%1]").arg(name) : tr("Volume Map"));
     panTitle->setText(any ? tr("Pan Map [%1]").arg(name) : tr("Pan Map"));
     volume->setAccessibleName(volumeTitle->text());

@@ -40,7 +40,7 @@ private:
     void Heard(int msgId, std::int32_t param);
     void Show_Titles();
     void Take_Zoom();
-    std::string Name() const;
+    QString Name() const;
 
     Session& session;
     Theme& theme;

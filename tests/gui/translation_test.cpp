@@ -122,9 +122,13 @@ std::vector<std::pair<QString, QString>> Texts_Of(QWidget& window) {
             model = list->model();
         for (int row = 0; model != nullptr && row < model->rowCount(); ++row)
             take(model->index(row, 0).data().toString());
-        if (const auto* tree = qobject_cast<const QTreeWidget*>(widget))
-            for (int column = 0; column < tree->columnCount(); ++column)
+        if (const auto* tree = qobject_cast<const QTreeWidget*>(widget)) {
+            for (int column = 0; column < tree->columnCount(); ++column) {
                 take(tree->headerItem()->text(column));
+                for (int row = 0; row < tree->topLevelItemCount(); ++row)
+                    take(tree->topLevelItem(row)->text(column));
+            }
+        }
     }
     return out;
 }
@@ -287,7 +291,7 @@ void Translation_Test::Every_Box_Of_The_Core_Is_In_The_Table() {
     static const QRegularExpression CALL(
         QStringLiteral("\\b(?:Show_Message|Ask_YesNo|Ask_YesNoCancel|Choose_File_To_Open|Begin_Work|Undo_[A-"
                        "Z]\\w+|Begin_Step|Practice_"
-                       "Refuses|Keep|Fail|Failed|Say)\\(([^;{]*)[;{]"));
+                       "Refuses|Keep|Fail|Failed|Say|Warn|Tell|Batch \\w+)\\(([^;{]*)[;{]"));
     static const QRegularExpression TR(QStringLiteral("\\btr\\(\\s*(\"(?:[^\"\\\\]|\\\\.)*\"\\s*)+\\)"));
     static const QRegularExpression LITERALS(QStringLiteral("(?:\"(?:[^\"\\\\]|\\\\.)*\"\\s*)+"));
     static const QRegularExpression SEAM(QStringLiteral("\"\\s*\""));
