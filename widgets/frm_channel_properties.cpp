@@ -2,6 +2,7 @@
 
 #include "platform/qt/core_words.h"
 #include "widgets/channel_texts.h"
+#include "widgets/frm_fx_config.h"
 #include "widgets/frm_patch_selection_win.h"
 #include "widgets/tool_button.h"
 #include "widgets/value_slider.h"
@@ -20,10 +21,11 @@ frmChannelProperties::frmChannelProperties(Session& owner, Theme& look, QWidget*
       pan(new Value_Slider(theme, Slider_Kind::Dial, tr("Pan"), 0, 127, 64, 6, this)),
       patch(new Tool_Button(theme, Button_Kind::Pill, {}, tr("Set channel patch"), tr("P"), this)),
       slot(new Tool_Button(theme, Button_Kind::Pill, {}, tr("Set output channel"), tr("Ctrl+O"), this)),
+      effects(new Tool_Button(theme, Button_Kind::Pill, {}, tr("Effects of the channel"), {}, this)),
       volumeMap(Map_Button(tr("Volume map"), tr("Open the volume map"), MSG_OPEN_VOLUME_MAP,
                            MSG_OPEN_AUDIO_VOLUME_MAP)),
       panMap(Map_Button(tr("Pan map"), tr("Open the pan map"), MSG_OPEN_PAN_MAP, MSG_OPEN_AUDIO_PAN_MAP)),
-      slotMenu(new QMenu(this)) {
+      slotMenu(new QMenu(this)), effectMenu(new QMenu(this)) {
     setAccessibleName(tr("Properties of the selected channel"));
     pan->toText = Pan_Text;
     auto* grid = new QGridLayout(this);
@@ -33,7 +35,8 @@ frmChannelProperties::frmChannelProperties(Session& owner, Theme& look, QWidget*
         label->setAlignment(Qt::AlignHCenter);
         return label;
     };
-    grid->addWidget(heading, 0, 0, 1, 4);
+    grid->addWidget(heading, 0, 0, 1, 3);
+    grid->addWidget(effects, 0, 3, Qt::AlignRight);
     grid->addWidget(volume, 1, 0, Qt::AlignHCenter);
     grid->addWidget(pan, 1, 1, Qt::AlignHCenter);
     auto* maps = new QVBoxLayout;
@@ -47,7 +50,15 @@ frmChannelProperties::frmChannelProperties(Session& owner, Theme& look, QWidget*
     grid->setColumnStretch(2, 1);
     patch->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     slot->Reserve_For(QStringLiteral("31"));
-    const auto takeTheme = [this, grid] {
+    QWidget* last = effects;
+    for (QWidget* next : std::initializer_list<QWidget*>{volume, pan, volumeMap, panMap, patch, slot}) {
+        setTabOrder(last, next);
+        last = next;
+    }
+    heading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    heading->setTextFormat(Qt::PlainText);
+    const auto takeTheme = [this, grid, maps] {
+        maps->setSpacing(theme.Px(4));
         heading->setFont(theme.Font(Text_Size::Body, QFont::DemiBold));
         grid->setContentsMargins(theme.Px(12), theme.Px(12), theme.Px(12), theme.Px(12));
         grid->setHorizontalSpacing(theme.Px(8));
@@ -68,6 +79,10 @@ frmChannelProperties::frmChannelProperties(Session& owner, Theme& look, QWidget*
     slot->setMenu(slotMenu);
     slot->setPopupMode(QToolButton::InstantPopup);
     connect(slotMenu, &QMenu::aboutToShow, this, &frmChannelProperties::Fill_Slots);
+    effects->Set_Pill({}, tr("Effects"));
+    effects->setMenu(effectMenu);
+    effects->setPopupMode(QToolButton::InstantPopup);
+    connect(effectMenu, &QMenu::aboutToShow, this, &frmChannelProperties::Fill_Effects);
     subscription = session.events.Subscribe([this](int msgId, std::int32_t, const std::string&) {
         if ((msgId >= MSG_SET_PATCH && msgId <= MSG_ADD_CHANNEL) || msgId == MSG_GENERAL_UPDATE)
             Refresh();
@@ -130,6 +145,30 @@ void frmChannelProperties::Fill_Slots() {
     }
 }
 
+void frmChannelProperties::Fill_Effects() {
+    effectMenu->clear();
+    const int row = session.channels->Effect_Row(session.channels->ChannelI(channelId));
+    if (row < 0)
+        return;
+    for (const Effect_Kind kind : ALL_EFFECTS) {
+        QAction* action =
+            effectMenu->addAction(Effect_Caption(kind), this, [this, kind] { emit effectAsked(kind); });
+        action->setCheckable(true);
+        action->setChecked(session.channels->Effects.Is_On(row, kind));
+    }
+}
+
+/// A long name takes no room from the effects beside it.
+void frmChannelProperties::Show_Heading() {
+    heading->setText(heading->fontMetrics().elidedText(headingText, Qt::ElideRight, heading->width()));
+    heading->setToolTip(headingText);
+}
+
+void frmChannelProperties::resizeEvent(QResizeEvent*) {
+    layout()->activate();
+    Show_Heading();
+}
+
 void frmChannelProperties::Refresh() {
     const int row = session.channels->ChannelI(channelId);
     const bool live = row >= 0;
@@ -138,16 +177,19 @@ void frmChannelProperties::Refresh() {
     pan->setEnabled(live);
     patch->setEnabled(midi);
     slot->setEnabled(midi);
+    effects->setEnabled(live);
     volumeMap->setEnabled(live);
     panMap->setEnabled(live);
     if (!live) {
-        heading->setText(tr("No channel selected"));
+        headingText = tr("No channel selected");
+        Show_Heading();
         patch->Set_Pill(tr("Patch"), {});
         slot->Set_Pill(tr("Out"), {});
         return;
     }
     const GlobalChannel& channel = session.channels->Channels[static_cast<std::size_t>(row)];
-    heading->setText(QString::fromStdString(channel.ChannelName));
+    headingText = QString::fromStdString(channel.ChannelName);
+    Show_Heading();
     volume->Show_Value(channel.Volume);
     pan->Show_Value(channel.Pan);
     patch->Set_Pill(tr("Patch"),

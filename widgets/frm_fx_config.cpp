@@ -13,6 +13,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
 
@@ -137,6 +138,8 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
         slider->setPageStep(parameter.whole ? 1 : STEPS / 20);
         slider->setSingleStep(parameter.whole ? 1 : STEPS / 200);
         slider->setMinimumWidth(theme.Px(220));
+        slider->setToolTip(tr("Double click: the value of a new song"));
+        slider->installEventFilter(this);
         label->setBuddy(slider);
         figure->setFont(theme.Digits(Text_Size::Body));
         figure->setMinimumWidth(theme.Px(90));
@@ -228,6 +231,31 @@ bool frmFX_Config::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate || event->type() == QEvent::Hide)
         End_Gesture();
     return QDialog::event(event);
+}
+
+bool frmFX_Config::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseButtonDblClick) {
+        for (const Effect_Kind kind : ALL_EFFECTS) {
+            const auto& sliders = pages[static_cast<std::size_t>(kind)].sliders;
+            const auto turned = std::find(sliders.begin(), sliders.end(), watched);
+            if (turned == sliders.end())
+                continue;
+            const auto place = static_cast<std::size_t>(turned - sliders.begin());
+            (*turned)->setSliderDown(false); // by the first of the two clicks
+            (*turned)->setValue(Step_Of(Parameters_Of(kind)[place], Neutral_Values(kind)[place]));
+            End_Gesture();
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void frmFX_Config::Show_Channel(std::int32_t newId) {
+    if (newId == channelId || !isVisible())
+        return;
+    End_Gesture();
+    channelId = newId;
+    Refresh();
 }
 
 void frmFX_Config::Show_Effect(std::int32_t newId, Effect_Kind kind) {

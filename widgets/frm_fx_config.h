@@ -20,16 +20,18 @@ namespace tonvex {
 class Effect_Picture;
 
 /// The effects of a channel's output, a page each: on or off, a picture of what it does, every parameter with
-/// its figure, "Reset". What
-/// is turned sounds at once, while a song runs too; the song is changed once, when the slider is let go, or
-/// after steps by keys or wheel when they pause. The window does not block; it goes with its channel.
-/// Interface thread. Session and theme outlive it.
+/// its figure, "Reset". What is turned sounds at once, while a song runs too; the song is changed once, when
+/// the slider is let go, or after steps by keys or wheel when they pause; a double click brings one value
+/// back. The window does not block; it closes with its channel. Interface thread. Session and theme outlive
+/// it.
 class frmFX_Config final : public QDialog {
     Q_OBJECT
 public:
     frmFX_Config(Session& session, const Theme& theme, QWidget* parent = nullptr);
     ~frmFX_Config() override;
     void Show_Effect(std::int32_t channelId, Effect_Kind kind);
+    /// While it is open the window can turn to another channel; NOT_GIVEN closes it.
+    void Show_Channel(std::int32_t channelId);
 
     // what a slider shows; public for tests
     static constexpr int STEPS = 1000; ///< of a slider whose parameter is no whole number
@@ -42,6 +44,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Page {

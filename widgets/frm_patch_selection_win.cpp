@@ -41,6 +41,7 @@ frmPatchSelectionWin::frmPatchSelectionWin(Session& owner, std::int32_t channel,
 
     auto* heading =
         new QLabel(drums ? tr("Drum kit of \"%1\"").arg(name) : tr("Patch of \"%1\"").arg(name), this);
+    heading->setTextFormat(Qt::PlainText);
     auto* label = new QLabel(tr("&Search:"), this);
     label->setBuddy(search);
     search->setAccessibleName(tr("Search"));

@@ -76,6 +76,8 @@ void Effects_Window_Test::Every_Slider_Reaches_Its_Parameter() {
     QCOMPARE(letters.size(), static_cast<qsizetype>(parameters.size()) + 2);
     QCOMPARE(letters.removeDuplicates(), 0);
     auto* on = page.findChild<QCheckBox*>();
+    QTest::mouseDClick(sliders[0], Qt::LeftButton, {}, QPoint(1, 12)); // where least would be
+    QCOMPARE(w.Of(effect)[0], Neutral_Values(effect)[0]);
     on->click();
     QVERIFY(w.S().channels->Effects.Is_On(0, effect) && w.test.sound.effects[0].Is_On(effect));
     Click(page, "reset");
