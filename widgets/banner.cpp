@@ -6,56 +6,102 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tonvex {
 
-Banner::Banner(const Theme& look, QWidget* parent)
-    : QWidget(parent), theme(look), sign(new QLabel(this)), label(new QLabel(this)),
-      button(new QPushButton(this)) {
-    auto* close = new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("close"), tr("Close this notice"));
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(theme.Px(16), theme.Px(4), theme.Px(8), theme.Px(4));
-    row->setSpacing(theme.Px(12));
-    row->addWidget(sign);
-    row->addWidget(label, 1);
-    row->addWidget(button);
-    row->addWidget(close);
-    label->setWordWrap(true);
-    connect(close, &QToolButton::clicked, this, &QWidget::hide);
-    connect(button, &QPushButton::clicked, this, [this] {
+/// One line. An offer has the accent; all else is a warning.
+class Banner::Notice final : public QWidget {
+public:
+    Notice(const Theme& look, bool isOffer, QWidget* parent)
+        : QWidget(parent), theme(look), offer(isOffer), sign(new QLabel(this)), label(new QLabel(this)),
+          button(new QPushButton(this)),
+          close(new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("close"),
+                                Banner::tr("Close this notice"))) {
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(theme.Px(16), theme.Px(4), theme.Px(8), theme.Px(4));
+        row->setSpacing(theme.Px(12));
+        row->addWidget(sign);
+        row->addWidget(label, 1);
+        row->addWidget(button);
+        row->addWidget(close);
+        label->setWordWrap(true);
+        connect(&theme, &Theme::Changed, this, &Notice::Paint_Sign);
+        Paint_Sign();
         hide();
-        // The action may put the next notice here, so it is taken out first.
-        const auto action = std::exchange(act, {});
-        if (action)
-            action();
-    });
-    const auto paintSign = [this] {
-        sign->setPixmap(theme.Picture(QStringLiteral("warning"), theme.Tokens().soloMute, theme.Px(18),
-                                      devicePixelRatioF()));
-    };
-    connect(&theme, &Theme::Changed, this, paintSign);
-    paintSign();
+    }
+    void Set_Text(const QString& text, const QString& actionText) {
+        label->setText(text);
+        setAccessibleName(text);
+        button->setText(actionText);
+        button->setVisible(!actionText.isEmpty());
+    }
+    QPushButton& Button() { return *button; }
+    Tool_Button& Cross() { return *close; }
+
+    std::function<void()> act;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), theme.Tokens().control);
+        painter.fillRect(QRect(0, 0, theme.Px(4), height()), Colour());
+        painter.fillRect(QRect(0, height() - 1, width(), 1), theme.Tokens().line);
+    }
+
+private:
+    QColor Colour() const { return offer ? theme.Tokens().accent : theme.Tokens().soloMute; }
+    void Paint_Sign() {
+        sign->setPixmap(theme.Picture(offer ? QStringLiteral("help") : QStringLiteral("warning"), Colour(),
+                                      theme.Px(18), devicePixelRatioF()));
+        update();
+    }
+
+    const Theme& theme;
+    const bool offer;
+    QLabel* sign;
+    QLabel* label;
+    QPushButton* button;
+    Tool_Button* close;
+};
+
+Banner::Banner(const Theme& look, QWidget* parent)
+    : QWidget(parent), theme(look), column(new QVBoxLayout(this)) {
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
     hide();
 }
 
-void Banner::Show_Notice(const QString& text, const QString& actionText, std::function<void()> action) {
-    label->setText(text);
-    setAccessibleName(text);
-    button->setText(actionText);
-    button->setVisible(!actionText.isEmpty());
-    act = std::move(action);
+void Banner::Show_Notice(Subject subject, const QString& text, const QString& actionText,
+                         const std::function<void()>& action) {
+    Notice*& notice = notices[subject];
+    if (notice == nullptr) {
+        notice = new Notice(theme, subject == Subject::First_Steps, this);
+        connect(&notice->Cross(), &QToolButton::clicked, this, [this, subject] { Hide_Notice(subject); });
+        connect(&notice->Button(), &QPushButton::clicked, this, [this, subject, shown = notice] {
+            Hide_Notice(subject);
+            // The action may put the next notice here, so it is taken out first.
+            const auto act = std::exchange(shown->act, {});
+            if (act)
+                act();
+        });
+    }
+    notice->act = action;
+    notice->Set_Text(text, actionText);
+    column->insertWidget(0, notice);
+    notice->show();
     show();
 }
 
-QString Banner::Text() const {
-    return label->text();
-}
-
-void Banner::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.fillRect(rect(), theme.Tokens().control);
-    painter.fillRect(QRect(0, 0, theme.Px(4), height()), theme.Tokens().soloMute);
-    painter.fillRect(QRect(0, height() - 1, width(), 1), theme.Tokens().line);
+void Banner::Hide_Notice(Subject subject) {
+    const auto found = notices.find(subject);
+    if (found == notices.end())
+        return;
+    found->second->hide();
+    setVisible(std::any_of(notices.begin(), notices.end(),
+                           [](const auto& notice) { return !notice.second->isHidden(); }));
 }
 
 } // namespace tonvex

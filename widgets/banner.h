@@ -5,31 +5,32 @@
 #include <QWidget>
 
 #include <functional>
+#include <map>
 
-class QLabel;
-class QPushButton;
+class QVBoxLayout;
 
 namespace tonvex {
 
-class Tool_Button;
-
-/// A notice across the window that blocks nothing: a text, perhaps a button, and a cross that closes it.
+/// Notices across the window that block nothing: each a text, perhaps a button, and a cross that closes it.
+/// There is one for each subject at most; the newest stands on top. Hidden while there is none.
 class Banner final : public QWidget {
     Q_OBJECT
 public:
-    explicit Banner(const Theme& theme, QWidget* parent = nullptr);
-    void Show_Notice(const QString& text, const QString& actionText, std::function<void()> action);
-    QString Text() const;
+    enum class Subject { Sound, Midi, Recovery_Copy, Videos, First_Steps };
 
-protected:
-    void paintEvent(QPaintEvent* event) override;
+    explicit Banner(const Theme& theme, QWidget* parent = nullptr);
+    /// Replaces what is told of the subject. The button closes the notice, then acts; without actionText
+    /// there is none.
+    void Show_Notice(Subject subject, const QString& text, const QString& actionText,
+                     const std::function<void()>& action);
+    void Hide_Notice(Subject subject);
 
 private:
+    class Notice;
+
     const Theme& theme;
-    QLabel* sign;
-    QLabel* label;
-    QPushButton* button;
-    std::function<void()> act;
+    QVBoxLayout* column;
+    std::map<Subject, Notice*> notices; ///< each from its first showing on
 };
 
 } // namespace tonvex

@@ -15,10 +15,11 @@
 #include "platform/qt/core_words.h"
 #include "song/windows/maps_view.h"
 #include "song/windows/mark_selection.h"
-#include "widgets/banner.h"
 #include "widgets/channels_header.h"
 #include "widgets/channels_list.h"
 #include "widgets/frm_channel_properties.h"
+#include "widgets/frm_fx_config.h"
+#include "widgets/scroll_part.h"
 #include "widgets/song_overview.h"
 
 #include <QAction>
@@ -48,6 +49,7 @@ constexpr int IDLE_CHECK_MS = 3000;
 constexpr int METER_MS = 33;
 constexpr int METERS_WAIT_MS = 500;
 constexpr float AUDIBLE = 0.001F;
+constexpr int LEAST_PROPERTIES = 110;
 constexpr int FIRST_WIDTH = 1440;
 constexpr int FIRST_HEIGHT = 900;
 
@@ -112,7 +114,8 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     });
     connect(songFiles, &Song_Files::replaced, this, &frmMain::Song_Replaced);
     connect(autosave, &Autosave_Timer::failed, this, [this](const QString& error) {
-        Show_Banner(tr("No recovery copy of the song can be written, so save it soon (%1).").arg(error));
+        Show_Banner(Banner::Subject::Recovery_Copy,
+                    tr("No recovery copy of the song can be written, so save it soon (%1).").arg(error));
     });
     connect(recorder, &frmRecorder::uiLocked, this, &frmMain::Lock);
     connect(recorder, &frmRecorder::optionsChanged, this, &frmMain::Refresh_Actions);
@@ -236,8 +239,13 @@ QDockWidget* frmMain::Make_Channels_Pane() {
     column->setSpacing(0);
     channelsList = new ChannelsList(session, theme, body);
     properties = new frmChannelProperties(session, theme, body);
+    // Where height is scarce the list gives way first.
+    channelsList->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    auto* lower = new Scroll_Part(theme, properties, {0, LEAST_PROPERTIES}, body);
+    lower->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(channelsList, 1);
-    column->addWidget(properties);
+    column->addWidget(lower);
+    connect(properties, &frmChannelProperties::effectAsked, this, &frmMain::Open_Effect);
     dock->setWidget(body);
     channelsList->Set_Tab_Anchor(title->Last_Control());
     return dock;
@@ -283,8 +291,10 @@ bool frmMain::Key_Plays(int scanCode) const {
 }
 
 void frmMain::Lock(bool locked) {
+    isLocked = locked;
     for (QAction* action : lockedInRun)
         action->setEnabled(!locked);
+    Lock_Functions(locked);
     if (!locked) {
         Refresh_Actions();
         Refresh_Title();
@@ -322,6 +332,8 @@ void frmMain::Channel_Selected(std::int32_t channelId) {
     eventsEditor->Show_Channel(channelId);
     overview->Select(channelId);
     maps->Show_Channel(channelId);
+    if (effects != nullptr)
+        effects->Show_Channel(channelId);
 }
 
 std::int32_t frmMain::Selected_Channel() const {
@@ -334,12 +346,13 @@ void frmMain::Select_Channel(std::int32_t channelId) {
 
 // ---- notices and devices ----
 
-void frmMain::Show_Banner(const QString& text, const QString& actionText, std::function<void()> action) {
-    banner->Show_Notice(text, actionText, std::move(action));
+void frmMain::Show_Banner(Banner::Subject subject, const QString& text, const QString& actionText,
+                          const std::function<void()>& action) {
+    banner->Show_Notice(subject, text, actionText, action);
 }
 
-void frmMain::Hide_Banner() {
-    banner->hide();
+void frmMain::Hide_Banner(Banner::Subject subject) {
+    banner->Hide_Notice(subject);
 }
 
 void frmMain::Reopen_Output() {
@@ -394,17 +407,19 @@ void frmMain::Check_Devices() {
 void frmMain::Check_Sound(const Sound_Status& status) {
     if (status.deviceLost) {
         if (!lossShown)
-            Show_Banner(tr("The sound device has gone. The program runs on in silence."), tr("Reopen"),
+            Show_Banner(Banner::Subject::Sound,
+                        tr("The sound device has gone. The program runs on in silence."), tr("Reopen"),
                         [this] { Reopen_Output(); });
         lossShown = true;
         return;
     }
     if (lossShown)
-        Hide_Banner();
+        Hide_Banner(Banner::Subject::Sound);
     lossShown = false;
     if (status.quiet && !quietTold) {
         quietTold = true;
-        Show_Banner(tr("No sound device was found, so nothing can be heard. Recording and playing work all "
+        Show_Banner(Banner::Subject::Sound,
+                    tr("No sound device was found, so nothing can be heard. Recording and playing work all "
                        "the same."),
                     tr("Try again"), [this] { Reopen_Output(); });
     }
@@ -415,10 +430,11 @@ void frmMain::Check_Midi() {
         recorder->Practice().Renew();
     const bool gone = session.midiIn->Is_Open() && !session.doors.midi.Input_Alive();
     if (gone && !midiGoneShown)
-        Show_Banner(tr("The MIDI keyboard has gone. Plug it in again, or choose another one in the output "
+        Show_Banner(Banner::Subject::Midi,
+                    tr("The MIDI keyboard has gone. Plug it in again, or choose another one in the output "
                        "device setup."));
     else if (!gone && midiGoneShown)
-        Hide_Banner();
+        Hide_Banner(Banner::Subject::Midi);
     midiGoneShown = gone;
 }
 
@@ -522,7 +538,8 @@ void frmMain::Choose_Midi_Input(bool on) {
     const bool opened = session.Select_Input(on ? 1 : 0);
     if (on && !opened) {
         (void)session.Select_Input(0);
-        Show_Banner(tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device "
+        Show_Banner(Banner::Subject::Midi,
+                    tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device "
                        "setup."),
                     tr("Output Device setup..."), [this] { Set_Up_Devices(); });
     }
@@ -545,7 +562,9 @@ void frmMain::Open_Device_Window(QDialog* dialog) {
     connect(dialog, &QDialog::finished, this, [this] {
         lossShown = false;
         quietTold = false;
-        Hide_Banner();
+        midiGoneShown = false;
+        Hide_Banner(Banner::Subject::Sound);
+        Hide_Banner(Banner::Subject::Midi);
         recorder->Refresh_Options();
         recorder->Practice().Let_Go();
         // The sounds of other fonts have other names.

@@ -2,6 +2,7 @@
 
 #include "app/session.h"
 #include "engine/windows/observer_link.h"
+#include "widgets/banner.h"
 #include "widgets/help_button.h"
 #include "widgets/theme.h"
 
@@ -29,7 +30,6 @@ class QTabWidget;
 namespace tonvex {
 
 class Autosave_Timer;
-class Banner;
 class Channels_Header;
 class ChannelsList;
 class frmHelp;
@@ -55,9 +55,11 @@ public:
     frmMain(Session& session, Theme& theme);
     ~frmMain() override;
 
-    /// A line above everything, until it is closed or replaced. With an actionText a button runs the action.
-    void Show_Banner(const QString& text, const QString& actionText = {}, std::function<void()> action = {});
-    void Hide_Banner();
+    /// A line above the editors, until it is closed or replaced by another of its subject. With an actionText
+    /// a button runs the action.
+    void Show_Banner(Banner::Subject subject, const QString& text, const QString& actionText = {},
+                     const std::function<void()>& action = {});
+    void Hide_Banner(Banner::Subject subject);
 
     /// ChannelID of the selected channel; NOT_GIVEN when none is.
     std::int32_t Selected_Channel() const;
@@ -189,6 +191,8 @@ private:
     QAction* Add_Action(QMenu* menu, const QString& text, const Keys& keys, const std::function<void()>& act);
     QAction* Add_Check(QMenu* menu, const QString& text, const Keys& keys,
                        const std::function<void(bool)>& act);
+    /// The entries whose functions do not work while the song runs.
+    void Lock_Functions(bool locked);
     /// Records or plays behind the key handler of the moment: a transport call blocks.
     void Run_From_Key(std::string_view tag);
     void Lock(bool locked);
@@ -263,9 +267,10 @@ private:
     std::vector<std::string> ownFunctions; ///< of which the session hears from here
     QKeyCombination offeredKey;            ///< no widget of the window wanted it
     std::string_view keyPressTag;
-    QTimer GlobalKeyPressTimer;  ///< runs the key that is pending
-    QTimer KeyPressRunFuncTimer; ///< one shot: begins what keyPressTag names
-    std::vector<QAction*> lockedInRun;
+    QTimer GlobalKeyPressTimer;        ///< runs the key that is pending
+    QTimer KeyPressRunFuncTimer;       ///< one shot: begins what keyPressTag names
+    std::vector<QAction*> lockedInRun; ///< beside the functions, for which the table tells it
+    bool isLocked = false;
     QPointer<QWidget> focusBeforeRun;
     QTimer deviceTimer;
     QTimer refreshTimer;

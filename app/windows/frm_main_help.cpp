@@ -9,7 +9,6 @@
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_keyboard_setup.h"
 #include "input/windows/test_sound.h"
-#include "widgets/banner.h"
 #include "widgets/channels_list.h"
 
 #include <QAction>
@@ -85,9 +84,9 @@ void frmMain::Show_Help(const QString& page) {
 void frmMain::Show_First_Help() {
     if (session.settings.Global_ShowHelpOnStartUp == 1)
         Show_Help(QLatin1String(INTRO));
-    else if (session.settings.Global_FirstRun != 0 && !banner->isVisible())
-        Show_Banner(tr("New here? The first steps take a minute."), tr("First steps"),
-                    [this] { Show_Help(QLatin1String(INTRO)); });
+    else if (session.settings.Global_FirstRun != 0)
+        Show_Banner(Banner::Subject::First_Steps, tr("New here? The first steps take a minute."),
+                    tr("First steps"), [this] { Show_Help(QLatin1String(INTRO)); });
 }
 
 struct frmMain::Help_Link {
@@ -157,7 +156,8 @@ void frmMain::Make_Video_Pane() {
         Find_Videos({session.dataFolder / VIDEO_FOLDER, session.paths.Get_Folder("config") / VIDEO_FOLDER});
     anyVideos = !found.empty();
     auto* pane = new Video_Pane(theme, std::move(found), videosDock);
-    connect(pane, &Video_Pane::failed, this, [this](const QString& text) { Show_Banner(text); });
+    connect(pane, &Video_Pane::failed, this,
+            [this](const QString& text) { Show_Banner(Banner::Subject::Videos, text); });
     videosDock->setWidget(pane);
     addDockWidget(Qt::RightDockWidgetArea, videosDock);
     videosDock->toggleViewAction()->setVisible(anyVideos);

@@ -184,6 +184,15 @@ QAction* frmMain::Add_Function(QMenu* menu, const QString& text, const char* fun
     return action;
 }
 
+void frmMain::Lock_Functions(bool locked) {
+    const Function_Key_Table& table = session.functionKeys;
+    for (const auto& [action, function] : functionEntries) {
+        const int row = table.Row_Of_Function(function);
+        if (row >= 0 && table.FunctionKeys[static_cast<std::size_t>(row)].WhileRunning == 0)
+            action->setEnabled(!locked);
+    }
+}
+
 void frmMain::Refresh_Keys() {
     const Function_Key_Table& table = session.functionKeys;
     for (const auto& [action, function] : functionEntries)

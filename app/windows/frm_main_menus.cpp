@@ -102,15 +102,14 @@ void frmMain::Make_Windows_Menu() {
 
 void frmMain::Make_Channel_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Channel"));
-    lockedInRun.push_back(Add_Function(menu, tr("Set channel &patch..."), "Set channel Patch"));
-    lockedInRun.push_back(Add_Function(menu, tr("Set &output channel"), "Set output channel"));
+    Add_Function(menu, tr("Set channel &patch..."), "Set channel Patch");
+    Add_Function(menu, tr("Set &output channel"), "Set output channel");
     QMenu* effectMenu = menu->addMenu(tr("Set channel &FX"));
     for (const Effect_Kind kind : ALL_EFFECTS)
         Add_Function(effectMenu, QLatin1Char('&') + Effect_Caption(kind),
                      EFFECT_FUNCTIONS[static_cast<std::size_t>(kind)]);
     Make_Map_Entries(menu);
-    lockedInRun.push_back(
-        Add_Function(menu, tr("&Align channel events"), "Align channel events", Function_Entry::Of_Channel));
+    Add_Function(menu, tr("&Align channel events"), "Align channel events", Function_Entry::Of_Channel);
     menu->addSeparator();
     Make_Mix_Entries(menu);
 }
@@ -133,8 +132,8 @@ void frmMain::Make_Mix_Entries(QMenu* menu) {
 
 void frmMain::Make_Record_Menu() {
     QMenu* menu = menuBar()->addMenu(tr("&Record"));
-    lockedInRun.push_back(Add_Function(menu, tr("&Record"), "Record"));
-    lockedInRun.push_back(Add_Function(menu, tr("&Play song"), "Play song"));
+    Add_Function(menu, tr("&Record"), "Record");
+    Add_Function(menu, tr("&Play song"), "Play song");
     Add_Function(menu, tr("&Stop recording/playing"), "Stop recording/playing");
     menu->addSeparator();
     Add_Function(menu, tr("Rewind to s&tart of song"), "Rewind to start of song");
@@ -152,8 +151,7 @@ void frmMain::Make_Record_Menu() {
         Add_Check(menu, tr("&Wait for key"), {}, [this](bool on) { recorder->Set_Wait_For_Key(on); });
     modes->addAction(blendAction);
     modes->addAction(overwriteAction);
-    for (QAction* action : {blendAction, overwriteAction, waitAction})
-        lockedInRun.push_back(action);
+    lockedInRun.push_back(waitAction);
 
     QMenu* speeds = menu->addMenu(tr("Record sp&eed"));
     lockedInRun.push_back(speeds->menuAction());
@@ -178,7 +176,6 @@ void frmMain::Make_Options_Menu() {
     practiceAction =
         Add_Function(menu, tr("Start &Practice mode"), "Start Practice mode", Function_Entry::Check);
     lockedInRun.push_back(keysAction);
-    lockedInRun.push_back(practiceAction);
     Make_Layout_Menus(menu);
     Make_Note_Names_Menu(menu);
     pianoAction =

@@ -58,25 +58,25 @@ void frmMain::Make_Edit_Menu() {
     QAction* steps =
         Add_Action(menu, tr("Undo &list..."), {}, [this] { eventsEditor->Editor().Open_Undo_List(); });
     menu->addSeparator();
-    QAction* select = Add_Function(menu, tr("&Select channel"), "Select Channel");
-    QAction* add = Add_Function(menu, tr("&Add new channel"), "Add new channel");
+    Add_Function(menu, tr("&Select channel"), "Select Channel");
+    Add_Function(menu, tr("&Add new channel"), "Add new channel");
     QAction* fromTemplate = Add_Action(menu, tr("Add channel from a &template..."),
                                        {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Insert)},
                                        [this] { Add_Channel_From_Template(); });
-    QAction* remove = Add_Function(menu, tr("&Delete channel"), "Delete Channel");
+    Add_Function(menu, tr("&Delete channel"), "Delete Channel");
     menu->addSeparator();
     Add_Action(menu, tr("&Edit channel properties..."), {}, [this] { Edit_Channel_Properties(); });
     QAction* rename = Add_Action(menu, tr("Re&name channel..."), {}, [this] { Rename_Channel(); });
-    QAction* clear = Add_Function(menu, tr("&Clear channel events"), "Clear Channel Events");
-    for (QAction* action : {undoAction, redoAction, steps, select, add, fromTemplate, remove, rename, clear})
+    Add_Function(menu, tr("&Clear channel events"), "Clear Channel Events");
+    for (QAction* action : {steps, fromTemplate, rename})
         lockedInRun.push_back(action);
 }
 
 /// The entries name the step that they would bring back.
 void frmMain::Refresh_Undo() {
-    const auto show = [](QAction& action, const std::string& text, bool can) {
+    const auto show = [this](QAction& action, const std::string& text, bool can) {
         action.setText(QLatin1Char('&') + Core_Words(text));
-        action.setEnabled(can);
+        action.setEnabled(can && !isLocked);
     };
     show(*undoAction, session.undo->Undo_Text(), session.undo->Can_Undo());
     show(*redoAction, session.undo->Redo_Text(), session.undo->Can_Redo());

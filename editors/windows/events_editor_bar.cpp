@@ -3,6 +3,7 @@
 #include "editors/windows/events_editor_ctrl.h"
 
 #include "platform/qt/core_words.h"
+#include "widgets/overflow_bar.h"
 #include "widgets/tool_button.h"
 
 #include <QComboBox>
@@ -49,9 +50,10 @@ Tool_Button* EventsEditorCtrl::Add_Tool(const QString& picture, const QString& n
 }
 
 void EventsEditorCtrl::Make_Bar() {
-    CoolToolBar1 = new QWidget(this);
+    auto* bar = new Overflow_Bar(theme, this);
+    CoolToolBar1 = bar;
     CoolToolBar1->setObjectName(QStringLiteral("CoolToolBar1"));
-    auto* row = new QHBoxLayout(CoolToolBar1);
+    QHBoxLayout* row = bar->Row();
     row->setContentsMargins(theme.Px(8), theme.Px(6), theme.Px(8), theme.Px(6));
     row->setSpacing(theme.Px(2));
     const auto gap = [&] { row->addWidget(Make_Gap(theme, CoolToolBar1)); };
@@ -145,6 +147,11 @@ void EventsEditorCtrl::Make_Bar() {
     Fill_Zoom_Menu(zooms);
     zoomButton->setMenu(zooms);
     row->addWidget(zoomButton);
+    // What keys and menus do as well goes first; what draws stays.
+    for (const char* name :
+         {"help",  "record", "stop", "play",  "redo",    "undo", "Combo2", "layers", "eye",   "copy-mode",
+          "paste", "copy",   "cut",  "trash", "sliders", "zoom", "magnet", "grid",   "chord", "plus"})
+        bar->Let_Go(CoolToolBar1->findChild<QWidget*>(QLatin1String(name)));
     const auto takeTheme = [this, row] {
         row->setContentsMargins(theme.Px(8), theme.Px(6), theme.Px(8), theme.Px(6));
         status->setFont(theme.Font(Text_Size::Caption));

@@ -4,6 +4,7 @@
 
 #include "input/windows/keyboard_view.h"
 #include "widgets/help_button.h"
+#include "widgets/scroll_part.h"
 #include "widgets/segment_selector.h"
 
 #include <QCheckBox>
@@ -20,6 +21,8 @@ namespace {
 
 constexpr int TUNINGS = 12;
 constexpr int OCTAVES = 6;
+constexpr int LEAST_WIDTH = 320;
+constexpr int LEAST_HEIGHT = 150;
 
 QPushButton* Named_Button(QWidget* parent, const char* name, const QString& text, const QString& tip) {
     auto* button = new QPushButton(text, parent);
@@ -45,15 +48,19 @@ QLabel* Label_For(QWidget* field, const QString& text, QWidget* parent) {
 } // namespace
 
 void frmKeyboardSetup::Make_Controls() {
-    auto* all = new QVBoxLayout(this);
+    auto* content = new QWidget(this);
+    auto* all = new QVBoxLayout(content);
     all->setContentsMargins(theme.Px(20), theme.Px(16), theme.Px(20), theme.Px(16));
     all->setSpacing(theme.Px(12));
     all->addWidget(Make_Layout_Row());
     all->addWidget(Make_Sound_Row());
-    view = new Keyboard_View(theme, this);
+    view = new Keyboard_View(theme, content);
     view->setObjectName(QStringLiteral("keys"));
     all->addWidget(view, 1);
     all->addWidget(Make_Key_Row());
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(new Scroll_Part(theme, content, {LEAST_WIDTH, LEAST_HEIGHT}, this));
     menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("keyMenu"));
 }

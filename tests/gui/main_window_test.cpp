@@ -323,7 +323,7 @@ void Main_Window_Test::A_Quiet_Driver_Is_Told_Once() {
                 again = button;
         return again != nullptr;
     }());
-    p.window->Hide_Banner();
+    p.window->Hide_Banner(Banner::Subject::Sound);
     QTest::qWait(1100); // two looks at the devices
     QVERIFY(!again->isVisible());
 }
