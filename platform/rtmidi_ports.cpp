@@ -24,7 +24,10 @@ constexpr const char* CLIENT_NAME = "Tonvex";
 constexpr const char* VIRTUAL_INPUT = "Tonvex virtual input";
 constexpr const char* VIRTUAL_OUTPUT = "Tonvex virtual output";
 constexpr std::size_t INPUT_QUEUE = 8192;
+/// Asking for a sound server that is not there takes half a millisecond: seldom in passing, sooner when
+/// somebody wants to see the ports.
 constexpr std::int64_t SEEK_SERVER_NS = 2'000'000'000;
+constexpr std::int64_t SEEK_IN_PASSING_NS = 20'000'000'000;
 
 /// RtMidi calls this instead of throwing and of writing to the standard error stream.
 void Note_Error(RtMidiError::Type type, const std::string&, void* userData) {
@@ -102,8 +105,9 @@ std::unique_ptr<Midi> Make(RtMidi::Api api) {
 struct RtMidi_Ports::Parts {
     explicit Parts(const Millisecond_Counter& clock) : counter(clock), incoming(INPUT_QUEUE) {}
 
-    void Refresh();
-    void Seek_Servers();
+    /// pauseNs: how long ago the last look for a sound server has to lie.
+    void Refresh(std::int64_t pauseNs = SEEK_SERVER_NS);
+    void Seek_Servers(std::int64_t pauseNs);
     template <typename Midi>
     std::vector<Midi_Port_Table::Found> Look(const std::unique_ptr<Midi>& alsa, bool inputs,
                                              const char* virtualName);
@@ -115,7 +119,7 @@ struct RtMidi_Ports::Parts {
     std::unique_ptr<RtMidiIn> alsaInputs; ///< kept for its list; making one for each look costs more
     std::unique_ptr<RtMidiOut> alsaOutputs;
     std::shared_ptr<Jack_Link> jack;
-    std::int64_t nextSeekNs = 0;
+    std::optional<std::int64_t> soughtNs; ///< when a sound server was looked for last
     Midi_Port_Table inputs;
     Midi_Port_Table outputs;
     bool changed = false;
@@ -132,7 +136,7 @@ struct RtMidi_Ports::Parts {
     std::shared_ptr<Jack_Link> outputJack;
 };
 
-void RtMidi_Ports::Parts::Seek_Servers() {
+void RtMidi_Ports::Parts::Seek_Servers(std::int64_t pauseNs) {
     std::error_code ignored;
     if (!alsaInputs && std::filesystem::exists("/dev/snd/seq", ignored)) {
         alsaInputs = Make<RtMidiIn>(RtMidi::LINUX_ALSA);
@@ -145,11 +149,11 @@ void RtMidi_Ports::Parts::Seek_Servers() {
     if (jack && !jack->Alive()) {
         // A try now would pull the clients of the dead server from under whoever has not let go of them.
         jack.reset();
-        nextSeekNs = counter.Now_Ns() + SEEK_SERVER_NS;
+        soughtNs = counter.Now_Ns();
     }
-    if (!jack && counter.Now_Ns() >= nextSeekNs) {
+    if (!jack && (!soughtNs || counter.Now_Ns() - *soughtNs >= pauseNs)) {
         jack = Jack_Link::Connect();
-        nextSeekNs = counter.Now_Ns() + SEEK_SERVER_NS;
+        soughtNs = counter.Now_Ns();
     }
 }
 
@@ -175,9 +179,9 @@ std::vector<Midi_Port_Table::Found> RtMidi_Ports::Parts::Look(const std::unique_
     return found;
 }
 
-void RtMidi_Ports::Parts::Refresh() {
+void RtMidi_Ports::Parts::Refresh(std::int64_t pauseNs) {
     try {
-        Seek_Servers();
+        Seek_Servers(pauseNs);
         const bool inputsChanged = inputs.Update(Look(alsaInputs, true, VIRTUAL_INPUT));
         const bool outputsChanged = outputs.Update(Look(alsaOutputs, false, VIRTUAL_OUTPUT));
         changed = changed || inputsChanged || outputsChanged;
@@ -312,7 +316,7 @@ void RtMidi_Ports::Send(std::uint8_t status, std::uint8_t data1, std::uint8_t da
 }
 
 bool RtMidi_Ports::Ports_Changed() {
-    parts->Refresh();
+    parts->Refresh(SEEK_IN_PASSING_NS);
     return std::exchange(parts->changed, false);
 }
 

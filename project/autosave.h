@@ -41,6 +41,8 @@ public:
     /// To be called about once a second, in a run too: begins a copy that is due, removes one that a save has
     /// made obsolete, tells failures.
     void Tick();
+    /// There is something for Tick to do, now or later, while the song stays as it is.
+    bool Has_Work() const noexcept { return project.Modified || mayStand || writing.valid(); }
     /// A recording is over: what it brought is copied without waiting for the interval.
     void Take_Ended();
     /// The song in hand is another one, or it was saved: the copy goes.

@@ -10,8 +10,7 @@ namespace tonvex {
 
 namespace {
 
-/// Seldom, so that an idle window costs next to nothing; a take that ends is not waited for.
-constexpr int TICK_MS = 3000;
+constexpr int TICK_MS = 3000; ///< a take that ends is not waited for
 
 Autosave::Song_Writer Copy_Song(const Session& session) {
     auto song = std::make_shared<Song_Snapshot>(session.files->Snapshot());
@@ -28,14 +27,23 @@ Autosave_Timer::Autosave_Timer(Session& owner, QObject* parent)
                [this] { return Copy_Song(session); }) {
     session.files->observers.push_back(this);
     autosave.onFailure = [this](const std::string& error) { emit failed(Core_Words(error)); };
-    connect(&timer, &QTimer::timeout, this, [this] { autosave.Tick(); });
+    connect(&timer, &QTimer::timeout, this, [this] {
+        autosave.Tick();
+        if (!autosave.Has_Work())
+            timer.stop();
+    });
     timer.setTimerType(Qt::VeryCoarseTimer);
-    timer.start(TICK_MS);
+    timer.setInterval(TICK_MS);
 }
 
 Autosave_Timer::~Autosave_Timer() {
     auto& observers = session.files->observers;
     observers.erase(std::remove(observers.begin(), observers.end(), this), observers.end());
+}
+
+void Autosave_Timer::Look() {
+    if (!timer.isActive() && autosave.Has_Work())
+        timer.start();
 }
 
 void Autosave_Timer::On_Run_Started(bool recording) {
@@ -45,6 +53,7 @@ void Autosave_Timer::On_Run_Started(bool recording) {
 void Autosave_Timer::On_Run_Ended() {
     if (recorded)
         autosave.Take_Ended();
+    Look();
 }
 
 void Autosave_Timer::On_Song_Replaced() {

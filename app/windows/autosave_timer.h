@@ -8,15 +8,17 @@
 
 namespace tonvex {
 
-/// Drives the autosave of a session from the window: by a timer, which ticks in runs too, at the end of
-/// takes, and when the song was saved or another one stands in its place. Interface thread. The session
-/// outlives it and may shut down only after it has gone.
+/// Drives the autosave of a session from the window: by a timer, which ticks while there is something to
+/// keep, in runs too, at the end of takes, and when the song was saved or another one stands in its place.
+/// Interface thread. The session outlives it and may shut down only after it has gone.
 class Autosave_Timer final : public QObject, public Transport_Observer, public Project_Observer {
     Q_OBJECT
 public:
     explicit Autosave_Timer(Session& session, QObject* parent = nullptr);
     ~Autosave_Timer() override;
 
+    /// To be called now and then, and after changes: sees whether there is something to keep.
+    void Look();
     /// See Autosave.
     bool Copy_Now() { return autosave.Copy_Now(); }
 

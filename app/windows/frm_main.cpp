@@ -25,6 +25,7 @@
 #include <QAction>
 #include <QDialog>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMenuBar>
@@ -45,7 +46,9 @@ namespace {
 constexpr const char* SECTION = "Window";
 constexpr int PANES_VERSION = 1;
 constexpr int DEVICE_CHECK_MS = 500; ///< while something sounds
-constexpr int IDLE_CHECK_MS = 3000;
+constexpr int IDLE_CHECK_MS = 10'000;
+constexpr int FIRST_CHECK_MS = 1000;
+constexpr int PLUG_SETTLE_MS = 300;
 constexpr int METER_MS = 33;
 constexpr int METERS_WAIT_MS = 500;
 constexpr float AUDIBLE = 0.001F;
@@ -104,6 +107,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     connect(&refreshTimer, &QTimer::timeout, this, [this] {
         Refresh_Title();
         Refresh_Actions();
+        autosave->Look();
     });
     subscription =
         session.events.Subscribe([this](int, std::int32_t, const std::string&) { refreshTimer.start(0); });
@@ -154,10 +158,16 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
 
     meterTimer.setInterval(METER_MS);
     connect(&meterTimer, &QTimer::timeout, this, [this] { Show_Meters(session.doors.sound.Status()); });
-    deviceTimer.setTimerType(Qt::VeryCoarseTimer); // wakes with the autosave's
+    deviceTimer.setTimerType(Qt::VeryCoarseTimer);
     deviceTimer.setInterval(IDLE_CHECK_MS);
     connect(&deviceTimer, &QTimer::timeout, this, &frmMain::Check_Devices);
     deviceTimer.start();
+    QTimer::singleShot(FIRST_CHECK_MS, this, &frmMain::Check_Devices);
+    // What is plugged in or pulled out is noticed at once, when its node has been set up.
+    const QString nodes = QStringLiteral("/dev/snd");
+    if (QFileInfo::exists(nodes) && plugWatch.addPath(nodes))
+        connect(&plugWatch, &QFileSystemWatcher::directoryChanged, this,
+                [this] { QTimer::singleShot(PLUG_SETTLE_MS, this, &frmMain::Check_Devices); });
 }
 
 frmMain::~frmMain() {
@@ -392,6 +402,7 @@ void frmMain::Show_Meters(const Sound_Status& status) {
 }
 
 void frmMain::Check_Devices() {
+    autosave->Look();
     const Sound_Status status = session.doors.sound.Status();
     // The peaks of this moment are taken by asking, so they are shown here too.
     if (meterTimer.isActive())

@@ -7,6 +7,7 @@
 #include "widgets/theme.h"
 
 #include <QElapsedTimer>
+#include <QFileSystemWatcher>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTimer>
@@ -93,6 +94,9 @@ public:
 
     /// The device opens again with the settings in force, after a setup or a loss.
     void Reopen_Output();
+    /// Tells of devices that came or went. The window does so by itself: often while something sounds, seldom
+    /// otherwise, and when something is plugged in or pulled out.
+    void Check_Devices();
 
     void On_Run_Started(bool recording) override;
     void On_Run_Ended() override;
@@ -212,7 +216,6 @@ private:
     void Open_Map(int slotMessage, int audioMessage);
     /// The window of that object name comes to the front; make makes it when it is not open.
     void Show_Window(const char* name, const std::function<QDialog*()>& make);
-    void Check_Devices();
     void Check_Sound(const Sound_Status& status);
     void Check_Midi();
     void Show_Meters(const Sound_Status& status);
@@ -273,6 +276,7 @@ private:
     bool isLocked = false;
     QPointer<QWidget> focusBeforeRun;
     QTimer deviceTimer;
+    QFileSystemWatcher plugWatch;
     QTimer refreshTimer;
     QTimer meterTimer;
     QElapsedTimer meterClock;

@@ -196,10 +196,12 @@ void Main_Window_Test::An_Idle_Midi_Keyboard_Sounds() {
 
     p.midi.inputs.clear(); // unplugged
     p.midi.portsChanged = true;
+    p.window->Check_Devices();
     QTRY_VERIFY(!p.window->Recorder().Practice().Is_Running());
     QVERIFY(p.dialogs.shown.empty()); // no box interrupts
     p.midi.inputs = {{"Keys", 4}};
     p.midi.portsChanged = true;
+    p.window->Check_Devices();
     QTRY_VERIFY(p.window->Recorder().Practice().Is_Running());
 }
 
@@ -299,6 +301,7 @@ void Main_Window_Test::A_Lost_Device_Is_Told_And_Reopened() {
     Program p;
     const auto before = p.sound.opened.size();
     p.sound.status.deviceLost = true;
+    p.window->Check_Devices();
     const auto reopen = [&]() -> QAbstractButton* {
         for (QAbstractButton* button : p.window->findChildren<QAbstractButton*>())
             if (button->text() == QLatin1String("Reopen"))

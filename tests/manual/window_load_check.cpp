@@ -5,14 +5,19 @@
 //     window_load_check bare|idle|play SECONDS
 //
 // "idle" is the program as it starts, with one channel; "play" has 100 channels, stands still for as long as
-// it plays then. Prints what it measured; tests/manual/window_load_check.sh compares.
+// it plays then, and what sounded is looked at too: the spread of the first channel's onsets, in frames.
+// Prints what it measured; tests/manual/window_load_check.sh compares.
 
 #include "app/windows/frm_main.h"
 #include "engine/windows/frm_recorder.h"
 #include "manual/check.h"
 #include "manual/real_program.h"
+#include "platform/live_sound_door.h"
 #include "platform/qt/qt_key_state.h"
 #include "platform/qt/qt_run_loop.h"
+#include "support/click_font.h"
+#include "support/onsets.h"
+#include "widgets/theme.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -105,21 +110,45 @@ void Measure(const char* name, int seconds) {
     meter.Print(name);
 }
 
-/// A song of 100 channels on all slots, two notes a beat each, for as long as asked.
-void Fill_Song(Session& session, int seconds) {
+/// A song of 100 channels on all slots, two notes a beat each, for as long as asked. The first channel has a
+/// slot of its own, where its notes sound as clicks louder than all others together.
+void Fill_Song(Session& session, const Temp_Folder& home, int seconds) {
+    test::Write_Click_Font(home / "click.sf2",
+                           {{"Loud", 0, 0, 30000}, {"Quiet", 0, 1, 800}, {"Kit", 128, 0, 800}});
+    session.fonts->Load_SF2_List({(home / "click.sf2").string()});
     const int beats = seconds * session.project.ProjectTempo / 60 + 16;
     while (session.channels->Count_Channels() < CHANNELS)
         session.hub->Message(nullptr, MSG_ADD_CHANNEL, std::string("Channel"), false);
     for (int row = 0; row < CHANNELS; ++row) {
-        session.channels->Channels[static_cast<std::size_t>(row)].OutputChannel =
-            static_cast<std::uint8_t>(row % OUTPUT_SLOTS);
+        GlobalChannel& channel = session.channels->Channels[static_cast<std::size_t>(row)];
+        channel.OutputChannel = static_cast<std::uint8_t>(row == 0 ? 0 : 1 + row % (OUTPUT_SLOTS - 1));
+        channel.PatchI = row == 0 ? 0 : 1;
         for (int i = 0; i < 2 * beats; ++i)
             session.channels->Store(row).AddNewEvent(
                 i * 0.5 + row * 0.003,
                 NoteData{static_cast<std::uint8_t>(36 + (row * 7 + i * 5) % 48), 70, 0.3});
     }
+    session.gcm->GCM_SendAllPatches();
     session.project.SongLength = beats;
     session.hub->Message(nullptr, MSG_GENERAL_UPDATE);
+}
+
+/// How far the first channel's notes lie apart from where they belong, 99 of 100 of them.
+void Print_Onsets(Session& session, std::span<const float> samples) {
+    float peak = 0.0F;
+    for (const float sample : samples)
+        peak = std::max(peak, std::abs(sample));
+    const auto onsets = test::Onsets(samples, peak / 2);
+    std::vector<double> late;
+    for (std::size_t i = 0; i < onsets.size(); ++i) {
+        const double due = Beats_To_MS(static_cast<double>(i) * 0.5, session.tempoChanges, session.project);
+        late.push_back(static_cast<double>(onsets[i]) - due * 44.1);
+    }
+    if (late.empty())
+        late.push_back(NAN);
+    std::printf("onsets notes %zu spread %.1f all_within %.1f\n", onsets.size(),
+                Percentile(late, 0.995) - Percentile(late, 0.005),
+                Percentile(late, 1.0) - Percentile(late, 0.0));
 }
 
 int Run_Program(QApplication& application, const std::string& form, int seconds) {
@@ -130,13 +159,16 @@ int Run_Program(QApplication& application, const std::string& form, int seconds)
     Qt_Run_Loop loop;
     Real_Program program(keys, counter, loop, Sound_Driver_Choice::Quiet, Cue_Drive::Threaded);
     Session& session = program.session;
+    auto& sound = dynamic_cast<Live_Sound_Door&>(*program.sound);
+    if (form == "play")
+        sound.Keep_Samples(static_cast<std::size_t>(44100) * static_cast<std::size_t>(3 * seconds + 60));
     if (!program.loaded)
         return 1;
     {
         frmMain window(session, theme);
         window.show();
         if (form == "play")
-            Fill_Song(session, seconds);
+            Fill_Song(session, program.home, seconds);
         QTimer::singleShot(SETTLE_MS, &application, &QApplication::quit);
         QApplication::exec();
         Measure(form == "play" ? "still" : "idle", seconds);
@@ -153,6 +185,7 @@ int Run_Program(QApplication& application, const std::string& form, int seconds)
                 QApplication::quit();
             });
             QApplication::exec();
+            Print_Onsets(session, sound.Kept_Samples());
         }
     }
     session.Shutdown();
