@@ -54,8 +54,8 @@ public:
     virtual void Send(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) = 0;
 
     /// True once after ports came or went since the last call; called about twice a second by the owner. A
-    /// sound server that comes up may show here up to 20 s later, at the next look at the ports themselves at
-    /// once.
+    /// sound server that comes up may show here up to a minute later, at the next look at the ports
+    /// themselves at once.
     virtual bool Ports_Changed() = 0;
     /// The open input (output) is still among the ports.
     virtual bool Input_Alive() = 0;

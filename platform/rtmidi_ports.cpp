@@ -27,7 +27,7 @@ constexpr std::size_t INPUT_QUEUE = 8192;
 /// Asking for a sound server that is not there takes half a millisecond: seldom in passing, sooner when
 /// somebody wants to see the ports.
 constexpr std::int64_t SEEK_SERVER_NS = 2'000'000'000;
-constexpr std::int64_t SEEK_IN_PASSING_NS = 20'000'000'000;
+constexpr std::int64_t SEEK_IN_PASSING_NS = 60'000'000'000;
 
 /// RtMidi calls this instead of throwing and of writing to the standard error stream.
 void Note_Error(RtMidiError::Type type, const std::string&, void* userData) {

@@ -12,7 +12,6 @@
 #include "engine/windows/frm_recorder.h"
 #include "manual/check.h"
 #include "manual/real_program.h"
-#include "platform/live_sound_door.h"
 #include "platform/qt/qt_key_state.h"
 #include "platform/qt/qt_run_loop.h"
 #include "support/click_font.h"
@@ -159,11 +158,14 @@ int Run_Program(QApplication& application, const std::string& form, int seconds)
     Qt_Run_Loop loop;
     Real_Program program(keys, counter, loop, Sound_Driver_Choice::Quiet, Cue_Drive::Threaded);
     Session& session = program.session;
-    auto& sound = dynamic_cast<Live_Sound_Door&>(*program.sound);
-    if (form == "play")
-        sound.Keep_Samples(static_cast<std::size_t>(44100) * static_cast<std::size_t>(3 * seconds + 60));
     if (!program.loaded)
         return 1;
+    if (form == "play") {
+        program.sound->Close();
+        program.sound->Keep_Samples(static_cast<std::size_t>(44100) *
+                                    static_cast<std::size_t>(3 * seconds + 60));
+        session.Reopen_Output();
+    }
     {
         frmMain window(session, theme);
         window.show();
@@ -185,7 +187,7 @@ int Run_Program(QApplication& application, const std::string& form, int seconds)
                 QApplication::quit();
             });
             QApplication::exec();
-            Print_Onsets(session, sound.Kept_Samples());
+            Print_Onsets(session, program.sound->Kept_Samples());
         }
     }
     session.Shutdown();
