@@ -143,11 +143,8 @@ TEST_F(MsgManager_Test, Volume_And_Output_Reach_The_Song_While_Either_Engine_Pla
 
 TEST_F(MsgManager_Test, Event_Messages) {
     const std::int32_t id = Add_Note(4.0, 60);
-    QChordData chordData;
-    chordData.Active = 3;
-    chordData.ChordNotes = {48, 52, 55};
-    chordData.ChordName = "C";
-    const std::int32_t chordId = store.AddNewEvent(6.0, chordData);
+    const std::int32_t chordId =
+        store.AddNewEvent(6.0, QChordData{.Active = 3, .ChordName = "C", .ChordNotes = {48, 52, 55}});
     const auto chord = [&] { return *store.ReadEvent(store.GetEvent_I(chordId))->QChord; };
     const auto start = [&] { return store.ReadEvent(store.GetEvent_I(id))->StartTime; };
     const auto first = [&] { return store.ReadEvent(store.FirstEvent())->EventID; };

@@ -5,35 +5,19 @@
 # python3. tests/gui/keyboard_phrase.sh [build folder [folder for the screenshots [form ...]]]   forms: light dark large
 set -e
 top=$(cd "$(dirname "$0")/../.." && pwd)
-build=$(cd "${1:-$top/build/debug}" && pwd)
+build=${1:-$top/build/debug}
 shots=${2:-$(mktemp -d /tmp/phrase.XXXXXX)}
 [ $# -le 2 ] && set -- x x light dark large
 shift 2
 mkdir -p "$shots" && shots=$(cd "$shots" && pwd)
-work=$(mktemp -d)
-server= manager= program=
-trap 'kill $program $manager $server 2>/dev/null; rm -r "$work"' EXIT
 status=0
-fail() { echo "FAILED ($form): $1"; status=1; }
-window() { timeout 20 xdotool search --sync --onlyvisible --name "$1" | head -1; }
-shot() { sleep 0.6; import -window root "$shots/$form-$1.png"; }
-key() { xdotool key --clearmodifiers --delay 40 "$@"; sleep 0.3; }
+. "$top/tests/manual/display.sh"
 
 phrase() {
     form=$1
-    screen=1440x900 scale=1 appearance=$form
-    [ "$form" = large ] && screen=2880x1800 scale=2 appearance=light
-    export HOME="$work/$form" XDG_RUNTIME_DIR="$work/$form/run"
-    unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME
-    mkdir -p "$XDG_RUNTIME_DIR" "$HOME/.config/Tonvex" && chmod 700 "$XDG_RUNTIME_DIR"
+    start_form
+    mkdir -p "$HOME/.config/Tonvex"
     printf '[Window]\nAppearance=%s\n' "$appearance" >"$HOME/.config/Tonvex/Tonvex.ini"
-    mkfifo "$HOME/ready"
-    Xvfb -displayfd 3 -screen 0 ${screen}x24 -nolisten tcp 3>"$HOME/ready" 2>/dev/null &
-    server=$!
-    read -r number <"$HOME/ready"
-    export DISPLAY=":$number" QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=$scale TONVEX_SOUND=quiet
-    openbox 2>/dev/null &
-    manager=$!
     "$build/tonvex" 2>"$HOME/errors" &
     program=$!
     main=$(window 'Untitled.* - Tonvex')
@@ -100,9 +84,6 @@ assert notes == [(0, 60, 1, 100), (2, 65, 1, 95), (3.75, 53, 1.5, 100),
                  (5, 60, 1, 100), (7, 65, 1, 95), (9, 53, 1.5, 100)], notes
 assert chords == [(1, [62, 66, 69])], chords
 PY
-    kill $manager $server
-    wait $manager $server 2>/dev/null || true
-    manager= server=
 }
 
 for form in "$@"; do

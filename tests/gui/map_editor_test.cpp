@@ -65,6 +65,7 @@ class Map_Editor_Test : public QObject {
 private slots:
     void The_Field_Maps_Beats_And_Values();
     void A_Dot_Is_Hit();
+    void Dots_Keep_Their_Order();
     void A_Drag_Is_One_Batch();
     void Points_Come_And_Go_By_Hand();
     void Keys_Alone_Are_Enough();
@@ -104,6 +105,28 @@ void Map_Editor_Test::A_Dot_Is_Hit() {
     for (const auto& row : rows) {
         const auto hit = field.Hit(dots, row.point, 8.0);
         QVERIFY2((hit ? static_cast<int>(*hit) : -1) == row.dot, row.name);
+    }
+}
+
+// What is drawn while a dot of 1@0 2@8 3@16 4@28 is dragged; the first and the last stay.
+void Map_Editor_Test::Dots_Keep_Their_Order() {
+    const struct {
+        int id;
+        double beat;
+        QString order;
+    } rows[] = {{2, 20.0, "1@0 3@16 2@20 4@28"}, {2, 16.0, "1@0 3@16 2@16 4@28"},
+                {3, 40.0, "1@0 2@8 3@40 4@40"},  {3, -4.0, "1@0 3@0 2@8 4@28"},
+                {1, 12.0, "1@0 2@8 3@16 4@28"},  {4, 2.0, "1@0 2@8 3@16 4@28"},
+                {9, 2.0, "1@0 2@8 3@16 4@28"}};
+    const std::vector<Map_Dot> dots{
+        {1, 0, 64, false}, {2, 8, 64, true}, {3, 16, 64, true}, {4, 28, 64, false}};
+    for (const auto& row : rows) {
+        QStringList found;
+        for (const Map_Dot& dot : Moved_Dots(dots, row.id, row.beat, 300)) {
+            found << QStringLiteral("%1@%2").arg(dot.id).arg(dot.beat);
+            QCOMPARE(dot.value, dot.id == row.id ? 127 : 64);
+        }
+        QCOMPARE(found.join(' '), row.order);
     }
 }
 

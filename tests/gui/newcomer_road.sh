@@ -13,22 +13,12 @@ shift 2
 mkdir -p "$shots" && shots=$(cd "$shots" && pwd)
 status=0
 . "$top/tests/manual/display.sh"
-shot() { sleep 0.6; import -window root "$shots/$form-$1.png"; }
-key() { xdotool key --clearmodifiers "$@"; sleep 0.3; }
 hold() { xdotool keydown "$1"; sleep 0.15; xdotool keyup "$1"; sleep 0.05; }
 song_json() { "$build/tonvex-cli" dump "$1"; }
 
 road() {
     form=$1
-    screen=1440x900
-    scale=1
-    appearance=$form
-    if [ "$form" = large ]; then
-        screen=2880x1800 scale=2 appearance=light
-    fi
-    own_home "$work/$form"
-    start_display
-    export QT_SCALE_FACTOR=$scale TONVEX_SOUND=quiet
+    start_form
 
     # -- the first start: nothing is there
     "$build/tonvex" 2>"$HOME/errors" &

@@ -26,5 +26,15 @@ own_home() {
     mkdir -p "$XDG_RUNTIME_DIR"
     chmod 700 "$XDG_RUNTIME_DIR"
 }
+# A road over several forms, light dark large: starts the display of $form; sets $appearance.
+start_form() {
+    screen=1440x900 scale=1 appearance=$form
+    [ "$form" = large ] && screen=2880x1800 scale=2 appearance=light
+    own_home "$work/$form"
+    start_display
+    export QT_SCALE_FACTOR=$scale TONVEX_SOUND=quiet
+}
+shot() { sleep 0.6; import -window root "$shots/$form-$1.png"; }
+key() { xdotool key --clearmodifiers --delay 40 "$@"; sleep 0.3; }
 # The number of a window of that title once it is shown; empty when none comes.
 window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | head -1; }
