@@ -9,7 +9,7 @@
 namespace tonvex {
 
 frmEvEd_SetVol::frmEvEd_SetVol(const Theme& look, int volume, QWidget* parent)
-    : Ev_Ed_Dialog(look, tr("Volume"), tr("Volume of the selected events"), parent),
+    : Plain_Dialog(look, tr("Volume"), tr("Volume of the selected events"), parent),
       HScroll1(new QSlider(Qt::Horizontal, this)), Text1(new QSpinBox(this)) {
     setObjectName(QStringLiteral("frmEvEd_SetVol"));
     HScroll1->setObjectName(QStringLiteral("HScroll1"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editors/windows/ev_ed_dialog.h"
+#include "widgets/plain_dialog.h"
 
 class QSlider;
 class QSpinBox;
@@ -8,7 +8,7 @@ class QSpinBox;
 namespace tonvex {
 
 /// "Volume": one volume for the selected events, 0 to 127. Interface thread.
-class frmEvEd_SetVol final : public Ev_Ed_Dialog {
+class frmEvEd_SetVol final : public Plain_Dialog {
     Q_OBJECT
 public:
     frmEvEd_SetVol(const Theme& look, int volume, QWidget* parent = nullptr);

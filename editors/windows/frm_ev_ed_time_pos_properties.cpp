@@ -15,7 +15,7 @@ namespace tonvex {
 
 frmEvEd_TimePosProperties::frmEvEd_TimePosProperties(User_Dialogs& userDialogs, const Theme& look,
                                                      QWidget* parent)
-    : Ev_Ed_Dialog(look, tr("Time Properties"), tr("Start and length of the selected events"), parent),
+    : Plain_Dialog(look, tr("Time Properties"), tr("Start and length of the selected events"), parent),
       dialogs(userDialogs), Text1(new QLineEdit(this)), Text2(new QLineEdit(this)),
       Check1(new QCheckBox(tr("&Add/Subtract"), this)), barBeat(new QRadioButton(tr("&Bar:Beat"), this)),
       beats(new QRadioButton(tr("B&eats"), this)) {

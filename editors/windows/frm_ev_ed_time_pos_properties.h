@@ -1,7 +1,7 @@
 #pragma once
 
-#include "editors/windows/ev_ed_dialog.h"
 #include "platform/user_dialogs.h"
+#include "widgets/plain_dialog.h"
 
 #include <optional>
 
@@ -13,7 +13,7 @@ namespace tonvex {
 
 /// "Time Properties": start and length of the selected events, new or as a difference. A field left empty
 /// leaves what it is about alone. Interface thread. Beats.
-class frmEvEd_TimePosProperties final : public Ev_Ed_Dialog {
+class frmEvEd_TimePosProperties final : public Plain_Dialog {
     Q_OBJECT
 public:
     frmEvEd_TimePosProperties(User_Dialogs& userDialogs, const Theme& look, QWidget* parent = nullptr);

@@ -19,7 +19,7 @@ constexpr int SAMPLE[] = {0, 1, 2, 10, 11};
 
 frmEvEd_View::frmEvEd_View(const Theme& look, const Roll_Options& options, const NotesStuff& notes,
                            QWidget* parent)
-    : Ev_Ed_Dialog(look, tr("View"), tr("What the events editor shows"), parent),
+    : Plain_Dialog(look, tr("View"), tr("What the events editor shows"), parent),
       notation(new QComboBox(this)) {
     setObjectName(QStringLiteral("frmEvEd_View"));
     const std::pair<QString, bool Roll_Options::*> rows[] = {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editors/windows/ev_ed_dialog.h"
 #include "editors/windows/roll_layout.h"
 #include "song/notes_stuff.h"
+#include "widgets/plain_dialog.h"
 
 #include <utility>
 #include <vector>
@@ -13,7 +13,7 @@ class QComboBox;
 namespace tonvex {
 
 /// What the events editor shows, how notes are named, and the way to the sound fonts. Interface thread.
-class frmEvEd_View final : public Ev_Ed_Dialog {
+class frmEvEd_View final : public Plain_Dialog {
     Q_OBJECT
 public:
     frmEvEd_View(const Theme& look, const Roll_Options& options, const NotesStuff& notes,

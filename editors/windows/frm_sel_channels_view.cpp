@@ -9,7 +9,7 @@ namespace tonvex {
 
 frmSelChannelsView::frmSelChannelsView(const Session& session, const Theme& look,
                                        const Event_Display& display, QWidget* parent)
-    : Ev_Ed_Dialog(look, tr("Select channels"), tr("Channels shown behind this one"), parent) {
+    : Plain_Dialog(look, tr("Select channels"), tr("Channels shown behind this one"), parent) {
     setObjectName(QStringLiteral("frmSelChannelsView"));
     auto* area = new QScrollArea(this);
     area->setWidgetResizable(true);

@@ -2,7 +2,7 @@
 
 #include "app/session.h"
 #include "editors/event_display.h"
-#include "editors/windows/ev_ed_dialog.h"
+#include "widgets/plain_dialog.h"
 
 #include <cstdint>
 #include <utility>
@@ -13,7 +13,7 @@ class QCheckBox;
 namespace tonvex {
 
 /// Chooses the channels whose events are shown, pale, behind those of the channel in hand. Interface thread.
-class frmSelChannelsView final : public Ev_Ed_Dialog {
+class frmSelChannelsView final : public Plain_Dialog {
     Q_OBJECT
 public:
     frmSelChannelsView(const Session& session, const Theme& look, const Event_Display& display,

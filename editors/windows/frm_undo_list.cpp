@@ -10,7 +10,7 @@
 namespace tonvex {
 
 frmUndoList::frmUndoList(Session& owner, const Theme& look, QWidget* parent)
-    : Ev_Ed_Dialog(look, tr("Undo list"), tr("What was done, the oldest on top"), parent), session(owner),
+    : Plain_Dialog(look, tr("Undo list"), tr("What was done, the oldest on top"), parent), session(owner),
       List1(new QListWidget(this)), go(new QPushButton(tr("&Go to this step"), this)) {
     setObjectName(QStringLiteral("frmUndoList"));
     List1->setObjectName(QStringLiteral("List1"));

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/session.h"
-#include "editors/windows/ev_ed_dialog.h"
+#include "widgets/plain_dialog.h"
 
 #include <QTimer>
 
@@ -12,7 +12,7 @@ namespace tonvex {
 
 /// "Undo list": the steps of the song, undone ones below; a double click, or the button, goes back or forward
 /// to behind a step. It stays open and follows what is done meanwhile. Interface thread.
-class frmUndoList final : public Ev_Ed_Dialog {
+class frmUndoList final : public Plain_Dialog {
     Q_OBJECT
 public:
     frmUndoList(Session& owner, const Theme& look, QWidget* parent = nullptr);

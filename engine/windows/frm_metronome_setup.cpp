@@ -24,28 +24,20 @@ constexpr int FASTEST = 300;
 
 } // namespace
 
-frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget* parent)
-    : QDialog(parent), session(owner), link(session.observers, *this) {
-    setWindowTitle(tr("Setup Metronome"));
+frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& look, QWidget* parent)
+    : Plain_Dialog(look, tr("Setup Metronome"), tr("The click on every beat of a recording"), parent),
+      session(owner), link(session.observers, *this) {
     setObjectName(QStringLiteral("frmMetronomeSetup"));
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
-    all->setSpacing(theme.Px(16));
-    auto* about = new QLabel(tr("The click on every beat of a recording"), this);
-    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
-    all->addWidget(about);
-
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(theme.Px(12));
     grid->setVerticalSpacing(theme.Px(12));
     grid->setColumnStretch(1, 1);
     const Project_State& project = session.project;
-    note = Make_Pair(grid, theme, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE,
-                     project.MetronomeNoteB);
-    volume = Make_Pair(grid, theme, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST,
-                       project.MetronomeNoteA);
+    note = Make_Pair(grid, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE, project.MetronomeNoteB);
+    volume =
+        Make_Pair(grid, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST, project.MetronomeNoteA);
     const int tempo = project.ProjectTempo;
-    speed = Make_Pair(grid, theme, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3,
+    speed = Make_Pair(grid, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3,
                       std::min(SLOWEST, tempo), std::max(FASTEST, tempo), tempo);
     noteName = new QLabel(this);
     speedLabel = new QLabel(tr("(Project speed)"), this);
@@ -57,32 +49,23 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget
     grid->addWidget(noteName, 0, 3);
     grid->addWidget(speedLabel, 2, 3);
     grid->setColumnMinimumWidth(3, theme.Px(130));
-    all->addLayout(grid);
+    column->addLayout(grid);
 
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme.Px(8));
+    const Foot foot = Add_Buttons();
+    foot.ok->setObjectName(QStringLiteral("Command1"));
+    foot.cancel->setObjectName(QStringLiteral("Command2"));
     Command3 = new QPushButton(tr("Test Metronome"), this);
     Command3->setObjectName(QStringLiteral("Command3"));
     Command3->setAutoDefault(false);
     // Its text changes; its place and its neighbours stay.
     Command3->setMinimumWidth(Command3->sizeHint().width());
-    auto* cancel = new QPushButton(tr("&Cancel"), this);
-    cancel->setObjectName(QStringLiteral("Command2"));
-    cancel->setAutoDefault(false);
-    auto* ok = new QPushButton(tr("O&K"), this);
-    ok->setObjectName(QStringLiteral("Command1"));
-    ok->setDefault(true);
-    buttons->addWidget(Command3);
-    buttons->addStretch(1);
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
-    all->addLayout(buttons);
+    foot.row->insertWidget(0, Command3);
+    setTabOrder(Command3, foot.cancel);
+    setTabOrder(foot.cancel, foot.ok);
 
     connect(note.text, &QSpinBox::valueChanged, this, &frmMetronomeSetup::Show_Note_Name);
     connect(speed.text, &QSpinBox::valueChanged, this, &frmMetronomeSetup::Show_Speed);
     connect(Command3, &QPushButton::clicked, this, &frmMetronomeSetup::Toggle_Test);
-    connect(ok, &QPushButton::clicked, this, &frmMetronomeSetup::Accept_Choice);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     clicks.setSingleShot(true);
     clicks.setTimerType(Qt::PreciseTimer);
     connect(&clicks, &QTimer::timeout, this, &frmMetronomeSetup::Click);
@@ -90,9 +73,9 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& theme, QWidget
     Show_Speed();
 }
 
-frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const Theme& theme,
-                                                     const QString& caption, const QString& name, int number,
-                                                     int least, int most, int value) {
+frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const QString& caption,
+                                                     const QString& name, int number, int least, int most,
+                                                     int value) {
     Pair pair{new QSpinBox(this), new QSlider(Qt::Horizontal, this)};
     pair.text->setObjectName(QStringLiteral("Text%1").arg(number));
     pair.bar->setObjectName(QStringLiteral("HScroll%1").arg(number));
@@ -154,7 +137,7 @@ void frmMetronomeSetup::Click() {
     clicks.start(static_cast<int>(nextClickMs - nowMs));
 }
 
-void frmMetronomeSetup::Accept_Choice() {
+void frmMetronomeSetup::accept() {
     Project_State& project = session.project;
     if (note.text->value() != project.MetronomeNoteB || volume.text->value() != project.MetronomeNoteA) {
         project.MetronomeNoteB = note.text->value();
@@ -162,7 +145,7 @@ void frmMetronomeSetup::Accept_Choice() {
         project.Modified = true;
         session.hub->Message(this, MSG_GENERAL_UPDATE);
     }
-    accept();
+    QDialog::accept();
 }
 
 void frmMetronomeSetup::done(int result) {

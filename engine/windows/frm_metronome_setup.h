@@ -2,9 +2,8 @@
 
 #include "app/session.h"
 #include "engine/windows/observer_link.h"
-#include "widgets/theme.h"
+#include "widgets/plain_dialog.h"
 
-#include <QDialog>
 #include <QTimer>
 
 class QGridLayout;
@@ -17,12 +16,13 @@ namespace tonvex {
 
 /// "Metronome": note and volume of the click, with a test at any speed. OK keeps note and volume in the
 /// project; "Cancel" and Escape leave all as it was. The test ends with the window, and where a run begins.
-/// Interface thread. Session and theme outlive the window.
-class frmMetronomeSetup final : public QDialog, public Transport_Observer {
+/// Interface thread. Session and look outlive the window.
+class frmMetronomeSetup final : public Plain_Dialog, public Transport_Observer {
     Q_OBJECT
 public:
-    frmMetronomeSetup(Session& session, const Theme& theme, QWidget* parent = nullptr);
+    frmMetronomeSetup(Session& session, const Theme& look, QWidget* parent = nullptr);
 
+    void accept() override;
     void done(int result) override;
     void On_Run_Started(bool recording) override;
 
@@ -32,14 +32,13 @@ private:
         QSpinBox* text = nullptr;
         QSlider* bar = nullptr;
     };
-    Pair Make_Pair(QGridLayout* grid, const Theme& theme, const QString& caption, const QString& name,
-                   int number, int least, int most, int value);
+    Pair Make_Pair(QGridLayout* grid, const QString& caption, const QString& name, int number, int least,
+                   int most, int value);
     void Show_Note_Name();
     void Show_Speed();
     void Toggle_Test();
     void Stop_Test();
     void Click();
-    void Accept_Choice();
 
     Session& session;
     Observer_Link link;

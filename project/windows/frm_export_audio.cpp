@@ -53,21 +53,15 @@ Save_Request Question(const Session& session, Audio_Export entry) {
 
 } // namespace
 
-frmExportAudio::frmExportAudio(const Audio_Format& format, const Theme& theme, QWidget* parent)
-    : QDialog(parent), kind(format.kind) {
+frmExportAudio::frmExportAudio(const Audio_Format& format, const Theme& look, QWidget* parent)
+    : Plain_Dialog(look, tr("Export to audio"), QString::fromLatin1(Traits_Of(format.kind).name), parent),
+      kind(format.kind) {
     const Audio_Kind_Traits& traits = Traits_Of(kind);
-    setWindowTitle(tr("Export to audio"));
     setObjectName(QStringLiteral("frmExportAudio"));
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
-    all->setSpacing(theme.Px(12));
-    auto* about = new QLabel(QString::fromLatin1(traits.name), this);
-    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
-    all->addWidget(about);
     auto* rows = new QGridLayout;
     rows->setSpacing(theme.Px(8));
     rows->setColumnStretch(1, 1);
-    all->addLayout(rows);
+    column->addLayout(rows);
     rates = Add_Row(rows, tr("&Frames a second:"), tr("44100 is that of a CD, 48000 that of films"), "rates");
     for (const int rate : traits.rates)
         rates->addItem(QString::number(rate), rate);
@@ -77,21 +71,10 @@ frmExportAudio::frmExportAudio(const Audio_Format& format, const Theme& theme, Q
         qualities->addItem(Quality_Row(kind, quality), quality);
     Select(qualities, format.quality);
 
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme.Px(8));
-    auto* cancel = new QPushButton(tr("&Cancel"), this);
-    cancel->setToolTip(tr("Writes nothing (Escape)"));
-    cancel->setAutoDefault(false);
-    auto* write = new QPushButton(tr("&Export"), this);
-    write->setToolTip(tr("Mixes the song down into the file (Enter)"));
-    write->setDefault(true);
-    buttons->addStretch(1);
-    buttons->addWidget(cancel);
-    buttons->addWidget(write);
-    all->addStretch(1);
-    all->addLayout(buttons);
-    connect(write, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    const Foot foot = Add_Buttons();
+    foot.cancel->setToolTip(tr("Writes nothing (Escape)"));
+    foot.ok->setText(tr("&Export"));
+    foot.ok->setToolTip(tr("Mixes the song down into the file (Enter)"));
     setMinimumWidth(theme.Px(360));
 }
 

@@ -2,9 +2,7 @@
 
 #include "app/session.h"
 #include "platform/audio_format.h"
-#include "widgets/theme.h"
-
-#include <QDialog>
+#include "widgets/plain_dialog.h"
 
 class QComboBox;
 class QGridLayout;
@@ -12,12 +10,12 @@ class QGridLayout;
 namespace tonvex {
 
 /// How the song is to be written: frames a second and quality of one kind of sound file. "Export" takes them,
-/// "Cancel" and Escape leave all as it was. Interface thread. Theme outlives the window.
-class frmExportAudio final : public QDialog {
+/// "Cancel" and Escape leave all as it was. Interface thread. The look outlives the window.
+class frmExportAudio final : public Plain_Dialog {
     Q_OBJECT
 public:
     /// format: a kind, and what is selected first.
-    frmExportAudio(const Audio_Format& format, const Theme& theme, QWidget* parent = nullptr);
+    frmExportAudio(const Audio_Format& format, const Theme& look, QWidget* parent = nullptr);
 
     Audio_Format Format() const;
 

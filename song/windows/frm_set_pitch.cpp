@@ -2,7 +2,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -18,15 +17,10 @@ constexpr int HIGHEST_NOTE = 127;
 
 } // namespace
 
-frmSetPitch::frmSetPitch(Session& owner, const Theme& theme, QWidget* parent)
-    : QDialog(parent), session(owner), Text1(new QSpinBox(this)), Label1(new QLabel(this)) {
-    setWindowTitle(tr("Change pitch"));
+frmSetPitch::frmSetPitch(Session& owner, const Theme& look, QWidget* parent)
+    : Plain_Dialog(look, tr("Change pitch"), tr("Move the whole song up or down"), parent), session(owner),
+      Text1(new QSpinBox(this)), Label1(new QLabel(this)) {
     setObjectName(QStringLiteral("frmSetPitch"));
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
-    all->setSpacing(theme.Px(12));
-    auto* about = new QLabel(tr("Move the whole song up or down"), this);
-    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
     auto* row = new QHBoxLayout;
     auto* label = new QLabel(tr("&Semitones:"), this);
     label->setBuddy(Text1);
@@ -41,23 +35,10 @@ frmSetPitch::frmSetPitch(Session& owner, const Theme& theme, QWidget* parent)
     Label1->setObjectName(QStringLiteral("Label1"));
     Label1->setWordWrap(true);
     Label1->setMinimumWidth(theme.Px(320));
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme.Px(8));
-    auto* cancel = new QPushButton(tr("&Cancel"), this);
-    cancel->setAutoDefault(false);
-    auto* ok = new QPushButton(tr("O&K"), this);
-    ok->setDefault(true);
-    buttons->addStretch(1);
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
-    all->addWidget(about);
-    all->addLayout(row);
-    all->addWidget(Label1);
-    all->addStretch(1);
-    all->addLayout(buttons);
+    column->addLayout(row);
+    column->addWidget(Label1);
+    Add_Buttons();
     connect(Text1, &QSpinBox::valueChanged, this, &frmSetPitch::Show_Result);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     Show_Result();
     Text1->selectAll();
 }

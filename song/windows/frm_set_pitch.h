@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/session.h"
-#include "widgets/theme.h"
-
-#include <QDialog>
+#include "widgets/plain_dialog.h"
 
 class QLabel;
 class QSpinBox;
@@ -11,12 +9,12 @@ class QSpinBox;
 namespace tonvex {
 
 /// "Change pitch": moves every note and chord of the song by semitones. Says how many notes would leave the
-/// range and go. OK changes, "Cancel" and Escape leave all as it was. Interface thread. Session and theme
+/// range and go. OK changes, "Cancel" and Escape leave all as it was. Interface thread. Session and look
 /// outlive the window.
-class frmSetPitch final : public QDialog {
+class frmSetPitch final : public Plain_Dialog {
     Q_OBJECT
 public:
-    frmSetPitch(Session& session, const Theme& theme, QWidget* parent = nullptr);
+    frmSetPitch(Session& session, const Theme& look, QWidget* parent = nullptr);
 
     void accept() override;
 

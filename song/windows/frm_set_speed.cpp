@@ -5,7 +5,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -28,15 +27,10 @@ QString Minutes_And_Seconds(double ms) {
 
 } // namespace
 
-frmSetSpeed::frmSetSpeed(Session& owner, const Theme& theme, QWidget* parent)
-    : QDialog(parent), session(owner), Text1(new QSpinBox(this)), Label1(new QLabel(this)) {
-    setWindowTitle(tr("Change speed"));
+frmSetSpeed::frmSetSpeed(Session& owner, const Theme& look, QWidget* parent)
+    : Plain_Dialog(look, tr("Change speed"), tr("Play the song faster or slower"), parent), session(owner),
+      Text1(new QSpinBox(this)), Label1(new QLabel(this)) {
     setObjectName(QStringLiteral("frmSetSpeed"));
-    auto* all = new QVBoxLayout(this);
-    all->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
-    all->setSpacing(theme.Px(12));
-    auto* about = new QLabel(tr("Play the song faster or slower"), this);
-    about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
     auto* row = new QHBoxLayout;
     auto* label = new QLabel(tr("&Speed:"), this);
     label->setBuddy(Text1);
@@ -50,23 +44,10 @@ frmSetSpeed::frmSetSpeed(Session& owner, const Theme& theme, QWidget* parent)
     row->addWidget(Text1);
     row->addStretch(1);
     Label1->setObjectName(QStringLiteral("Label1"));
-    auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(theme.Px(8));
-    auto* cancel = new QPushButton(tr("&Cancel"), this);
-    cancel->setAutoDefault(false);
-    auto* ok = new QPushButton(tr("O&K"), this);
-    ok->setDefault(true);
-    buttons->addStretch(1);
-    buttons->addWidget(cancel);
-    buttons->addWidget(ok);
-    all->addWidget(about);
-    all->addLayout(row);
-    all->addWidget(Label1);
-    all->addStretch(1);
-    all->addLayout(buttons);
+    column->addLayout(row);
+    column->addWidget(Label1);
+    Add_Buttons();
     connect(Text1, &QSpinBox::valueChanged, this, &frmSetSpeed::Show_Length);
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     Show_Length();
     Text1->selectAll();
 }

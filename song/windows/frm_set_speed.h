@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/session.h"
-#include "widgets/theme.h"
-
-#include <QDialog>
+#include "widgets/plain_dialog.h"
 
 class QLabel;
 class QSpinBox;
@@ -13,10 +11,10 @@ namespace tonvex {
 /// "Change speed": plays the song faster or slower by a percentage, by moving and stretching all that is in
 /// it; its tempo stays. Shows the length that comes out. OK changes, "Cancel" and Escape leave all as it was.
 /// Interface thread. Session and theme outlive the window.
-class frmSetSpeed final : public QDialog {
+class frmSetSpeed final : public Plain_Dialog {
     Q_OBJECT
 public:
-    frmSetSpeed(Session& session, const Theme& theme, QWidget* parent = nullptr);
+    frmSetSpeed(Session& session, const Theme& look, QWidget* parent = nullptr);
 
     void accept() override;
 

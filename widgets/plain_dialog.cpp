@@ -1,4 +1,4 @@
-#include "editors/windows/ev_ed_dialog.h"
+#include "widgets/plain_dialog.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -7,7 +7,7 @@
 
 namespace tonvex {
 
-Ev_Ed_Dialog::Ev_Ed_Dialog(const Theme& look, const QString& title, const QString& about, QWidget* parent)
+Plain_Dialog::Plain_Dialog(const Theme& look, const QString& title, const QString& about, QWidget* parent)
     : QDialog(parent), theme(look), column(new QVBoxLayout(this)) {
     setWindowTitle(title);
     column->setContentsMargins(theme.Px(20), theme.Px(20), theme.Px(20), theme.Px(20));
@@ -17,7 +17,7 @@ Ev_Ed_Dialog::Ev_Ed_Dialog(const Theme& look, const QString& title, const QStrin
     column->addWidget(heading);
 }
 
-QPushButton* Ev_Ed_Dialog::Add_Buttons() {
+Plain_Dialog::Foot Plain_Dialog::Add_Buttons() {
     auto* row = new QHBoxLayout;
     row->setSpacing(theme.Px(8));
     auto* cancel = new QPushButton(tr("&Cancel"), this);
@@ -33,7 +33,7 @@ QPushButton* Ev_Ed_Dialog::Add_Buttons() {
     column->addLayout(row);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    return ok;
+    return {row, ok, cancel};
 }
 
 } // namespace tonvex
