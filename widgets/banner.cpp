@@ -12,6 +12,12 @@
 
 namespace tonvex {
 
+namespace {
+
+constexpr int LOW_WINDOW = 600;
+
+} // namespace
+
 /// One line. An offer has the accent; all else is a warning.
 class Banner::Notice final : public QWidget {
 public:
@@ -37,6 +43,16 @@ public:
         setAccessibleName(text);
         button->setText(actionText);
         button->setVisible(!actionText.isEmpty());
+    }
+    /// A layout that knows nothing of texts in lines is told the height.
+    void Fit(int wide) {
+        const QMargins edges = layout()->contentsMargins();
+        int room = wide - edges.left() - edges.right();
+        for (const QWidget* other : std::initializer_list<const QWidget*>{sign, button, close})
+            if (!other->isHidden())
+                room -= other->sizeHint().width() + layout()->spacing();
+        setFixedHeight(std::max(button->sizeHint().height(), label->heightForWidth(std::max(room, 1))) +
+                       edges.top() + edges.bottom());
     }
     QPushButton& Button() { return *button; }
     Tool_Button& Cross() { return *close; }
@@ -71,7 +87,6 @@ Banner::Banner(const Theme& look, QWidget* parent)
     : QWidget(parent), theme(look), column(new QVBoxLayout(this)) {
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    hide();
 }
 
 void Banner::Show_Notice(Subject subject, const QString& text, const QString& actionText,
@@ -91,17 +106,36 @@ void Banner::Show_Notice(Subject subject, const QString& text, const QString& ac
     notice->act = action;
     notice->Set_Text(text, actionText);
     column->insertWidget(0, notice);
-    notice->show();
-    show();
+    std::erase(standing, notice);
+    standing.insert(standing.begin(), notice);
+    Refresh();
 }
 
 void Banner::Hide_Notice(Subject subject) {
     const auto found = notices.find(subject);
     if (found == notices.end())
         return;
+    std::erase(standing, found->second);
     found->second->hide();
-    setVisible(std::any_of(notices.begin(), notices.end(),
-                           [](const auto& notice) { return !notice.second->isHidden(); }));
+    Refresh();
+}
+
+void Banner::Refresh() {
+    Fit();
+    emit anyShown(!standing.empty());
+}
+
+void Banner::Fit() {
+    const bool low = window()->height() < theme.Px(LOW_WINDOW);
+    // The oldest first: one that is shown beside another that is to go would ask a low window to grow.
+    for (auto notice = standing.rbegin(); notice != standing.rend(); ++notice) {
+        (*notice)->Fit(isVisible() ? width() : window()->width());
+        (*notice)->setVisible(!low || *notice == standing.front());
+    }
+}
+
+void Banner::resizeEvent(QResizeEvent*) {
+    Fit();
 }
 
 } // namespace tonvex

@@ -3,6 +3,7 @@
 #include "platform/qt/core_words.h"
 #include "song/effect_records.h"
 #include "widgets/effect_picture.h"
+#include "widgets/scroll_part.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -20,6 +21,8 @@
 namespace tonvex {
 
 namespace {
+
+constexpr int LEAST_HEIGHT = 200;
 
 bool Is_Frequency(const Effect_Parameter& parameter) {
     return parameter.least >= 100.0F;
@@ -77,7 +80,7 @@ frmFX_Config::frmFX_Config(Session& owner, const Theme& look, QWidget* parent)
     all->addWidget(about);
     all->addWidget(hint);
     for (const Effect_Kind kind : ALL_EFFECTS)
-        tabs->addTab(Make_Page(kind), Effect_Caption(kind));
+        tabs->addTab(new Scroll_Part(theme, Make_Page(kind), {0, LEAST_HEIGHT}, tabs), Effect_Caption(kind));
     all->addWidget(tabs, 1);
     auto* buttons = new QHBoxLayout;
     auto* close = new QPushButton(tr("&Close"), this);

@@ -142,7 +142,7 @@ QTabBar::tab { background: transparent; color: {dim}; padding: [8]px [16]px; bor
   border-top: 2px solid transparent; border-top-left-radius: [8]px; border-top-right-radius: [8]px; }
 QTabBar::tab:selected { background: {panel}; color: {text}; border-top: 2px solid {accent}; }
 QTabBar::tab:hover:!selected { color: {text}; }
-QTabBar::tab:focus { color: {text}; border: 2px solid {accent}; }
+QTabBar::tab:focus { color: {text}; border: 2px solid {accent}; padding: [8]px [14]px [6]px; }
 QToolBar { background: {panel}; border: 0; border-bottom: 1px solid {line}; padding: 0; spacing: 0; }
 QLabel[dim="true"] { color: {dim}; }
 QStatusBar { background: {window}; color: {dim}; }

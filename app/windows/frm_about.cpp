@@ -5,6 +5,7 @@
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -45,7 +46,7 @@ frmAbout::frmAbout(const Theme& theme, QWidget* parent) : QDialog(parent) {
                                         QString::fromStdString(row.licence)});
     libraries->sortItems(0, Qt::AscendingOrder);
     libraries->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    libraries->setMinimumSize(theme.Px(440), theme.Px(250));
+    libraries->setMinimumSize(theme.Px(440), theme.Px(150));
     thanks->setBuddy(libraries);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -65,6 +66,7 @@ frmAbout::frmAbout(const Theme& theme, QWidget* parent) : QDialog(parent) {
     all->addWidget(thanks);
     all->addWidget(libraries, 1);
     all->addWidget(buttons);
+    resize(QSize(theme.Px(560), theme.Px(540)).boundedTo(screen()->availableSize()));
 }
 
 } // namespace tonvex

@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -78,7 +79,7 @@ void frmKeyAccess::Make_Controls(const Theme& theme) {
     List1->setHeaderLabels({tr("Function"), tr("Key")});
     List1->setRootIsDecorated(false);
     List1->setUniformRowHeights(true);
-    List1->setMinimumSize(theme.Px(460), theme.Px(280));
+    List1->setMinimumSize(theme.Px(460), theme.Px(96));
     List1->header()->setStretchLastSection(false);
     List1->header()->setSectionResizeMode(NAME_COLUMN, QHeaderView::Stretch);
     List1->header()->setSectionResizeMode(KEY_COLUMN, QHeaderView::ResizeToContents);
@@ -121,6 +122,7 @@ void frmKeyAccess::Make_Controls(const Theme& theme) {
     all->addLayout(details);
     all->addWidget(hint);
     all->addLayout(buttons);
+    resize(QSize(theme.Px(540), theme.Px(640)).boundedTo(screen()->availableSize()));
 
     connect(Text2, &QLineEdit::textChanged, this, &frmKeyAccess::Fill_List);
     connect(List1, &QTreeWidget::currentItemChanged, this, &frmKeyAccess::Show_Selected);

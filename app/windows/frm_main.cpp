@@ -52,7 +52,10 @@ constexpr int PLUG_SETTLE_MS = 300;
 constexpr int METER_MS = 33;
 constexpr int METERS_WAIT_MS = 500;
 constexpr float AUDIBLE = 0.001F;
-constexpr int LEAST_PROPERTIES = 110;
+constexpr int LEAST_LIST = 64;
+constexpr int LEAST_PROPERTIES = 80;
+constexpr int TITLE_WIDTH = 400;
+constexpr int MENU_GAPS = 20;
 constexpr int FIRST_WIDTH = 1440;
 constexpr int FIRST_HEIGHT = 900;
 
@@ -185,12 +188,12 @@ void frmMain::Make_Panes() {
     recorder->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     bar->addWidget(recorder);
     addToolBar(Qt::TopToolBarArea, bar);
+    Make_Notices();
 
     auto* middle = new QWidget(this);
     auto* column = new QVBoxLayout(middle);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    banner = new Banner(theme, middle);
     tabs = new QTabWidget(middle);
     tabs->setDocumentMode(true);
     tabs->tabBar()->setExpanding(false);
@@ -203,7 +206,6 @@ void frmMain::Make_Panes() {
     tabs->addTab(keyboard, tr("Keyboard"));
     maps = new Maps_View(session, theme, tabs);
     tabs->addTab(maps, tr("Maps"));
-    column->addWidget(banner);
     column->addWidget(tabs, 1);
     setCentralWidget(middle);
     // Nothing is in hand at the start; Tab begins at the transport.
@@ -215,6 +217,21 @@ void frmMain::Make_Panes() {
     addDockWidget(Qt::LeftDockWidgetArea, channelsDock);
     addDockWidget(Qt::BottomDockWidgetArea, pianoDock);
     Make_Video_Pane();
+}
+
+/// Below the transport, as wide as the window; there only while something is to be told.
+void frmMain::Make_Notices() {
+    auto* bar = new QToolBar(tr("Notices"), this);
+    bar->setObjectName(QStringLiteral("notices"));
+    bar->setMovable(false);
+    bar->toggleViewAction()->setVisible(false);
+    banner = new Banner(theme, bar);
+    banner->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    bar->addWidget(banner);
+    addToolBarBreak(Qt::TopToolBarArea);
+    addToolBar(Qt::TopToolBarArea, bar);
+    connect(banner, &Banner::anyShown, bar, &QToolBar::setVisible);
+    bar->hide();
 }
 
 void frmMain::Make_Events_Editor() {
@@ -249,8 +266,11 @@ QDockWidget* frmMain::Make_Channels_Pane() {
     column->setSpacing(0);
     channelsList = new ChannelsList(session, theme, body);
     properties = new frmChannelProperties(session, theme, body);
-    // Where height is scarce the list gives way first.
+    // Where height is scarce the list gives way first, down to a row.
     channelsList->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    const auto takeTheme = [this] { channelsList->setMinimumHeight(theme.Px(LEAST_LIST)); };
+    connect(&theme, &Theme::Changed, channelsList, takeTheme);
+    takeTheme();
     auto* lower = new Scroll_Part(theme, properties, {0, LEAST_PROPERTIES}, body);
     lower->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
     column->addWidget(channelsList, 1);
@@ -282,6 +302,7 @@ void frmMain::Restore_Panes() {
     resizeDocks({pianoDock}, {theme.Px(124)}, Qt::Vertical);
     restoreGeometry(Stored(session.doors.store, "Geometry"));
     restoreState(Stored(session.doors.store, "Panes"), PANES_VERSION);
+    findChild<QToolBar*>(QStringLiteral("notices"))->hide(); // what it told was of then
     videosDock->setVisible(anyVideos && session.settings.Global_ShowVideoList != 0);
 }
 
@@ -594,8 +615,20 @@ void frmMain::Refresh_Title() {
     setWindowModified(session.project.Modified);
     Show_Song_Key();
     const QString key = Core_Words(Song_Key_Name(session, session.creator.SongKey, session.creator.SongMode));
-    titleLabel->setText(session.project.Modified ? tr("%1   %2 • — Tonvex").arg(key, title)
-                                                 : tr("%1   %2 — Tonvex").arg(key, title));
+    titleLabel->setToolTip(session.project.Modified ? tr("%1   %2 • — Tonvex").arg(key, title)
+                                                    : tr("%1   %2 — Tonvex").arg(key, title));
+    Fit_Title(menuBar()->width());
+}
+
+/// The menus go before the title. The menu bar gives its corner the size that it has.
+void frmMain::Fit_Title(int barWidth) {
+    int room = barWidth;
+    for (const QAction* menu : menuBar()->actions())
+        room -= menuBar()->fontMetrics().horizontalAdvance(menu->text()) + theme.Px(MENU_GAPS);
+    titleLabel->setFixedSize(std::clamp(room, 0, theme.Px(TITLE_WIDTH)), theme.Px(28));
+    const QMargins edges = titleLabel->contentsMargins();
+    titleLabel->setText(titleLabel->fontMetrics().elidedText(
+        titleLabel->toolTip(), Qt::ElideRight, titleLabel->width() - edges.left() - edges.right()));
 }
 
 } // namespace tonvex

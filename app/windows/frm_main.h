@@ -105,6 +105,7 @@ protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -131,6 +132,7 @@ private:
 
     void Make_Panes();
     void Make_Events_Editor();
+    void Make_Notices();
     QDockWidget* Make_Channels_Pane();
     QDockWidget* Make_Piano_Pane();
     void Make_Menus();
@@ -222,6 +224,7 @@ private:
     void Start_Meters();
     void Song_Replaced();
     void Refresh_Title();
+    void Fit_Title(int barWidth);
     void Refresh_Actions();
     void Channel_Selected(std::int32_t channelId);
 

@@ -172,6 +172,7 @@ void frmMain::Release_Functions() {
 QAction* frmMain::Add_Function(QMenu* menu, const QString& text, const char* function, Function_Entry kind) {
     auto* action = new QAction(text, this);
     action->setCheckable(kind == Function_Entry::Check);
+    action->setData(QLatin1String(function));
     // Shown beside the entry; it is the table that runs the function.
     action->setShortcutContext(Qt::WidgetShortcut);
     connect(action, &QAction::triggered, this, [this, function, kind] {
@@ -243,8 +244,18 @@ void frmMain::keyPressEvent(QKeyEvent* event) {
         QMainWindow::keyPressEvent(event);
 }
 
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    banner->Fit();
+}
+
 bool frmMain::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
+    case QEvent::Resize:
+        // Before the menu bar places what is in it.
+        if (watched == menuBar() && titleLabel != nullptr)
+            Fit_Title(static_cast<QResizeEvent*>(event)->size().width());
+        break;
     case QEvent::Show:
     case QEvent::Hide:
         // A dialog takes over the keyboard, or gives it back.

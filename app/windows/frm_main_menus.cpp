@@ -50,11 +50,10 @@ void frmMain::Make_Menus() {
     titleLabel = new QLabel(menuBar());
     titleLabel->setProperty("dim", true);
     titleLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    titleLabel->setToolTip(tr("Song key and song"));
-    // The menu bar gives its corner the size that it had first.
+    titleLabel->setAccessibleName(tr("Song key and song"));
     const auto place = [this] {
         titleLabel->setContentsMargins(0, 0, theme.Px(16), 0);
-        titleLabel->setMinimumSize(theme.Px(400), theme.Px(28));
+        Fit_Title(menuBar()->width());
     };
     connect(&theme, &Theme::Changed, titleLabel, place);
     place();
@@ -79,7 +78,8 @@ void frmMain::Make_Windows_Menu() {
     for (QDockWidget* dock : {channelsDock, pianoDock, videosDock})
         menu->addAction(dock->toggleViewAction());
     for (QToolBar* bar : findChildren<QToolBar*>())
-        menu->addAction(bar->toggleViewAction());
+        if (bar->toggleViewAction()->isVisible())
+            menu->addAction(bar->toggleViewAction());
     for (QAction* action : menu->actions())
         action->setToolTip(shows);
     menu->addSeparator();

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -73,6 +74,7 @@ void frmInstList::Make_Controls(const Theme& theme) {
     buttons->addWidget(cancel);
     buttons->addWidget(ok);
     all->addLayout(buttons);
+    resize(QSize(theme.Px(760), theme.Px(520)).boundedTo(screen()->availableSize()));
 }
 
 QPushButton* frmInstList::Make_Button(const QString& text, const char* name, void (frmInstList::*clicked)()) {
@@ -93,7 +95,7 @@ QWidget* frmInstList::Make_Fonts(const Theme& theme) {
     List1 = new QListWidget(column);
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Sound fonts"));
-    List1->setMinimumSize(theme.Px(300), theme.Px(220));
+    List1->setMinimumSize(theme.Px(280), theme.Px(150));
     label->setBuddy(List1);
     layout->addWidget(label);
     layout->addWidget(List1, 1);
@@ -126,7 +128,7 @@ QWidget* frmInstList::Make_Instruments(const Theme& theme) {
     List2 = new QListWidget(column);
     List2->setObjectName(QStringLiteral("List2"));
     List2->setAccessibleName(tr("Instruments"));
-    List2->setMinimumSize(theme.Px(300), theme.Px(220));
+    List2->setMinimumSize(theme.Px(280), theme.Px(150));
     label->setBuddy(List2);
     auto* drums = new QLabel(tr("* = Drums/Percussion channel patch"), column);
     drums->setFont(theme.Font(Text_Size::Caption));

@@ -53,14 +53,14 @@ frmEvEd_View::frmEvEd_View(const Theme& look, const Roll_Options& options, const
     notation->setCurrentIndex(notes.Global_Notation);
     row->addWidget(label);
     row->addWidget(notation, 1);
-    column->addLayout(row);
     auto* fonts = new QPushButton(tr("Sound&Font list..."), this);
     fonts->setAutoDefault(false);
     connect(fonts, &QPushButton::clicked, this, [this] {
         accept();
         emit soundFontsWanted();
     });
-    column->addWidget(fonts, 0, Qt::AlignLeft);
+    row->addWidget(fonts);
+    column->addLayout(row);
     Add_Buttons();
 }
 

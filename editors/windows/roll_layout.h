@@ -34,7 +34,9 @@ struct Roll_Layout {
         Marks = take(theme.Px(24));
         Rule = take(theme.Px(20));
         Chords = take(options.CreatorBars ? theme.Px(26) : 0);
-        const int laneHeight = options.VolumeLane ? theme.Px(72) : 0;
+        // The notes go before their volumes.
+        const bool hasRoom = size.height() - y >= theme.Px(172);
+        const int laneHeight = options.VolumeLane && hasRoom ? theme.Px(72) : 0;
         Roll = take(std::max(1, size.height() - y - laneHeight));
         Lane = take(laneHeight);
         Piano = QRect(0, Roll.top(), Left, Roll.height());

@@ -280,7 +280,7 @@ QSize Roll_View::sizeHint() const {
 }
 
 QSize Roll_View::minimumSizeHint() const {
-    return {theme.Px(320), theme.Px(120)};
+    return {theme.Px(320), theme.Px(108)};
 }
 
 void Roll_View::Draw_Picture() {

@@ -37,6 +37,7 @@ public:
         connect(&theme, &Theme::Changed, this, [this] { updateGeometry(); });
     }
     QSize sizeHint() const override { return {theme.Px(9), theme.Px(28)}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -154,16 +155,17 @@ void frmRecorder::Lay_Out() {
     const auto rule = [&] {
         auto* line = new Group_Rule(theme, this);
         row->addWidget(line, 0, Qt::AlignVCenter);
+        return line;
     };
     for (Tool_Button* button : {toStart, back, record, play, stop, forward, toEnd})
         row->addWidget(button);
     row->addSpacing(theme.Px(8));
     row->addWidget(display);
-    rule();
+    QWidget* beforeSpeed = rule();
     row->addWidget(speed);
     row->addWidget(blend);
     row->addWidget(overwrite);
-    rule();
+    QWidget* beforeMetronome = rule();
     row->addWidget(metronome);
     row->addWidget(wait);
     row->addWidget(keyboard);
@@ -172,8 +174,8 @@ void frmRecorder::Lay_Out() {
     row->addWidget(master);
     row->addWidget(cpu);
     // What menus and keys do as well goes before what they do not.
-    dispensable = {cpu,      overwrite, blend, wait,    speed,   master,
-                   keyboard, metronome, toEnd, toStart, forward, back};
+    dispensable = {cpu,      overwrite, blend,           wait,  speed,   beforeSpeed, master,
+                   keyboard, metronome, beforeMetronome, toEnd, toStart, forward,     back};
     cpu->setMinimumWidth(cpu->fontMetrics().horizontalAdvance(Cpu_Text(100)));
     connect(&theme, &Theme::Changed, this, [this, row] {
         row->setContentsMargins(theme.Px(12), theme.Px(4), theme.Px(16), theme.Px(4));

@@ -58,6 +58,10 @@ void frmPianoLayout::Make_Controls() {
     about->setObjectName(QStringLiteral("about"));
     about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
     all->addWidget(about);
+    chosen = new QLabel(this);
+    chosen->setObjectName(QStringLiteral("chosen"));
+    chosen->setWordWrap(true);
+    all->addWidget(chosen);
     all->addWidget(Make_Octave_Row());
     piano = new Piano_Marks(theme, selection, this);
     piano->setObjectName(QStringLiteral("piano"));
@@ -87,8 +91,6 @@ QWidget* frmPianoLayout::Make_Octave_Row() {
     auto* row = new QHBoxLayout(line);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(theme.Px(8));
-    chosen = new QLabel(line);
-    chosen->setObjectName(QStringLiteral("chosen"));
     auto* label = new QLabel(tr("&First octave:"), line);
     octaves = new QComboBox(line);
     octaves->setObjectName(QStringLiteral("octaves"));
@@ -97,11 +99,10 @@ QWidget* frmPianoLayout::Make_Octave_Row() {
     Check1 = new QCheckBox(tr("&Variable Octave"), line);
     Check1->setObjectName(QStringLiteral("Check1"));
     Check1->setToolTip(tr("The note follows the octave that F1 to F6 select"));
-    row->addWidget(chosen, 1);
-    row->addWidget(Check1);
-    row->addSpacing(theme.Px(12));
     row->addWidget(label);
     row->addWidget(octaves);
+    row->addStretch(1);
+    row->addWidget(Check1);
     return line;
 }
 

@@ -41,6 +41,7 @@ public:
 
 private:
     void Make_Controls();
+    QLayout* Make_Kinds();
     QWidget* Make_Chord_Part();
     QWidget* Make_Name_Part();
     QWidget* Make_Picking_Part();

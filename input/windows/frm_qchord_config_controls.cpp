@@ -2,6 +2,8 @@
 
 #include "input/windows/frm_qchord_config.h"
 
+#include "widgets/scroll_part.h"
+
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -23,6 +25,7 @@ namespace tonvex {
 namespace {
 
 constexpr int OCTAVES = 6;
+constexpr int LEAST_HEIGHT = 230;
 constexpr int MOST_VOLUME = 127;
 constexpr int MOST_NAME = static_cast<int>(QChord_Edit::NAME_LENGTH);
 
@@ -63,7 +66,10 @@ void frmQChordConfig::Make_Controls() {
     about->setObjectName(QStringLiteral("about"));
     about->setFont(theme.Font(Text_Size::Title, QFont::DemiBold));
     all->addWidget(about);
-    auto* columns = new QHBoxLayout;
+    all->addLayout(Make_Kinds());
+    auto* content = new QWidget(this);
+    auto* columns = new QHBoxLayout(content);
+    columns->setContentsMargins(0, 0, 0, 0);
     columns->setSpacing(theme.Px(24));
     columns->addWidget(Make_Chord_Part(), 1);
     auto* right = new QVBoxLayout;
@@ -71,7 +77,7 @@ void frmQChordConfig::Make_Controls() {
     right->addWidget(Make_Name_Part());
     right->addWidget(Make_Picking_Part(), 1);
     columns->addLayout(right, 1);
-    all->addLayout(columns, 1);
+    all->addWidget(new Scroll_Part(theme, content, {0, LEAST_HEIGHT}, this), 1);
     Command5 = Named_Button(this, "Command5", tr("&Test chord"));
     Command5->setToolTip(tr("Sounds the chord on the selected channel until it is stopped"));
     cancel = Named_Button(this, "cancel", tr("&Cancel"));
@@ -87,12 +93,7 @@ void frmQChordConfig::Make_Controls() {
     resize(QSize(theme.Px(780), theme.Px(600)).boundedTo(screen()->availableSize()));
 }
 
-QWidget* frmQChordConfig::Make_Chord_Part() {
-    auto* part = new QWidget(this);
-    auto* grid = new QGridLayout(part);
-    grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(theme.Px(12));
-    grid->setVerticalSpacing(theme.Px(8));
+QLayout* frmQChordConfig::Make_Kinds() {
     sources = new QButtonGroup(this);
     auto* kinds = new QHBoxLayout;
     kinds->setSpacing(theme.Px(16));
@@ -100,11 +101,20 @@ QWidget* frmQChordConfig::Make_Chord_Part() {
                                                      {Chord_Source::Guitar, tr("&Guitar chord")},
                                                      {Chord_Source::Custom, tr("Custo&m chord")}};
     for (const auto& [source, text] : rows) {
-        auto* button = new QRadioButton(text, part);
+        auto* button = new QRadioButton(text, this);
         sources->addButton(button, static_cast<int>(source));
         kinds->addWidget(button);
     }
     kinds->addStretch(1);
+    return kinds;
+}
+
+QWidget* frmQChordConfig::Make_Chord_Part() {
+    auto* part = new QWidget(this);
+    auto* grid = new QGridLayout(part);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(theme.Px(12));
+    grid->setVerticalSpacing(theme.Px(8));
     List1 = Named_List(part, "List1", tr("Root"));
     for (int root = 0; root < 12; ++root)
         List1->addItem(QString::fromStdString(session.notes.RootName(root)));
@@ -113,7 +123,7 @@ QWidget* frmQChordConfig::Make_Chord_Part() {
         List2->addItem(QString::fromStdString(type.TypeName + " (" + type.Suffix + ")"));
     List1->setMinimumSize(theme.Px(72), theme.Px(160));
     List1->setMaximumWidth(theme.Px(96));
-    List2->setMinimumWidth(theme.Px(200));
+    List2->setMinimumWidth(theme.Px(150));
     Combo1 = new QComboBox(part);
     Combo1->setObjectName(QStringLiteral("Combo1"));
     Combo1->setAccessibleName(tr("Octave"));
@@ -124,7 +134,6 @@ QWidget* frmQChordConfig::Make_Chord_Part() {
     edit->setAccessibleName(tr("Edit the notes of the custom chord"));
     Label7 = new QLabel(part);
     Label7->setObjectName(QStringLiteral("Label7"));
-    grid->addLayout(kinds, 0, 0, 1, 2);
     grid->addWidget(Label_For(List1, tr("&Root:"), part), 1, 0);
     grid->addWidget(Label_For(List2, tr("T&ype:"), part), 1, 1);
     grid->addWidget(List1, 2, 0);

@@ -29,8 +29,9 @@ constexpr int USUAL_FIRST = 36; ///< five octaves from C2
 constexpr int SHOWN_SEMITONES = 60;
 constexpr int OCTAVES = 6;
 constexpr int NOTE_OFF_VELOCITY = 100;
-constexpr int COMFORT = 160;  ///< what the piano gets above its least width before chords take room
-constexpr int LOW_PANE = 124; ///< heights at 100 %, without and with the staff
+constexpr int COMFORT = 160;   ///< what the piano gets above its least width before chords take room
+constexpr int LEAST_PANE = 80; ///< heights at 100 %: with all that must be, without and with the staff
+constexpr int LOW_PANE = 124;
 constexpr int HIGH_PANE = 176;
 
 } // namespace
@@ -91,10 +92,16 @@ QSize frmREC_PianoLayout::minimumSizeHint() const {
     QSize least = QWidget::minimumSizeHint();
     if (!chips->isHidden())
         least.rwidth() -= chips->minimumSizeHint().width() + layout()->spacing();
+    least.setHeight(theme.Px(Check1->isChecked() ? LOW_PANE : LEAST_PANE));
     return least;
 }
 
 void frmREC_PianoLayout::resizeEvent(QResizeEvent*) {
+    // A low pane keeps its piano and its octaves.
+    const bool low = height() < theme.Px(LOW_PANE) - theme.Px(8);
+    layoutName->setVisible(!low);
+    Check1->setVisible(!low);
+    meters->Set_Design_Size(14, low ? 60 : 92);
     Fit_Chips();
 }
 
@@ -102,7 +109,7 @@ void frmREC_PianoLayout::Fit_Chips() {
     // A narrow pane keeps its piano and leaves the chords out.
     const int needed = minimumSizeHint().width() + layout()->spacing() + chips->minimumSizeHint().width() +
                        theme.Px(COMFORT);
-    const bool shown = !chips->Chips().empty() && needed <= width();
+    const bool shown = !chips->Chips().empty() && needed <= width() && Check1->isVisibleTo(this);
     if (chips->isHidden() == shown)
         chips->setVisible(shown);
 }

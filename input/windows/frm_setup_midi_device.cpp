@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QSlider>
 #include <QVBoxLayout>
 
@@ -127,6 +128,7 @@ void frmSetUpMidiDevice::Make_Controls(const Theme& theme) {
     buttons->addWidget(Command3);
     buttons->addWidget(Command2);
     all->addLayout(buttons);
+    resize(QSize(theme.Px(680), theme.Px(520)).boundedTo(screen()->availableSize()));
 }
 
 QWidget* frmSetUpMidiDevice::Make_Output_Column(const Theme& theme) {
@@ -138,7 +140,7 @@ QWidget* frmSetUpMidiDevice::Make_Output_Column(const Theme& theme) {
     List1 = new QListWidget(column);
     List1->setObjectName(QStringLiteral("List1"));
     List1->setAccessibleName(tr("Output Device (Audio output)"));
-    List1->setMinimumSize(theme.Px(280), theme.Px(140));
+    List1->setMinimumSize(theme.Px(280), theme.Px(90));
     label->setBuddy(List1);
     Command4 = new QPushButton(tr("&Test"), column);
     Command4->setObjectName(QStringLiteral("Command4"));
@@ -163,7 +165,7 @@ QWidget* frmSetUpMidiDevice::Make_Input_Column(const Theme& theme) {
     List2 = new QListWidget(column);
     List2->setObjectName(QStringLiteral("List2"));
     List2->setAccessibleName(tr("Midi In Device (Optional)"));
-    List2->setMinimumSize(theme.Px(280), theme.Px(140));
+    List2->setMinimumSize(theme.Px(280), theme.Px(90));
     label->setBuddy(List2);
     Command1 = new QPushButton(tr("T&est"), column);
     Command1->setObjectName(QStringLiteral("Command1"));

@@ -284,6 +284,10 @@ void Accessibility_Walk_Test::Windows_Name_Their_Controls() {
     walk.Through(QAccessible::queryAccessibleInterface(window), {}, false);
     QVERIFY2(walk.faults.isEmpty(), qPrintable(walk.faults.join('\n')));
     QVERIFY2(!window->windowTitle().isEmpty(), "no title");
+    // A 1440 x 900 screen at 200 % holds it, with its frame.
+    const QSize least = window->minimumSizeHint().expandedTo(window->minimumSize());
+    QVERIFY2(least.width() <= 710 && least.height() <= 425,
+             qPrintable(QStringLiteral("at least %1 x %2").arg(least.width()).arg(least.height())));
     QStringList letters = Mnemonics(*window);
     const QString all = letters.join(' ');
     QVERIFY2(letters.removeDuplicates() == 0, qPrintable("one letter for two: " + all));

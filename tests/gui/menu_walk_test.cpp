@@ -267,6 +267,15 @@ void Menu_Walk_Test::Every_Command_Survives() {
         p.stopsRuns = false;
         QTimer::singleShot(20, this, [&] {
             walk();
+            // What a key does not do then its entry does not either.
+            const Function_Key_Table& table = p.session->functionKeys;
+            for (const auto& [name, action] : p.Entries()) {
+                const int row = table.Row_Of_Function(action->data().toString().toStdString());
+                if (row >= 0)
+                    QVERIFY2(action->isEnabled() ==
+                                 (table.FunctionKeys[static_cast<std::size_t>(row)].WhileRunning != 0),
+                             name.c_str());
+            }
             p.stopsRuns = true;
         });
         p.window->Recorder().Button_Rec();
