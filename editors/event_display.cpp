@@ -42,18 +42,18 @@ bool Earlier(const Ev_Display_Row& a, const Ev_Display_Row& b) {
 void Event_List::Load(const ChannelClass& store) {
     std::vector<std::int32_t> selected = Selected_IDs();
     std::sort(selected.begin(), selected.end());
-    rows.clear();
-    rows.reserve(static_cast<std::size_t>(store.GetTotalEvents()) + 1U);
+    EvDisplay.clear();
+    EvDisplay.reserve(static_cast<std::size_t>(store.GetTotalEvents()) + 1U);
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
         if (const auto event = store.ReadEvent(i))
-            rows.push_back(Shown(*event, store.Get_Event_BaseNote(i), store.GetEvent_Length(i)));
+            EvDisplay.push_back(Shown(*event, store.Get_Event_BaseNote(i), store.GetEvent_Length(i)));
     // In the middle of a batch of moves the store is not sorted.
-    if (!std::is_sorted(rows.begin(), rows.end(), Earlier))
-        std::stable_sort(rows.begin(), rows.end(), Earlier);
+    if (!std::is_sorted(EvDisplay.begin(), EvDisplay.end(), Earlier))
+        std::stable_sort(EvDisplay.begin(), EvDisplay.end(), Earlier);
     std::vector<double> ends;
-    ends.reserve(rows.size());
+    ends.reserve(EvDisplay.size());
     selectedCount = 0;
-    for (Ev_Display_Row& row : rows) {
+    for (Ev_Display_Row& row : EvDisplay) {
         ends.push_back(row.End());
         row.Selected = std::binary_search(selected.begin(), selected.end(), row.EventID);
         selectedCount += row.Selected ? 1U : 0U;
@@ -63,7 +63,7 @@ void Event_List::Load(const ChannelClass& store) {
 }
 
 void Event_List::Clear() {
-    rows.clear();
+    EvDisplay.clear();
     spans.Build({});
     rowOfId.clear();
     selectedCount = 0;
@@ -71,42 +71,42 @@ void Event_List::Clear() {
 
 std::size_t Event_List::First_From(double beats) const {
     const auto found =
-        std::lower_bound(rows.begin(), rows.end(), beats,
+        std::lower_bound(EvDisplay.begin(), EvDisplay.end(), beats,
                          [](const Ev_Display_Row& row, double time) { return row.StartTime < time; });
-    return static_cast<std::size_t>(found - rows.begin());
+    return static_cast<std::size_t>(found - EvDisplay.begin());
 }
 
 int Event_List::Row_Of(std::int32_t eventId) const {
     if (rowOfId.empty())
-        for (std::size_t i = 0; i < rows.size(); ++i)
-            rowOfId.emplace(rows[i].EventID, i);
+        for (std::size_t i = 0; i < EvDisplay.size(); ++i)
+            rowOfId.emplace(EvDisplay[i].EventID, i);
     const auto found = rowOfId.find(eventId);
     return found == rowOfId.end() ? -1 : static_cast<int>(found->second);
 }
 
 void Event_List::Set_Selected(std::size_t row, bool selected) {
-    if (rows[row].Selected == selected)
+    if (EvDisplay[row].Selected == selected)
         return;
-    rows[row].Selected = selected;
+    EvDisplay[row].Selected = selected;
     selected ? ++selectedCount : --selectedCount;
 }
 
 void Event_List::Select_None() {
-    for (Ev_Display_Row& row : rows)
+    for (Ev_Display_Row& row : EvDisplay)
         row.Selected = false;
     selectedCount = 0;
 }
 
 void Event_List::Select_All() {
-    for (Ev_Display_Row& row : rows)
+    for (Ev_Display_Row& row : EvDisplay)
         row.Selected = true;
-    selectedCount = rows.size();
+    selectedCount = EvDisplay.size();
 }
 
 void Event_List::Invert_Selection() {
-    for (Ev_Display_Row& row : rows)
+    for (Ev_Display_Row& row : EvDisplay)
         row.Selected = !row.Selected;
-    selectedCount = rows.size() - selectedCount;
+    selectedCount = EvDisplay.size() - selectedCount;
 }
 
 void Event_List::Select(const std::vector<std::int32_t>& eventIds) {
@@ -122,7 +122,7 @@ std::vector<std::int32_t> Event_List::Selected_IDs() const {
     std::vector<std::int32_t> ids;
     ids.reserve(selectedCount);
     if (selectedCount > 0)
-        for (const Ev_Display_Row& row : rows)
+        for (const Ev_Display_Row& row : EvDisplay)
             if (row.Selected)
                 ids.push_back(row.EventID);
     return ids;
@@ -164,8 +164,8 @@ void Event_Display::Update_View() {
     if (!viewsStale)
         return;
     viewsStale = false;
-    std::erase_if(views, [this](const CView& view) { return Store_Of(view.ChannelID) == nullptr; });
-    for (CView& view : views)
+    std::erase_if(CViews, [this](const CView& view) { return Store_Of(view.ChannelID) == nullptr; });
+    for (CView& view : CViews)
         view.Events.Load(*Store_Of(view.ChannelID));
 }
 
@@ -189,22 +189,22 @@ bool Event_Display::Update_Take() {
 bool Event_Display::CView_AddChannel(std::int32_t channelId) {
     if (channelId == ownChannel || CView_Is_Shown(channelId) || Store_Of(channelId) == nullptr)
         return false;
-    views.push_back({channelId, true, {}});
+    CViews.push_back({channelId, true, {}});
     viewsStale = true;
     return true;
 }
 
 void Event_Display::CView_RemoveChannel(std::int32_t channelId) {
-    std::erase_if(views, [channelId](const CView& view) { return view.ChannelID == channelId; });
+    std::erase_if(CViews, [channelId](const CView& view) { return view.ChannelID == channelId; });
 }
 
 bool Event_Display::CView_Is_Shown(std::int32_t channelId) const {
-    return std::any_of(views.begin(), views.end(),
+    return std::any_of(CViews.begin(), CViews.end(),
                        [channelId](const CView& view) { return view.ChannelID == channelId; });
 }
 
 void Event_Display::Set_Visible(std::int32_t channelId, bool visible) {
-    for (CView& view : views)
+    for (CView& view : CViews)
         if (view.ChannelID == channelId)
             view.Visible = visible;
 }

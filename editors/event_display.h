@@ -45,7 +45,7 @@ public:
     void Load(const ChannelClass& store);
     void Clear();
 
-    const std::vector<Ev_Display_Row>& Rows() const noexcept { return rows; }
+    const std::vector<Ev_Display_Row>& Rows() const noexcept { return EvDisplay; }
     /// found(row index) for each event that reaches into [from, to), in order of time.
     template <typename Found>
     void Visit(double from, double to, const Found& found) const {
@@ -67,7 +67,7 @@ public:
     std::vector<std::int32_t> Selected_IDs() const;
 
 private:
-    std::vector<Ev_Display_Row> rows;
+    std::vector<Ev_Display_Row> EvDisplay;
     Span_Tree spans;
     std::size_t selectedCount = 0;
     mutable std::unordered_map<std::int32_t, std::size_t> rowOfId; ///< made when first asked
@@ -114,8 +114,8 @@ public:
     void Clear_Take() { take.clear(); }
 
     // ---- other channels ----
-    int CView_GetTotalChannels() const noexcept { return static_cast<int>(views.size()); }
-    const CView& CView_GetData(int n) const { return views[static_cast<std::size_t>(n)]; }
+    int CView_GetTotalChannels() const noexcept { return static_cast<int>(CViews.size()); }
+    const CView& CView_GetData(int n) const { return CViews[static_cast<std::size_t>(n)]; }
     /// The channel in hand, one that is shown already or is not there adds nothing.
     bool CView_AddChannel(std::int32_t channelId);
     void CView_RemoveChannel(std::int32_t channelId);
@@ -131,7 +131,7 @@ private:
     std::int32_t ownChannel = NOT_GIVEN;
     Event_List own;
     std::vector<Ev_Display_Row> take;
-    std::vector<CView> views;
+    std::vector<CView> CViews;
     bool ownStale = true;
     bool viewsStale = true;
 };

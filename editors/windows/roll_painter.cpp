@@ -11,7 +11,9 @@ namespace tonvex {
 namespace {
 
 constexpr double BEATS_PER_BAR = 4.0;
-constexpr float PALE = 0.22F;
+/// Other channels, on a dark and on a light ground.
+constexpr float PALE = 0.25F;
+constexpr float PALE_ON_LIGHT = 0.42F;
 constexpr float GHOST = 0.55F;
 /// The other notes of a chord, against its first, which bears its name.
 constexpr float CHORD_NOTE = 0.45F;
@@ -218,11 +220,12 @@ void Roll_Painter::Draw_Reference(QPainter& painter, int note) {
 void Roll_Painter::Draw_Views(QPainter& painter, Event_Display& display) {
     painter.setPen(Qt::NoPen);
     painter.setRenderHint(QPainter::Antialiasing);
+    const float alpha = theme.Tokens().panel.lightness() > 127 ? PALE_ON_LIGHT : PALE;
     for (int n = 0; n < display.CView_GetTotalChannels(); ++n) {
         const CView& view = display.CView_GetData(n);
         if (!view.Visible)
             continue;
-        painter.setBrush(With_Alpha(Channel_Colour(view.ChannelID), PALE));
+        painter.setBrush(With_Alpha(Channel_Colour(view.ChannelID), alpha));
         view.Events.Visit(Beat_At(layout.Roll.left()), Beat_At(layout.Roll.right() + 1), [&](std::size_t i) {
             Visit_Boxes(view.Events.Rows()[i], [&](const QRectF& box) {
                 if (In_View(box))

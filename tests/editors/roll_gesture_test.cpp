@@ -97,6 +97,10 @@ INSTANTIATE_TEST_SUITE_P(
                              "1022 1023", "1/72/1/100 2/75/1/90 4.1/79/1/80"},
                     Drag_Row{"an unselected one goes alone", 2.5, 76, 2.5, 77, Roll_Tool::Select, "", "c",
                              "1022 1023", "1/72/1/100 2/77/1/90 4.1/79/1/80"},
+                    Drag_Row{"within its row", 2.5, 76, 2.5, 76.45, Roll_Tool::Select, "", "", "1023",
+                             "1/72/1/100 2/76/1/90 4.1/79/1/80"},
+                    Drag_Row{"to the very start", 1.5, 72, 0.5, 72, Roll_Tool::Select, "", "", "1018 1019",
+                             "0/72/1/100 2/76/1/90 4.1/79/1/80"},
                     Drag_Row{"stretching", 2.97, 76, 3.6, 76, Roll_Tool::Select, "", "", "1020 1021",
                              "1/72/1/100 2/76/1.75/90 4.1/79/1/80"},
                     Drag_Row{"stretching all selected by as much", 2.97, 76, 3.47, 76, Roll_Tool::Select, "",
@@ -133,6 +137,7 @@ TEST_P(Roll_Drag_Test, Is_One_Step) {
          {has('a'), has('c'), has('f')});
     EXPECT_EQ(messages, row.expectedMessages);
     EXPECT_EQ(Song(), row.expectedSong);
+    EXPECT_EQ(Asked(), "");
     const bool changed = before != row.expectedSong;
     EXPECT_EQ(session.undo->Undo_Count(), changed ? 1U : 0U);
     EXPECT_EQ(session.project.Modified, changed);
@@ -178,6 +183,12 @@ TEST_F(Roll_Gesture_Test, What_Would_Fall_Out_Is_Asked_About_First) {
     session.undo->Do_Undo();
     session.undo->Do_Undo();
     EXPECT_EQ(Song(), before);
+
+    messages.clear();
+    test.dialogs.answers["1" + start.substr(1)] = true;
+    EXPECT_EQ(edits.Copy_Events({c5, e5}, -1.5, 0).size(), 1U); // the other copy would begin at -0.5
+    EXPECT_EQ(messages, "1015 1016");
+    EXPECT_EQ(Song(), "0/120/1/70 0.5/76/1/90 1/72/1/100 2/76/1/90 4.1/79/1/80");
 }
 
 TEST_F(Roll_Gesture_Test, The_Lowest_Rows_Are_Out_And_Chords_Go_By_All_Their_Notes) {
@@ -261,6 +272,13 @@ TEST_F(Roll_Gesture_Test, The_Volume_Lane_Paints_Or_Shifts) {
     session.undo->Do_Undo();
     session.undo->Do_Undo();
     EXPECT_EQ(Song(), before);
+    store.AddNewEvent(1.1, NoteData{50, 60, 1.0}); // 4.2 pixels behind one that is selected
+    display.Changed(CHANNEL);
+    Select({c5, g5});
+    gesture.Press_Volume(geometry.X_Of(1.0), 40, 6.0);
+    gesture.Move_Volume(geometry.X_Of(1.0), 41);
+    gesture.Release();
+    EXPECT_EQ(Song(), "1/72/1/101 1.1/50/1/60 2/76/1/90 4.1/79/1/81");
 }
 
 TEST_F(Roll_Gesture_Test, Commands_Send_Their_Messages) {

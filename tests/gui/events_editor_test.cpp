@@ -120,6 +120,7 @@ class Events_Editor_Test : public QObject {
 private slots:
     void A_Drag_Is_One_Step_data();
     void A_Drag_Is_One_Step();
+    void Grid_And_Held_Keys_Decide_A_Drag();
     void Escape_Takes_A_Drag_Back();
     void The_Wheel_Zooms_Around_The_Pointer();
     void A_Drag_At_The_Edge_Scrolls();
@@ -175,6 +176,24 @@ void Events_Editor_Test::A_Drag_Is_One_Step() {
     QCOMPARE(e.S().undo->Undo_Count(), after == BEFORE ? 0U : 1U);
     e.S().undo->Do_Undo();
     QCOMPARE(e.Song(), BEFORE);
+}
+
+void Events_Editor_Test::Grid_And_Held_Keys_Decide_A_Drag() {
+    Editor e;
+    e.editor.Set_Grid(1);
+    e.Drag(e.At(1.5, 72), e.At(2.2, 72));
+    QCOMPARE(e.Song(), QStringLiteral("2/72/1/100 2/76/1/100 4/79/1/100"));
+    e.Drag(e.At(4.25, 79), e.At(4.25, 79) + QPoint(21, 0), Qt::AltModifier); // half a beat, off the grid
+    QCOMPARE(e.Song(), QStringLiteral("2/72/1/100 2/76/1/100 4.5/79/1/100"));
+    e.Drag(e.At(4.75, 79), e.At(6.75, 79), Qt::ControlModifier); // a copy; 6.5 goes up
+    QCOMPARE(e.Song(), QStringLiteral("2/72/1/100 2/76/1/100 4.5/79/1/100 7/79/1/100"));
+    e.editor.Set_Copy_Mode(true);
+    e.Drag(e.At(7.5, 79), e.At(9.5, 79));
+    QCOMPARE(e.editor.Display().Own().Rows().size(), std::size_t{5});
+    e.editor.Add_Note_At_Next_Click();
+    e.Drag(e.At(11.5, 75), e.At(11.5, 75));
+    QCOMPARE(e.editor.Display().Own().Rows().back().StartTime, 11.0);
+    QVERIFY(e.view.Tool() == Roll_Tool::Select); // one note, and the pencil is put down
 }
 
 void Events_Editor_Test::Escape_Takes_A_Drag_Back() {
@@ -296,6 +315,10 @@ void Events_Editor_Test::The_Play_Line_Repaints_Its_Strip() {
     QVERIFY2(painted.widest < 20, qPrintable(QString::number(painted.widest)));
     e.view.Move_Line(200.0, true); // out of view: the view follows
     QVERIFY(e.view.Painter().X_Of(200.0) < e.view.width());
+    e.view.Move_Line(4.0, true); // back again
+    QVERIFY(e.view.Painter().X_Of(4.0) >= e.view.Painter().Layout().Left);
+    e.view.Move_Line(200.0, false);
+    QVERIFY(e.view.Painter().X_Of(200.0) > e.view.width());
 }
 
 void Events_Editor_Test::Time_Properties() {
