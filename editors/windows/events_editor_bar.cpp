@@ -133,6 +133,7 @@ void EventsEditorCtrl::Make_Bar() {
     status->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     status->setAccessibleName(tr("Selection"));
+    status->installEventFilter(this);
     row->addWidget(status, 1);
     Add_Button(QStringLiteral("layers"), tr("Show other channels"), {}, [this] { CView_ShowSelChannels(); });
     Add_Button(QStringLiteral("eye"), tr("View"), {}, [this] { Open_View(); });
@@ -163,8 +164,10 @@ void EventsEditorCtrl::Make_Bar() {
 
 void EventsEditorCtrl::Fill_Grid_Menu(QMenu* menu) {
     for (const Grid_Choice& choice : GRID_CHOICES) {
-        QAction* action =
-            menu->addAction(Core_Words(choice.Text), this, [this, div = choice.Div] { Set_Grid(div); });
+        QAction* action = menu->addAction(Core_Words(choice.Text), this, [this, div = choice.Div] {
+            Set_Grid(div);
+            view->setFocus();
+        });
         action->setCheckable(true);
         action->setData(choice.Div);
     }
@@ -187,7 +190,10 @@ void EventsEditorCtrl::Fill_Grid_Menu(QMenu* menu) {
 void EventsEditorCtrl::Fill_Zoom_Menu(QMenu* menu) {
     for (int row = 0; row < ZOOM_ROWS; ++row) {
         QAction* action = menu->addAction(QString::fromLatin1(ZoomTable[static_cast<std::size_t>(row)].Text),
-                                          this, [this, row] { UpdateZoom(row); });
+                                          this, [this, row] {
+                                              UpdateZoom(row);
+                                              view->setFocus();
+                                          });
         action->setCheckable(true);
     }
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {

@@ -125,9 +125,11 @@ void EventsEditorCtrl::paintEvent(QPaintEvent*) {
 
 // ---- what is shown ----
 
-void EventsEditorCtrl::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    Fit_Status();
+bool EventsEditorCtrl::eventFilter(QObject* watched, QEvent* event) {
+    // Its neighbours in the bar take and leave room too.
+    if (watched == status && event->type() == QEvent::Resize)
+        Fit_Status();
+    return QWidget::eventFilter(watched, event);
 }
 
 void EventsEditorCtrl::Show_Channel(std::int32_t channelId) {

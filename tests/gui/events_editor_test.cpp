@@ -505,6 +505,12 @@ void Events_Editor_Test::Copy_Mode_Blinks() {
     e.editor.Set_Copy_Mode(true);
     auto* label = Find<QLabel>(e.editor, "Label4");
     QVERIFY(label->isVisible());
+    auto* status = Find<QLabel>(e.editor, "status"); // cut to the room that its neighbours leave
+    QTest::keyClick(&e.view, Qt::Key_A, Qt::ControlModifier);
+    e.host.resize(940, 640);
+    QTRY_VERIFY(status->fontMetrics().horizontalAdvance(status->text()) <= status->width());
+    e.editor.Set_Grid(24);
+    QTRY_VERIFY(status->fontMetrics().horizontalAdvance(status->text()) <= status->width());
     for (const bool dim : {true, false, true})
         QTRY_COMPARE(label->property("dim").toBool(), dim);
     e.editor.Set_Copy_Mode(false);
