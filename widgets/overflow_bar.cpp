@@ -29,6 +29,7 @@ Overflow_Bar::Overflow_Bar(const Theme& look, QWidget* parent)
       more(new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("more"), tr("More of this bar"), {},
                            this)),
       menu(new QMenu(more)) {
+    row->setSizeConstraint(QLayout::SetNoConstraint); // its least width is what minimumSizeHint says
     more->setObjectName(QStringLiteral("more"));
     more->setMenu(menu);
     more->setPopupMode(QToolButton::InstantPopup);

@@ -2,6 +2,7 @@
 
 #include "app/windows/frm_main.h"
 
+#include "base/rounding.h"
 #include "editors/windows/frm_events_editor.h"
 #include "engine/windows/frm_recorder.h"
 #include "input/windows/frm_keyboard_setup.h"
@@ -297,7 +298,7 @@ void frmMain::Make_Appearance_Menu(QMenu* options) {
     for (const int percent : {100, 125, 150, 200, 250, 300}) {
         QAction* action = Add_Check(menu, tr("Size %1 %").arg(percent), {},
                                     [this, percent](bool) { theme.Keep_Text_Percent(percent); });
-        action->setChecked(static_cast<int>(theme.Text_Scale() * 100.0 + 0.5) == percent);
+        action->setChecked(RoundHalfUp(theme.Text_Scale() * 100.0) == percent);
         sizes->addAction(action);
     }
 }

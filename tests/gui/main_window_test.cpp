@@ -6,6 +6,7 @@
 #include "widgets/channel_row.h"
 #include "widgets/channels_list.h"
 #include "widgets/level_meter.h"
+#include "widgets/overflow_bar.h"
 #include "widgets/pan_vol_ctrl.h"
 #include "widgets/piano_view.h"
 #include "widgets/song_overview.h"
@@ -18,6 +19,7 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDockWidget>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -58,6 +60,7 @@ private slots:
     void The_Piano_Finds_Its_Keys();
     void Panes_Remember_Their_Place();
     void Closing_Stops_The_Run_First();
+    void What_Has_No_Room_In_A_Bar_Waits_In_Its_Menu();
 };
 
 void Main_Window_Test::Channels_By_Keyboard_Alone() {
@@ -383,6 +386,42 @@ void Main_Window_Test::Closing_Stops_The_Run_First() {
     QVERIFY(refused);
     QTRY_VERIFY(!p.window->isVisible());
     QVERIFY(!p.session->recorder->IsRunning());
+}
+
+void Main_Window_Test::What_Has_No_Room_In_A_Bar_Waits_In_Its_Menu() {
+    Memory_Settings_Store store;
+    Theme theme(*qApp, store);
+    Overflow_Bar bar(theme);
+    QString clicked;
+    QList<Tool_Button*> buttons;
+    for (const char* name : {"first", "second", "third", "fourth"}) {
+        auto* button = new Tool_Button(theme, Button_Kind::Flat, QStringLiteral("undo"), name, {}, &bar);
+        connect(button, &QToolButton::clicked, this, [&clicked, name] { clicked += name; });
+        bar.Row()->addWidget(button);
+        buttons << button;
+    }
+    for (const int place : {2, 0, 1})
+        bar.Let_Go(buttons[place]);
+    auto* more = bar.findChild<QToolButton*>(QStringLiteral("more"));
+    bar.show();
+    const auto shown = [&](int width) {
+        bar.resize(width, 40);
+        QString text;
+        for (const Tool_Button* button : buttons)
+            text += button->isVisible() ? button->accessibleName().left(2) : QString();
+        return text + (more->isVisible() ? "+" : "");
+    };
+    QCOMPARE(shown(600), QStringLiteral("fisethfo"));
+    const int least = bar.minimumSizeHint().width();
+    QCOMPARE(shown(least), QStringLiteral("fo+"));
+    emit more->menu()->aboutToShow();
+    QCOMPARE(more->menu()->actions().size(), 3); // in the order of the bar
+    more->menu()->actions()[1]->trigger();
+    QCOMPARE(clicked, QStringLiteral("second"));
+    QCOMPARE(shown(least + buttons[0]->sizeHint().width()),
+             QStringLiteral("fo+")); // the gap beside it is missing
+    QCOMPARE(shown(least + 2 * buttons[0]->sizeHint().width()), QStringLiteral("sefo+"));
+    QCOMPARE(shown(600), QStringLiteral("fisethfo"));
 }
 
 QTEST_MAIN(Main_Window_Test)
