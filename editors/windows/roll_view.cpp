@@ -150,12 +150,13 @@ void Roll_View::Bring_Into_View(const Ev_Display_Row& row) {
 }
 
 void Roll_View::Bring_Selection_Into_View() {
-    const QRectF area(Painter().Layout().Roll);
+    const Roll_Painter painter = Painter();
+    const QRectF area(painter.Layout().Roll);
     const Ev_Display_Row* first = nullptr;
     for (const Ev_Display_Row& row : display.Own().Rows()) {
         if (!row.Selected)
             continue;
-        if (Painter().Box_Of(row).intersects(area))
+        if (painter.Box_Of(row).intersects(area))
             return;
         first = first == nullptr ? &row : first;
     }
