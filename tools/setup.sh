@@ -31,7 +31,9 @@ build_preset() {
     local preset=$1 log
     shift
     log=$(mktemp)
-    command -v mold >/dev/null && export LDFLAGS=-fuse-ld=mold
+    # Without the pages that turn read-only after loading: mold 1.10 places them wrongly at times, and the program
+    # would not start.
+    command -v mold >/dev/null && export LDFLAGS="-fuse-ld=mold -Wl,-z,norelro"
     command -v ccache >/dev/null && export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_NOHASHDIR=1 CCACHE_BASEDIR="$top"
     if (cd "$top" && cmake --preset "$preset" && cmake --build --preset "$preset" -j "$(nproc)" "$@") >"$log" 2>&1; then
         rm -f "$log"
