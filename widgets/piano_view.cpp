@@ -2,6 +2,7 @@
 
 #include "widgets/accessible_faces.h"
 
+#include <QFontMetricsF>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -17,6 +18,15 @@ constexpr double BLACK_WIDTH = 0.68; ///< of a white key
 constexpr double BLACK_HEIGHT = 0.6;
 /// White keys below each semitone within an octave.
 constexpr std::array<int, 12> WHITE_BELOW{0, 1, 1, 2, 2, 3, 4, 4, 5, 5, 6, 6};
+constexpr int LOWEST_FOR_TWO_LINES = 90; ///< pixels at 100 %
+
+/// The face, made smaller when the text would be wider than width.
+QFont Fitted(QFont face, const QString& text, double width) {
+    const double wide = QFontMetricsF(face).horizontalAdvance(text);
+    if (wide > width && face.pixelSize() > 0)
+        face.setPixelSize(std::max(1, static_cast<int>(face.pixelSize() * width / wide)));
+    return face;
+}
 
 } // namespace
 
@@ -149,17 +159,19 @@ void Piano_View::Paint_Key(QPainter& painter, const Piano_Geometry& keys, int no
     const QColor ink = on ? t.onAccent : black ? t.ivory : t.ebony;
     const auto row = static_cast<std::size_t>(note);
     if (!letters[row].isEmpty()) {
-        painter.setFont(theme.Font(Text_Size::Caption, QFont::Medium));
+        painter.setFont(Fitted(theme.Font(Text_Size::Caption, QFont::Medium), letters[row], key.width()));
         painter.setPen(ink);
         painter.drawText(key.adjusted(0, 0, 0, -theme.Px(black ? 4 : 6)), Qt::AlignHCenter | Qt::AlignBottom,
                          letters[row]);
     }
-    if (note % OCTAVE == 0) {
+    // On a low keyboard the black keys would cover a name above the letter.
+    const bool low = key.height() < theme.Px(LOWEST_FOR_TWO_LINES);
+    if (note % OCTAVE == 0 && (!low || letters[row].isEmpty())) {
         QFont face = theme.Font(Text_Size::Caption);
         face.setPixelSize(theme.Px(9));
-        painter.setFont(face);
+        painter.setFont(Fitted(face, noteNames[row], key.width()));
         painter.setPen(on ? t.onAccent : t.keyLabel);
-        painter.drawText(key.adjusted(0, 0, 0, -theme.Px(22)), Qt::AlignHCenter | Qt::AlignBottom,
+        painter.drawText(key.adjusted(0, 0, 0, -theme.Px(low ? 6 : 22)), Qt::AlignHCenter | Qt::AlignBottom,
                          noteNames[row]);
     }
 }
