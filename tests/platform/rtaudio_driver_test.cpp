@@ -5,6 +5,7 @@
 #include "support/offline_bed.h"
 #include "support/onsets.h"
 #include "support/real_time.h"
+#include "support/sanitizers.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -23,7 +24,7 @@ namespace {
 using test::Comes_True;
 using test::Wait_Ms;
 
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+#if defined(TONVEX_THREAD_SANITIZER) || defined(TONVEX_ADDRESS_SANITIZER)
 constexpr bool SANITIZED = true;
 #else
 constexpr bool SANITIZED = false;
