@@ -1,8 +1,11 @@
-// What the 32 slots cost: processor time of the synthesizer graph against one plain FluidSynth instance
-// that mixes the same notes to one stereo pair, effects off in both. Prints one line for each number of
-// voices; status 1 when the graph takes 1.3 times the plain instance's time or more.
+// What the 32 slots and their effects cost in processor time:
+// - the synthesizer graph against one plain FluidSynth instance that mixes the same notes to one stereo pair,
+//   effects off in both (under 1.3);
+// - the graph with all effects off against one compiled without them (under 1.05);
+// - 32 chains of all effects against the plain instance with 128 voices (under 4).
+// Status 1 when a ratio is out of its bounds.
 
-#include "platform/synth_graph.h"
+#include "slots_synth.h"
 
 #include <fluidsynth.h>
 
@@ -12,18 +15,20 @@
 #include <ctime>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace tonvex;
+using namespace tonvex::bench;
 
-constexpr int RATE = 44100;
-constexpr int SECONDS = 4;
 constexpr int ROUNDS = 9;
 constexpr int PLAIN_BLOCK = 512;
 constexpr double LIMIT = 1.3;
+constexpr double DRY_LIMIT = 1.05;
+constexpr double CHAINS_LIMIT = 4.0;
 
 std::filesystem::path Stock_Font() {
     for (const char* place : {"/usr/share/sounds/sf2/TimGM6mb.sf2", "/usr/share/sounds/sf2/default-GM.sf2",
@@ -39,20 +44,7 @@ double Cpu_Seconds() {
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-/// Sounds that last: organs, strings, choirs and pads, another on each slot.
-int Program_Of(int slot) {
-    constexpr std::array<int, 8> LASTING = {16, 19, 48, 49, 52, 89, 91, 73};
-    return LASTING[static_cast<std::size_t>(slot) % LASTING.size()];
-}
-int Note_Number(int index) {
-    return 40 + index * 5 % 37;
-}
-int Slot_Of(int index) {
-    const int slot = index % OUTPUT_SLOTS;
-    return slot == DRUM_SLOT ? 10 : slot;
-}
-
-class Plain_Synth {
+class Plain_Synth final : public Timed_Synth {
 public:
     explicit Plain_Synth(const std::filesystem::path& font) : settings(new_fluid_settings()) {
         fluid_settings_setint(settings, "synth.threadsafe-api", 0);
@@ -68,16 +60,16 @@ public:
             fluid_synth_program_select(synth, slot, id, 0, Program_Of(slot));
         }
     }
-    ~Plain_Synth() {
+    ~Plain_Synth() override {
         delete_fluid_synth(synth);
         delete_fluid_settings(settings);
     }
     Plain_Synth(const Plain_Synth&) = delete;
     Plain_Synth& operator=(const Plain_Synth&) = delete;
 
-    void Note_On(int index) { fluid_synth_noteon(synth, Slot_Of(index), Note_Number(index), 100); }
-    int Voices() const { return fluid_synth_get_active_voice_count(synth); }
-    void Render_Seconds() {
+    void Note_On(int index) override { fluid_synth_noteon(synth, Slot_Of(index), Note_Number(index), 100); }
+    int Voices() const override { return fluid_synth_get_active_voice_count(synth); }
+    void Render_Seconds() override {
         for (int frame = 0; frame < SECONDS * RATE; frame += PLAIN_BLOCK)
             fluid_synth_write_float(synth, PLAIN_BLOCK, block.data(), 0, 2, block.data(), 1, 2);
     }
@@ -88,39 +80,40 @@ private:
     std::array<float, static_cast<std::size_t>(PLAIN_BLOCK) * 2> block{};
 };
 
-class Slots_Synth {
+/// 32 chains with every effect on, fed with noise.
+class All_Chains final : public Timed_Synth {
 public:
-    explicit Slots_Synth(const std::filesystem::path& font) {
-        std::string error;
-        instance = Synth_Instance::Make(RATE, {{font, 1}}, error);
-        graph->Swap_Instance(instance.get());
-        for (int slot = 0; slot < OUTPUT_SLOTS; ++slot)
-            Send(Sound_Op::Patch, slot, Program_Of(slot), 0);
+    All_Chains() {
+        Effect_Settings settings;
+        settings.on.fill(true);
+        for (int slot = 0; slot < OUTPUT_SLOTS; ++slot) {
+            chains.push_back(std::make_unique<Effect_Chain>(RATE));
+            chains.back()->Set(settings, true);
+        }
+        for (float& sample : noise)
+            sample = static_cast<float>(random() % 2001) / 10000.0F - 0.1F;
     }
-    void Note_On(int index) { Send(Sound_Op::NoteOn, Slot_Of(index), Note_Number(index), 100); }
-    int Voices() const { return graph->Voice_Count(); }
-    void Render_Seconds() {
-        for (int frame = 0; frame < SECONDS * RATE; frame += Synth_Graph::PIECE)
-            graph->Render(left.data(), right.data(), 1.0F);
+    void Note_On(int) override {}
+    int Voices() const override { return 0; }
+    void Render_Seconds() override {
+        for (int frame = 0; frame < SECONDS * RATE; frame += EFFECT_PIECE)
+            for (const auto& chain : chains) {
+                left = noise;
+                right = noise;
+                chain->Process(left.data(), right.data());
+            }
     }
 
 private:
-    void Send(Sound_Op op, int slot, int a, int b) {
-        Sound_Message message;
-        message.op = op;
-        message.slot = static_cast<std::uint8_t>(slot);
-        message.a = static_cast<std::uint8_t>(a);
-        message.b = static_cast<std::uint8_t>(b);
-        graph->Apply(message);
-    }
-    std::unique_ptr<Synth_Instance> instance;
-    std::unique_ptr<Synth_Graph> graph = std::make_unique<Synth_Graph>();
-    std::array<float, Synth_Graph::PIECE> left{};
-    std::array<float, Synth_Graph::PIECE> right{};
+    using Piece = std::array<float, EFFECT_PIECE>;
+    std::minstd_rand random{1};
+    std::vector<std::unique_ptr<Effect_Chain>> chains;
+    Piece noise{};
+    Piece left{};
+    Piece right{};
 };
 
-template <typename Synth>
-double Timed(Synth& synth) {
+double Timed(Timed_Synth& synth) {
     const double before = Cpu_Seconds();
     synth.Render_Seconds();
     return Cpu_Seconds() - before;
@@ -132,31 +125,27 @@ double Median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-/// Ratio of the graph's time to the plain instance's, of rounds that take turns.
-double Compare(const std::filesystem::path& font, int voices) {
-    Plain_Synth plain(font);
-    Slots_Synth slots(font);
-    int index = 0;
-    for (; plain.Voices() < voices && index < 512; ++index) {
-        plain.Note_On(index);
-        slots.Note_On(index);
-    }
-    Timed(plain);
-    Timed(slots);
-    std::vector<double> plainTimes;
-    std::vector<double> slotsTimes;
+void Fill(Timed_Synth& synth, int voices) {
+    for (int index = 0; synth.Voices() < voices && index < 512; ++index)
+        synth.Note_On(index);
+}
+
+/// Rounds of both take turns.
+bool Compare(const char* what, Timed_Synth& own, Timed_Synth& baseline, double limit) {
+    Timed(own);
+    Timed(baseline);
+    std::vector<double> ownTimes;
+    std::vector<double> baselineTimes;
     std::vector<double> ratios;
     for (int round = 0; round < ROUNDS; ++round) {
-        plainTimes.push_back(Timed(plain));
-        slotsTimes.push_back(Timed(slots));
-        ratios.push_back(slotsTimes.back() / plainTimes.back());
+        baselineTimes.push_back(Timed(baseline));
+        ownTimes.push_back(Timed(own));
+        ratios.push_back(ownTimes.back() / baselineTimes.back());
     }
     const double ratio = Median(ratios);
-    std::printf(
-        "%3d voices (plain %d, slots %d at the end): plain %.1f ms, slots %.1f ms for %d s; ratio %.3f\n",
-        voices, plain.Voices(), slots.Voices(), Median(plainTimes) * 1e3, Median(slotsTimes) * 1e3, SECONDS,
-        ratio);
-    return ratio;
+    std::printf("%-46s %8.1f ms against %8.1f ms for %d s: %.3f times (under %.2f)\n", what,
+                Median(ownTimes) * 1e3, Median(baselineTimes) * 1e3, SECONDS, ratio, limit);
+    return ratio < limit;
 }
 
 } // namespace
@@ -168,7 +157,20 @@ int main() {
         return 2;
     }
     bool within = true;
-    for (const int voices : {64, 128})
-        within = Compare(font, voices) < LIMIT && within;
+    for (const int voices : {64, 128}) {
+        Plain_Synth plain(font);
+        Slots_Synth slots(font);
+        const auto dry = Make_Dry_Synth(font);
+        for (Timed_Synth* synth :
+             {static_cast<Timed_Synth*>(&plain), static_cast<Timed_Synth*>(&slots), dry.get()})
+            Fill(*synth, voices);
+        const std::string sounding = std::to_string(voices) + " voices, ";
+        within = Compare((sounding + "32 slots, one pair").c_str(), slots, plain, LIMIT) && within;
+        within = Compare((sounding + "effects off, left out").c_str(), slots, *dry, DRY_LIMIT) && within;
+    }
+    Plain_Synth plain(font);
+    Fill(plain, 128);
+    All_Chains chains;
+    within = Compare("32 slots of all effects, 128 voices", chains, plain, CHAINS_LIMIT) && within;
     return within ? 0 : 1;
 }

@@ -4,9 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
-#include <map>
-#include <utility>
 
 namespace tonvex {
 
@@ -18,12 +15,42 @@ std::uint8_t Midi_Value(std::uint16_t value) {
     return static_cast<std::uint8_t>(std::min(value, HIGHEST_VALUE));
 }
 
+constexpr std::size_t NUMBERS = 128;
+
+/// The notes that wait for their off, by channel and number, oldest first.
+class Open_Notes {
+public:
+    /// The next note, counted from 0, waits under the key.
+    void Add(std::size_t key) {
+        const auto note = static_cast<std::int32_t>(next.size());
+        next.push_back(NONE);
+        if (oldest[key] == NONE)
+            oldest[key] = note;
+        else
+            next[static_cast<std::size_t>(newest[key])] = note;
+        newest[key] = note;
+    }
+    /// The note that has waited longest; -1 for none.
+    std::int32_t Take_Oldest(std::size_t key) {
+        const std::int32_t note = oldest[key];
+        if (note != NONE)
+            oldest[key] = next[static_cast<std::size_t>(note)];
+        return note;
+    }
+
+private:
+    static constexpr std::int32_t NONE = -1;
+    std::vector<std::int32_t> oldest = std::vector<std::int32_t>(OUTPUT_SLOTS * NUMBERS, NONE);
+    std::vector<std::int32_t> newest = std::vector<std::int32_t>(OUTPUT_SLOTS * NUMBERS, NONE);
+    std::vector<std::int32_t> next; ///< of each note, the one that waits behind it
+};
+
 } // namespace
 
 std::shared_ptr<const Cue_List> Cue_List::Make(std::span<const CueRow> rows) {
     auto list = std::make_shared<Cue_List>();
     list->items.reserve(rows.size());
-    std::map<std::pair<int, int>, std::deque<std::int32_t>> open; // by channel and note, oldest first
+    Open_Notes open;
     for (const CueRow& row : rows) {
         if (row.Data1 == CueRow::LIST_MARKER) {
             list->row = row.Data2;
@@ -41,26 +68,28 @@ std::shared_ptr<const Cue_List> Cue_List::Make(std::span<const CueRow> rows) {
         if (row.Data1 > HIGHEST_VALUE)
             continue;
         const auto number = static_cast<std::uint8_t>(row.Data1);
-        auto& waiting = open[{row.Channel, row.Data1}];
+        const std::size_t key = std::size_t{slot} * NUMBERS + number;
         if (row.Data2 > 0) {
             const auto index = static_cast<std::int32_t>(list->notes.size());
             const std::uint8_t velocity = Midi_Value(row.Data2);
             list->notes.push_back(
                 {at, NEVER, slot, number, static_cast<std::uint16_t>(row.Extra & CueRow::TAG)});
             list->items.push_back({at, index, 0, Kind::On, slot, number, velocity, row.Extra});
-            waiting.push_back(index);
-        } else if (!waiting.empty()) {
-            Note& note = list->notes[static_cast<std::size_t>(waiting.front())];
+            open.Add(key);
+        } else if (const std::int32_t index = open.Take_Oldest(key); index >= 0) {
+            Note& note = list->notes[static_cast<std::size_t>(index)];
             note.endAt = std::max(at, note.at + 1);
-            list->items.push_back({note.endAt, waiting.front(), 0, Kind::Off, slot, number, 0});
-            waiting.pop_front();
+            list->items.push_back({note.endAt, index, 0, Kind::Off, slot, number, 0});
         }
     }
-    std::stable_sort(list->items.begin(), list->items.end(), [](const Item& left, const Item& right) {
+    const auto earlier = [](const Item& left, const Item& right) {
         if (left.at != right.at)
             return left.at < right.at;
         return left.kind == Kind::Off && right.kind != Kind::Off;
-    });
+    };
+    // One voice alone comes in order, and to look costs next to nothing.
+    if (!std::is_sorted(list->items.begin(), list->items.end(), earlier))
+        std::stable_sort(list->items.begin(), list->items.end(), earlier);
     return list;
 }
 

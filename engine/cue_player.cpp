@@ -44,6 +44,7 @@ void Cue_Player::Set_List_Count(std::size_t count) {
     const auto empty = Cue_List::Make({});
     for (List& list : lists)
         list.rows = empty;
+    first.Reset(count);
 }
 
 void Cue_Player::Set_List(std::size_t index, std::shared_ptr<const Cue_List> rows) {
@@ -52,13 +53,16 @@ void Cue_Player::Set_List(std::size_t index, std::shared_ptr<const Cue_List> row
     lists[index].sounding.assign(rows->Notes().size(), 0);
     lists[index].rows = std::move(rows);
     lists[index].next = 0;
+    Note_Next(index);
 }
 
 void Cue_Player::Set_Position(double beats) {
     position = Moment_At(beats);
-    for (List& list : lists) {
+    for (std::size_t i = 0; i < lists.size(); ++i) {
+        List& list = lists[i];
         list.next = list.rows->First_At(position);
         list.missedPatches = list.muted ? 1 : 0;
+        Note_Next(i);
     }
 }
 
@@ -88,6 +92,7 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
     list.next = list.rows->First_At(position);
     if (!keepSounding)
         list.missedPatches = list.muted ? 1 : 0;
+    Note_Next(index);
     if (!playing)
         return;
     // What has been walked is not walked again, also where a new clock reads less than the one before.
@@ -101,6 +106,7 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
         items.begin() + static_cast<std::ptrdiff_t>(list.next), items.end(),
         [&](const Cue_List::Item& item) { return item.at <= walkedAt || Moment_Of(item.at) < cutNs; });
     list.next = static_cast<std::size_t>(passed - items.begin());
+    Note_Next(index);
 }
 
 /// Rows of the channel are in flight.
@@ -186,24 +192,14 @@ std::int64_t Cue_Player::Moment_Of(std::int64_t at) const {
     return Moment_In(segments, startTickMs, speed, static_cast<double>(at) * BEATS_A_MOMENT);
 }
 
-/// The list whose next row comes first; at equal moments offs before all else, then the order of the lists.
-std::size_t Cue_Player::Next_List() const {
-    std::size_t best = NO_LIST;
-    const Cue_List::Item* bestItem = nullptr;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        const auto items = lists[i].rows->Items();
-        if (lists[i].next >= items.size())
-            continue;
-        const Cue_List::Item& item = items[lists[i].next];
-        const bool first =
-            bestItem == nullptr || item.at < bestItem->at ||
-            (item.at == bestItem->at && item.kind == Cue_List::Kind::Off && bestItem->kind != item.kind);
-        if (first) {
-            best = i;
-            bestItem = &item;
-        }
-    }
-    return best;
+/// After every change of a list's next row.
+void Cue_Player::Note_Next(std::size_t index) {
+    const List& list = lists[index];
+    const auto items = list.rows->Items();
+    if (list.next >= items.size())
+        first.Clear(index);
+    else
+        first.Set(index, items[list.next].at, items[list.next].kind == Cue_List::Kind::Off);
 }
 
 bool Cue_Player::Holds(int slot, int note) const noexcept {
@@ -257,6 +253,7 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
             --holds[item.slot][item.a];
     }
     ++list.next;
+    Note_Next(index);
     lastDueNs = dueNs;
     inFlight.push_back(row);
     return true;
@@ -270,8 +267,8 @@ std::int64_t Cue_Player::Advance() {
         return now + RETRY_NS;
     std::int64_t wakeNs = NEVER;
     while (playing) {
-        const std::size_t index = Next_List();
-        if (index == NO_LIST)
+        const std::size_t index = first.First();
+        if (index == First_Of_Lists::NONE)
             break;
         const std::int64_t moment = Moment_Of(lists[index].rows->Items()[lists[index].next].at);
         if (moment == NEVER)
@@ -369,6 +366,7 @@ void Cue_Player::Undo(const In_Flight& row) {
         return;
     List& list = lists[row.list];
     list.next = row.item;
+    Note_Next(row.list);
     if (row.message.op == Sound_Op::Patch && !row.sent)
         --list.missedPatches;
     if (row.effect == Effect::None)

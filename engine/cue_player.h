@@ -2,6 +2,7 @@
 
 #include "engine/cue_list.h"
 #include "engine/cue_output.h"
+#include "engine/first_of_lists.h"
 #include "platform/millisecond_counter.h"
 #include "song/vget_tick_count.h"
 
@@ -91,10 +92,8 @@ private:
     template <typename Count>
     using Counts = std::array<std::array<Count, 128>, OUTPUT_SLOTS>;
 
-    static constexpr std::size_t NO_LIST = SIZE_MAX;
-
     std::int64_t Moment_Of(std::int64_t at) const;
-    std::size_t Next_List() const;
+    void Note_Next(std::size_t index);
     bool Walk(std::size_t index, std::int64_t dueNs);
     bool Held(int slot, int note) const noexcept;
     static bool Leaves_The_Note(const In_Flight& row);
@@ -116,6 +115,7 @@ private:
     bool playing = false;
     std::int64_t position = 0; ///< where playing begins, as Moment_At gives it
     std::vector<List> lists;
+    First_Of_Lists first;                      ///< by the lists' next rows
     Counts<std::int32_t> counts{};             ///< notes that are on by slot and number, as far as was walked
     Counts<std::atomic<std::int32_t>> holds{}; ///< the same as of now; written by the player thread alone
     Live_Notes liveNotes{};
