@@ -16,10 +16,11 @@ constexpr float BUTTERWORTH = 1.41421356F;
 /// Frames closer together than this are taken as one by the shaper.
 constexpr double TOO_CLOSE = 1e-5;
 
-/// The integral of tanh, exact for large values too.
+/// The integral of tanh, exact for large values too. Only differences of it are looked at, so log1p, which is
+/// slower, would bring nothing.
 double Log_Cosh(double x) noexcept {
     const double size = std::fabs(x);
-    return size + std::log1p(std::exp(-2.0 * size)) - std::numbers::ln2;
+    return size + std::log(1.0 + std::exp(-2.0 * size)) - std::numbers::ln2;
 }
 
 } // namespace
@@ -46,19 +47,11 @@ void Distortion::Set(const Effect_Values& values, bool atOnce) noexcept {
     bandwidth.Aim(values[DISTORTION_BANDWIDTH] / values[DISTORTION_CENTRE], atOnce);
 }
 
-void Distortion::Filter::Pass(float in, float frequency, float damping, float& low, float& band) noexcept {
-    const float high =
-        (in - (frequency + damping) * first - second) / (1.0F + frequency * (frequency + damping));
-    band = frequency * high + first;
-    low = frequency * band + second;
-    first = frequency * high + band;
-    second = frequency * band + low;
-}
-
-float Distortion::Side::Pass(float in, const Distortion& owner, float factor) noexcept {
+float Distortion::Side::Pass(float in, const Filter::Setting& lowpass, const Filter::Setting& peak,
+                             float width, float factor) noexcept {
     float low = 0.0F;
     float band = 0.0F;
-    before.Pass(in, owner.lowpass.Now(), BUTTERWORTH, low, band);
+    before.Pass(in, lowpass, low, band);
     const double x = static_cast<double>(low) * static_cast<double>(factor);
     const double integralNow = Log_Cosh(x);
     const double way = x - driven;
@@ -67,8 +60,8 @@ float Distortion::Side::Pass(float in, const Distortion& owner, float factor) no
     driven = x;
     integral = integralNow;
     const auto out = static_cast<float>(shaped);
-    behind.Pass(out, owner.centre.Now(), owner.bandwidth.Now(), low, band);
-    return out + owner.bandwidth.Now() * band;
+    behind.Pass(out, peak, low, band);
+    return out + width * band;
 }
 
 void Distortion::Process(float* left, float* right) noexcept {
@@ -76,13 +69,16 @@ void Distortion::Process(float* left, float* right) noexcept {
     lowpass.Step(share);
     centre.Step(share);
     bandwidth.Step(share);
+    const Filter::Setting before(lowpass.Now(), BUTTERWORTH);
+    const Filter::Setting behind(centre.Now(), bandwidth.Now());
+    const float width = bandwidth.Now();
     float peak = 0.0F;
     for (int i = 0; i < EFFECT_PIECE; ++i) {
         const float driveNow = drive.Next();
         const float gainNow = gain.Next();
         peak = std::max({peak, std::fabs(left[i]), std::fabs(right[i])});
-        left[i] = gainNow * sides[0].Pass(left[i], *this, driveNow);
-        right[i] = gainNow * sides[1].Pass(right[i], *this, driveNow);
+        left[i] = gainNow * sides[0].Pass(left[i], before, behind, width, driveNow);
+        right[i] = gainNow * sides[1].Pass(right[i], before, behind, width, driveNow);
     }
     Note_Memory(peak);
 }

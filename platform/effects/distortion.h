@@ -21,12 +21,27 @@ public:
 private:
     /// Two-pole state variable filter, trapezoidal: stays stable while its frequency moves.
     struct Filter {
-        void Pass(float in, float frequency, float damping, float& low, float& band) noexcept;
+        /// What stays as it is for a piece.
+        struct Setting {
+            Setting(float warped, float damping) noexcept
+                : frequency(warped), sum(warped + damping), inverse(1.0F / (1.0F + warped * sum)) {}
+            float frequency;
+            float sum;
+            float inverse;
+        };
+        void Pass(float in, const Setting& at, float& low, float& band) noexcept {
+            const float high = (in - at.sum * first - second) * at.inverse;
+            band = at.frequency * high + first;
+            low = at.frequency * band + second;
+            first = at.frequency * high + band;
+            second = at.frequency * band + low;
+        }
         float first = 0.0F;
         float second = 0.0F;
     };
     struct Side {
-        float Pass(float in, const Distortion& owner, float factor) noexcept;
+        float Pass(float in, const Filter::Setting& lowpass, const Filter::Setting& peak, float width,
+                   float factor) noexcept;
         Filter before;
         Filter behind;
         double driven = 0.0; ///< the frame before, and the integral there

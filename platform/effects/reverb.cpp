@@ -11,7 +11,6 @@ constexpr double GLIDE_MS = 30.0;
 /// Without a common measure, so that the echoes of the lines do not fall together.
 constexpr std::array<double, 8> LINE_MS = {22.3, 25.1, 28.7, 31.9, 35.3, 38.9, 42.7, 46.1};
 constexpr std::array<std::array<double, 3>, 2> DIFFUSER_MS = {{{2.3, 3.7, 7.9}, {2.9, 4.3, 7.1}}};
-constexpr float DIFFUSION = 0.6F;
 /// From about here on the high frequency ratio counts.
 constexpr double PARTING_HZ = 4000.0;
 /// The room against its input at a mix of 0 dB, both of noise.
@@ -54,13 +53,6 @@ Reverb::Reverb(int rate)
     Set_Memory(Frames(LINE_MS.back() * 2.0));
 }
 
-float Reverb::Diffuser::Pass(float in) noexcept {
-    const float delayed = line.Read(frames);
-    const float into = in + DIFFUSION * delayed;
-    line.Write(into);
-    return delayed - DIFFUSION * into;
-}
-
 void Reverb::Set(const Effect_Values& values, bool atOnce) noexcept {
     const int frames = atOnce ? 0 : Frames(RAMP_MS);
     inGain.Move(Gain_Of_Db(values[REVERB_IN_GAIN]), frames);
@@ -84,8 +76,19 @@ void Reverb::Process(float* left, float* right) noexcept {
         line.high.Step(share);
     }
     const float room = level.Step(share);
-    float peak = 0.0F;
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
+    // The lines are longer than a piece, so all that comes out of them in it is known before it begins.
+    std::array<std::array<float, EFFECT_PIECE>, LINES> heard;
+    std::array<float, LINES> low;
+    std::array<float, LINES> gains;
+    std::array<float, LINES> highs;
+    for (std::size_t n = 0; n < LINES; ++n) {
+        low[n] = lines[n].low;
+        gains[n] = lines[n].gain.Now();
+        highs[n] = lines[n].high.Now();
+        lines[n].line.Read_Block(lines[n].frames, heard[n].data(), EFFECT_PIECE);
+    }
+    std::array<float, LINES> peaks{};
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
         const float gain = inGain.Next();
         const float entered = entry.Next();
         left[i] *= gain;
@@ -94,12 +97,12 @@ void Reverb::Process(float* left, float* right) noexcept {
         for (std::size_t side = 0; side < 2; ++side)
             for (Diffuser& diffuser : diffusers[side])
                 sides[side] = diffuser.Pass(sides[side]);
-        std::array<float, LINES> signals{};
+        std::array<float, LINES> signals;
+        for (std::size_t n = 0; n < LINES; ++n)
+            signals[n] = heard[n][i];
         for (std::size_t n = 0; n < LINES; ++n) {
-            Room_Line& line = lines[n];
-            const float heard = line.line.Read(line.frames);
-            line.low += parting * (heard - line.low);
-            signals[n] = line.gain.Now() * (line.low + line.high.Now() * (heard - line.low));
+            low[n] += parting * (signals[n] - low[n]);
+            signals[n] = gains[n] * (low[n] + highs[n] * (signals[n] - low[n]));
         }
         // Each side hears every line, with signs of its own.
         const float even = signals[0] - signals[2] + signals[4] - signals[6];
@@ -110,9 +113,14 @@ void Reverb::Process(float* left, float* right) noexcept {
         Spread(signals);
         for (std::size_t n = 0; n < LINES; ++n) {
             const float into = signals[n] + sides[n % 2];
-            lines[n].line.Write(into);
-            peak = std::max(peak, std::fabs(into));
+            heard[n][i] = into;
+            peaks[n] = std::max(peaks[n], std::fabs(into));
         }
+    }
+    const float peak = *std::max_element(peaks.begin(), peaks.end());
+    for (std::size_t n = 0; n < LINES; ++n) {
+        lines[n].low = low[n];
+        lines[n].line.Write_Block(heard[n].data(), EFFECT_PIECE);
     }
     Note_Memory(peak);
 }

@@ -35,7 +35,13 @@ private:
     };
     struct Diffuser {
         explicit Diffuser(std::size_t delay) : line(delay), frames(delay) {}
-        float Pass(float in) noexcept;
+        float Pass(float in) noexcept {
+            const float delayed = line.Read(frames);
+            const float into = in + DIFFUSION * delayed;
+            line.Write(into);
+            return delayed - DIFFUSION * into;
+        }
+        static constexpr float DIFFUSION = 0.6F;
         Delay_Line line;
         std::size_t frames;
     };
