@@ -47,11 +47,11 @@ void Distortion::Set(const Effect_Values& values, bool atOnce) noexcept {
     bandwidth.Aim(values[DISTORTION_BANDWIDTH] / values[DISTORTION_CENTRE], atOnce);
 }
 
-float Distortion::Side::Pass(float in, const Filter::Setting& lowpass, const Filter::Setting& peak,
-                             float width, float factor) noexcept {
+float Distortion::Side::Pass(float in, const Filter::Setting& cut, const Filter::Setting& peak, float width,
+                             float factor) noexcept {
     float low = 0.0F;
     float band = 0.0F;
-    before.Pass(in, lowpass, low, band);
+    before.Pass(in, cut, low, band);
     const double x = static_cast<double>(low) * static_cast<double>(factor);
     const double integralNow = Log_Cosh(x);
     const double way = x - driven;

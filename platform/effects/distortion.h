@@ -40,7 +40,7 @@ private:
         float second = 0.0F;
     };
     struct Side {
-        float Pass(float in, const Filter::Setting& lowpass, const Filter::Setting& peak, float width,
+        float Pass(float in, const Filter::Setting& cut, const Filter::Setting& peak, float width,
                    float factor) noexcept;
         Filter before;
         Filter behind;
