@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/silent_sound_door.h"
 #include "engine/midi_cue_output.h"
 #include "engine/recorder_class.h"
 #include "engine/render_module.h"
@@ -10,24 +11,6 @@
 #include <vector>
 
 namespace tonvex::bench {
-
-/// Takes everything and sounds nothing.
-class Quiet_Sound final : public Sound_Door {
-public:
-    bool Open(const Sound_Request&, std::string&) override { return true; }
-    void Close() override {}
-    Sound_Status Status() override { return {}; }
-    int Minimum_Buffer_Ms() const override { return 0; }
-    bool Post(const Sound_Message&) noexcept override { return true; }
-    bool Post_From_Player(const Sound_Message&) noexcept override { return true; }
-    bool Take_Back_From_Player(std::int64_t) noexcept override { return true; }
-    std::vector<std::int32_t> Set_Fonts(const std::vector<std::filesystem::path>&) override { return {}; }
-    void Set_Effects(int, const Effect_Settings&) noexcept override {}
-    void Set_Master_Volume(int) noexcept override {}
-    int Master_Volume() const noexcept override { return 127; }
-    void Set_Amplification(float) noexcept override {}
-    float Slot_Peak(int) noexcept override { return 0.0F; }
-};
 
 /// A song of 100 channels with notes every half beat, all alike, with what plays it. The clock and the loop
 /// are the caller's.
@@ -68,7 +51,7 @@ public:
     NotesStuff notes;
     Transport_State state;
     Transport_Options options;
-    Quiet_Sound sound;
+    Silent_Sound_Door sound;
     Recorded_Dialogs dialogs;
     Scripted_Key_State keys;
     Scripted_Midi_Ports midi{counter};

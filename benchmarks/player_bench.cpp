@@ -92,7 +92,7 @@ double Play_Lists(int lists) {
     constexpr int ROWS = 200'000;
     constexpr double BEATS = 100.0; // at 80 a minute 75 s
     Simulated_Counter counter;
-    bench::Quiet_Sound sound;
+    Silent_Sound_Door sound;
     Scripted_Midi_Ports midi(counter);
     Midi_Cue_Output output(sound, midi);
     CueEngine cue(counter, output, Cue_Drive::Stepped);
