@@ -1,6 +1,7 @@
 #include "platform/effects/distortion.h"
 
 #include <numbers>
+#include <utility>
 
 namespace tonvex {
 
@@ -13,20 +14,24 @@ constexpr double MEMORY_MS = 50.0; ///< the narrowest band (100 Hz) has rung out
 constexpr float LEAST_DRIVE = 6.0F;
 constexpr float MOST_DRIVE = 54.0F;
 constexpr float BUTTERWORTH = 1.41421356F;
-/// Frames closer together than this are taken as one by the shaper.
-constexpr double TOO_CLOSE = 1e-5;
-
-/// The integral of tanh, exact for large values too. Only differences of it are looked at, so log1p, which is
-/// slower, would bring nothing.
-double Log_Cosh(double x) noexcept {
-    const double size = std::fabs(x);
-    return size + std::log(1.0 + std::exp(-2.0 * size)) - std::numbers::ln2;
-}
 
 } // namespace
 
 float Distortion::Drive_Of(float edge) noexcept {
     return Gain_Of_Db(LEAST_DRIVE + edge / 100.0F * (MOST_DRIVE - LEAST_DRIVE));
+}
+
+// With g the warped frequency and k the damping, high = (in - (g + k) first - second) / (1 + g (g + k)),
+// band = g high + first, low = g band + second, and each state grows by twice its step.
+Distortion::Filter::Setting::Setting(float warped, float damping) noexcept {
+    const float sum = warped + damping;
+    const float inverse = 1.0F / (1.0F + warped * sum);
+    firstOfIn = 2.0F * warped * inverse;
+    firstOfFirst = 1.0F - firstOfIn * sum;
+    firstOfSecond = -firstOfIn;
+    secondOfIn = warped * firstOfIn;
+    secondOfFirst = 2.0F * warped - secondOfIn * sum;
+    secondOfSecond = 1.0F - secondOfIn;
 }
 
 Distortion::Distortion(int rate) : Effect_Processor(rate) {
@@ -47,23 +52,6 @@ void Distortion::Set(const Effect_Values& values, bool atOnce) noexcept {
     bandwidth.Aim(values[DISTORTION_BANDWIDTH] / values[DISTORTION_CENTRE], atOnce);
 }
 
-float Distortion::Side::Pass(float in, const Filter::Setting& cut, const Filter::Setting& peak, float width,
-                             float factor) noexcept {
-    float low = 0.0F;
-    float band = 0.0F;
-    before.Pass(in, cut, low, band);
-    const double x = static_cast<double>(low) * static_cast<double>(factor);
-    const double integralNow = Log_Cosh(x);
-    const double way = x - driven;
-    const double shaped =
-        std::fabs(way) < TOO_CLOSE ? std::tanh(0.5 * (x + driven)) : (integralNow - integral) / way;
-    driven = x;
-    integral = integralNow;
-    const auto out = static_cast<float>(shaped);
-    behind.Pass(out, peak, low, band);
-    return out + width * band;
-}
-
 void Distortion::Process(float* left, float* right) noexcept {
     const float share = Share(GLIDE_MS);
     lowpass.Step(share);
@@ -72,14 +60,25 @@ void Distortion::Process(float* left, float* right) noexcept {
     const Filter::Setting before(lowpass.Now(), BUTTERWORTH);
     const Filter::Setting behind(centre.Now(), bandwidth.Now());
     const float width = bandwidth.Now();
-    float peak = 0.0F;
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
-        const float driveNow = drive.Next();
-        const float gainNow = gain.Next();
-        peak = std::max({peak, std::fabs(left[i]), std::fabs(right[i])});
-        left[i] = gainNow * sides[0].Pass(left[i], before, behind, width, driveNow);
-        right[i] = gainNow * sides[1].Pass(right[i], before, behind, width, driveNow);
+    const auto drives = drive.Next_Ones<EFFECT_PIECE>();
+    const auto gains = gain.Next_Ones<EFFECT_PIECE>();
+    const float peak = std::max(Peak_Of(left), Peak_Of(right));
+    // The filters' states stay in registers: left and right could lie over those of the sides.
+    std::array<Filter, 2> filters = {sides[0].before, sides[1].before};
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        left[i] = drives[i] * filters[0].Pass(left[i], before).low;
+        right[i] = drives[i] * filters[1].Pass(right[i], before).low;
     }
+    sides[0].before = std::exchange(filters[0], sides[0].behind);
+    sides[1].before = std::exchange(filters[1], sides[1].behind);
+    sides[0].limit.Process(left);
+    sides[1].limit.Process(right);
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        left[i] = gains[i] * (left[i] + width * filters[0].Pass(left[i], behind).band);
+        right[i] = gains[i] * (right[i] + width * filters[1].Pass(right[i], behind).band);
+    }
+    sides[0].behind = filters[0];
+    sides[1].behind = filters[1];
     Note_Memory(peak);
 }
 

@@ -2,13 +2,13 @@
 
 #include "platform/effects/effect_processor.h"
 #include "platform/effects/ramp.h"
+#include "platform/effects/soft_limit.h"
 
 #include <array>
 
 namespace tonvex {
 
-/// Lowpass, drive into a soft limit (tanh, by its integral, which keeps mirrored harmonics low), a band of
-/// harmonics raised by 6 dB around the centre frequency, gain.
+/// Lowpass, drive into a soft limit, a band of harmonics raised by 6 dB around the centre frequency, gain.
 class Distortion final : public Effect_Processor {
 public:
     explicit Distortion(int sampleRate);
@@ -19,33 +19,36 @@ public:
     static float Drive_Of(float edge) noexcept;
 
 private:
-    /// Two-pole state variable filter, trapezoidal: stays stable while its frequency moves.
+    /// Two-pole state variable filter, trapezoidal: stays stable while its frequency moves. Its two states
+    /// are worked out from those before and the input at once, so that a frame waits for the last as little
+    /// as can be.
     struct Filter {
         /// What stays as it is for a piece.
         struct Setting {
-            Setting(float warped, float damping) noexcept
-                : frequency(warped), sum(warped + damping), inverse(1.0F / (1.0F + warped * sum)) {}
-            float frequency;
-            float sum;
-            float inverse;
+            Setting(float warped, float damping) noexcept;
+            float firstOfFirst, firstOfSecond, firstOfIn;
+            float secondOfFirst, secondOfSecond, secondOfIn;
         };
-        void Pass(float in, const Setting& at, float& low, float& band) noexcept {
-            const float high = (in - at.sum * first - second) * at.inverse;
-            band = at.frequency * high + first;
-            low = at.frequency * band + second;
-            first = at.frequency * high + band;
-            second = at.frequency * band + low;
+        struct Out {
+            float low;
+            float band;
+        };
+        Out Pass(float in, const Setting& at) noexcept {
+            const float firstNow = at.firstOfFirst * first + (at.firstOfSecond * second + at.firstOfIn * in);
+            const float secondNow =
+                at.secondOfFirst * first + (at.secondOfSecond * second + at.secondOfIn * in);
+            const Out out = {0.5F * (second + secondNow), 0.5F * (first + firstNow)};
+            first = firstNow;
+            second = secondNow;
+            return out;
         }
         float first = 0.0F;
         float second = 0.0F;
     };
     struct Side {
-        float Pass(float in, const Filter::Setting& cut, const Filter::Setting& peak, float width,
-                   float factor) noexcept;
         Filter before;
+        Soft_Limit limit;
         Filter behind;
-        double driven = 0.0; ///< the frame before, and the integral there
-        double integral = 0.0;
     };
     /// tan(pi f / rate), below half the rate.
     float Warped(float hz) const noexcept;

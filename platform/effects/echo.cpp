@@ -14,11 +14,14 @@ Echo::Echo(int rate)
     : Effect_Processor(rate), leftTap(static_cast<std::size_t>(Frames(LONGEST_MS))),
       rightTap(static_cast<std::size_t>(Frames(LONGEST_MS))) {}
 
-float Echo::Tap::Read() noexcept {
-    const float now = line.Read(static_cast<std::size_t>(place));
+void Echo::Tap::Read(float* to, std::size_t count) noexcept {
+    line.Read_Block(static_cast<std::size_t>(place), to, count);
     if (place == next)
-        return now;
-    return now + fade.Next() * (line.Read(static_cast<std::size_t>(next)) - now);
+        return;
+    Effect_Piece later;
+    line.Read_Block(static_cast<std::size_t>(next), later.data(), count);
+    for (std::size_t i = 0; i < count; ++i)
+        to[i] += fade.Next() * (later[i] - to[i]);
 }
 
 void Echo::Tap::Aim(int frames, bool atOnce) noexcept {
@@ -50,25 +53,33 @@ void Echo::Set(const Effect_Values& values, bool atOnce) noexcept {
 void Echo::Process(float* left, float* right) noexcept {
     leftTap.Follow(Frames(FADE_MS));
     rightTap.Follow(Frames(FADE_MS));
-    float peak = 0.0F;
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
-        const float leftWet = leftTap.Read();
-        const float rightWet = rightTap.Read();
-        const float across = swapped.Next();
-        const float back = feedback.Next();
-        const float entered = entry.Next();
-        const float intoLeft =
-            Contained(entered * left[i] + back * (leftWet + across * (rightWet - leftWet)));
-        const float intoRight =
-            Contained(entered * right[i] + back * (rightWet + across * (leftWet - rightWet)));
-        leftTap.line.Write(intoLeft);
-        rightTap.line.Write(intoRight);
-        peak = std::max({peak, std::fabs(intoLeft), std::fabs(intoRight)});
-        const float wet = mix.Next();
-        left[i] = left[i] * (1.0F - wet) + leftWet * wet;
-        right[i] = right[i] * (1.0F - wet) + rightWet * wet;
+    const auto across = swapped.Next_Ones<EFFECT_PIECE>();
+    const auto back = feedback.Next_Ones<EFFECT_PIECE>();
+    const auto entered = entry.Next_Ones<EFFECT_PIECE>();
+    const auto wet = mix.Next_Ones<EFFECT_PIECE>();
+    Effect_Piece leftWet;
+    Effect_Piece rightWet;
+    Effect_Piece intoLeft;
+    Effect_Piece intoRight;
+    // What comes out is known for as long as the shortest delay.
+    const std::size_t known = std::min(leftTap.Known(), rightTap.Known());
+    for (std::size_t from = 0, to = 0; from < EFFECT_PIECE; from = to) {
+        to = std::min<std::size_t>(from + known, EFFECT_PIECE);
+        leftTap.Read(leftWet.data() + from, to - from);
+        rightTap.Read(rightWet.data() + from, to - from);
+        for (std::size_t i = from; i < to; ++i) {
+            const float apart = across[i] * (rightWet[i] - leftWet[i]);
+            intoLeft[i] = Contained(entered[i] * left[i] + back[i] * (leftWet[i] + apart));
+            intoRight[i] = Contained(entered[i] * right[i] + back[i] * (rightWet[i] - apart));
+        }
+        leftTap.line.Write_Block(intoLeft.data() + from, to - from);
+        rightTap.line.Write_Block(intoRight.data() + from, to - from);
     }
-    Note_Memory(peak);
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        left[i] += wet[i] * (leftWet[i] - left[i]);
+        right[i] += wet[i] * (rightWet[i] - right[i]);
+    }
+    Note_Memory(std::max(Peak_Of(intoLeft.data()), Peak_Of(intoRight.data())));
 }
 
 void Echo::Clear() noexcept {

@@ -19,7 +19,9 @@ private:
     /// A place in a line. A new place fades in while the old one fades out; one asked for meanwhile waits.
     struct Tap {
         explicit Tap(std::size_t longest) : line(longest) {}
-        float Read() noexcept;
+        /// The next frames, at most Known() of them.
+        void Read(float* to, std::size_t count) noexcept;
+        std::size_t Known() const noexcept { return static_cast<std::size_t>(std::min(place, next)); }
         void Aim(int frames, bool atOnce) noexcept;
         void Follow(int fadeFrames) noexcept;
 

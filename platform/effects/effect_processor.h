@@ -4,12 +4,14 @@
 #include "platform/effects/ramp.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tonvex {
 
 /// Frames that an effect works on at a time.
 inline constexpr int EFFECT_PIECE = 64;
+using Effect_Piece = std::array<float, EFFECT_PIECE>;
 /// Below this (-120 dB) an effect's memory counts as silent.
 inline constexpr float INAUDIBLE = 1e-6F;
 
@@ -35,6 +37,13 @@ public:
 
 protected:
     explicit Effect_Processor(int rate) noexcept : sampleRate(rate) {}
+    /// The highest magnitude of a piece.
+    static float Peak_Of(const float* samples) noexcept {
+        std::array<float, 8> peaks{}; // side by side
+        for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
+            peaks[i % peaks.size()] = std::max(peaks[i % peaks.size()], std::fabs(samples[i]));
+        return *std::max_element(peaks.begin(), peaks.end());
+    }
     /// After each piece: the highest magnitude that went into the memory.
     void Note_Memory(float peak) noexcept {
         quietFrames = peak > INAUDIBLE ? 0 : std::min(quietFrames + EFFECT_PIECE, memoryFrames);

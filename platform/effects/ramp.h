@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+
 namespace tonvex {
 
 /// A factor that never jumps: it moves to its target along a line, a frame at a time.
@@ -27,6 +30,17 @@ public:
             now = left == 0 ? target : now + step;
         }
         return now;
+    }
+    /// The next values at once.
+    template <std::size_t COUNT>
+    std::array<float, COUNT> Next_Ones() noexcept {
+        std::array<float, COUNT> values;
+        if (left == 0)
+            values.fill(now);
+        else
+            for (float& value : values)
+                value = Next();
+        return values;
     }
     float Now() const noexcept { return now; }
     bool Moves() const noexcept { return left > 0; }

@@ -26,17 +26,16 @@ float Gain_In(double ms, double timeMs) noexcept {
 }
 
 /// Each gets an even mix of all, the power as before (Hadamard's matrix of order 8, by butterflies).
-void Spread(std::array<float, 8>& signals) noexcept {
+void Spread(std::array<Effect_Piece, 8>& signals) noexcept {
     for (std::size_t half = 1; half < signals.size(); half *= 2)
-        for (std::size_t i = 0; i < signals.size(); ++i)
-            if ((i & half) == 0) {
-                const float a = signals[i];
-                const float b = signals[i + half];
-                signals[i] = a + b;
-                signals[i + half] = a - b;
-            }
-    for (float& signal : signals)
-        signal *= EVEN_SHARE;
+        for (std::size_t n = 0; n < signals.size(); ++n)
+            if ((n & half) == 0)
+                for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+                    const float a = signals[n][i];
+                    const float b = signals[n + half][i];
+                    signals[n][i] = a + b;
+                    signals[n + half][i] = a - b;
+                }
 }
 
 } // namespace
@@ -69,58 +68,79 @@ void Reverb::Set(const Effect_Values& values, bool atOnce) noexcept {
     level.Aim(ROOM_LEVEL * std::sqrt(1.0F - power), atOnce);
 }
 
+void Reverb::Diffuser::Pass(Effect_Piece& samples) noexcept {
+    Effect_Piece delayed;
+    for (std::size_t done = 0, count = 0; done < samples.size(); done += count) {
+        count = std::min(frames, samples.size() - done);
+        line.Read_Block(frames, delayed.data(), count);
+        float* const at = samples.data() + done;
+        for (std::size_t i = 0; i < count; ++i)
+            at[i] += DIFFUSION * delayed[i];
+        line.Write_Block(at, count);
+        for (std::size_t i = 0; i < count; ++i)
+            at[i] = delayed[i] - DIFFUSION * at[i];
+    }
+}
+
+// What comes out of the lines in this piece, after the losses of a round. The lines are longer than a piece,
+// so all of it is known before it begins.
+void Reverb::Hear(std::array<Effect_Piece, LINES>& heard) noexcept {
+    std::array<float, LINES> low;
+    std::array<float, LINES> direct;
+    std::array<float, LINES> ofLow;
+    for (std::size_t n = 0; n < LINES; ++n) {
+        low[n] = lines[n].low;
+        direct[n] = lines[n].gain.Now() * lines[n].high.Now();
+        ofLow[n] = lines[n].gain.Now() - direct[n];
+        lines[n].line.Read_Block(lines[n].frames, heard[n].data(), EFFECT_PIECE);
+    }
+    const float kept = 1.0F - parting;
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
+        for (std::size_t n = 0; n < LINES; ++n) {
+            low[n] = kept * low[n] + parting * heard[n][i];
+            heard[n][i] = direct[n] * heard[n][i] + ofLow[n] * low[n];
+        }
+    for (std::size_t n = 0; n < LINES; ++n)
+        lines[n].low = low[n];
+}
+
 void Reverb::Process(float* left, float* right) noexcept {
     const float share = Share(GLIDE_MS);
     for (Room_Line& line : lines) {
         line.gain.Step(share);
         line.high.Step(share);
     }
-    const float room = level.Step(share);
-    // The lines are longer than a piece, so all that comes out of them in it is known before it begins.
-    std::array<std::array<float, EFFECT_PIECE>, LINES> heard;
-    std::array<float, LINES> low;
-    std::array<float, LINES> gains;
-    std::array<float, LINES> highs;
-    for (std::size_t n = 0; n < LINES; ++n) {
-        low[n] = lines[n].low;
-        gains[n] = lines[n].gain.Now();
-        highs[n] = lines[n].high.Now();
-        lines[n].line.Read_Block(lines[n].frames, heard[n].data(), EFFECT_PIECE);
-    }
-    std::array<float, LINES> peaks{};
+    const float room = level.Step(share) * EVEN_SHARE;
+    std::array<Effect_Piece, LINES> signals;
+    Hear(signals);
+
+    const auto gains = inGain.Next_Ones<EFFECT_PIECE>();
+    const auto entered = entry.Next_Ones<EFFECT_PIECE>();
+    const auto mixes = mix.Next_Ones<EFFECT_PIECE>();
+    std::array<Effect_Piece, 2> sides;
     for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
-        const float gain = inGain.Next();
-        const float entered = entry.Next();
-        left[i] *= gain;
-        right[i] *= gain;
-        std::array<float, 2> sides = {left[i] * entered, right[i] * entered};
-        for (std::size_t side = 0; side < 2; ++side)
-            for (Diffuser& diffuser : diffusers[side])
-                sides[side] = diffuser.Pass(sides[side]);
-        std::array<float, LINES> signals;
-        for (std::size_t n = 0; n < LINES; ++n)
-            signals[n] = heard[n][i];
-        for (std::size_t n = 0; n < LINES; ++n) {
-            low[n] += parting * (signals[n] - low[n]);
-            signals[n] = gains[n] * (low[n] + highs[n] * (signals[n] - low[n]));
-        }
-        // Each side hears every line, with signs of its own.
-        const float even = signals[0] - signals[2] + signals[4] - signals[6];
-        const float odd = signals[1] - signals[3] + signals[5] - signals[7];
-        const float wet = mix.Next() * room * EVEN_SHARE;
-        left[i] += wet * (even + odd);
-        right[i] += wet * (even - odd);
-        Spread(signals);
-        for (std::size_t n = 0; n < LINES; ++n) {
-            const float into = signals[n] + sides[n % 2];
-            heard[n][i] = into;
-            peaks[n] = std::max(peaks[n], std::fabs(into));
-        }
+        left[i] *= gains[i];
+        right[i] *= gains[i];
+        sides[0][i] = left[i] * entered[i];
+        sides[1][i] = right[i] * entered[i];
     }
-    const float peak = *std::max_element(peaks.begin(), peaks.end());
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        // Each side hears every line, with signs of its own.
+        const float even = signals[0][i] - signals[2][i] + signals[4][i] - signals[6][i];
+        const float odd = signals[1][i] - signals[3][i] + signals[5][i] - signals[7][i];
+        left[i] += mixes[i] * room * (even + odd);
+        right[i] += mixes[i] * room * (even - odd);
+    }
+    for (std::size_t side = 0; side < 2; ++side)
+        for (Diffuser& diffuser : diffusers[side])
+            diffuser.Pass(sides[side]);
+    Spread(signals);
+    float peak = 0.0F;
     for (std::size_t n = 0; n < LINES; ++n) {
-        lines[n].low = low[n];
-        lines[n].line.Write_Block(heard[n].data(), EFFECT_PIECE);
+        for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
+            signals[n][i] = EVEN_SHARE * signals[n][i] + sides[n % 2][i];
+        lines[n].line.Write_Block(signals[n].data(), EFFECT_PIECE);
+        peak = std::max(peak, Peak_Of(signals[n].data()));
     }
     Note_Memory(peak);
 }

@@ -35,16 +35,13 @@ private:
     };
     struct Diffuser {
         explicit Diffuser(std::size_t delay) : line(delay), frames(delay) {}
-        float Pass(float in) noexcept {
-            const float delayed = line.Read(frames);
-            const float into = in + DIFFUSION * delayed;
-            line.Write(into);
-            return delayed - DIFFUSION * into;
-        }
+        void Pass(Effect_Piece& samples) noexcept;
         static constexpr float DIFFUSION = 0.6F;
         Delay_Line line;
         std::size_t frames;
     };
+
+    void Hear(std::array<Effect_Piece, LINES>& heard) noexcept;
 
     std::vector<Room_Line> lines;
     std::array<std::vector<Diffuser>, 2> diffusers;

@@ -1,4 +1,5 @@
 #include "platform/effects/effect_chain.h"
+#include "platform/effects/soft_limit.h"
 
 #include <gtest/gtest.h>
 
@@ -262,6 +263,34 @@ TEST(Distortion, Makes_Harmonics_And_Keeps_Its_Level) {
         Through(With(Effect_Kind::Distortion, {{DISTORTION_LOWPASS, 100.0F}}), Tone(0.5, 4000.0, 0.01F));
     EXPECT_LT(Peak(dull.left, 4410),
               0.01F * Peak(Through(With(Effect_Kind::Distortion), Tone(0.5, 4000.0, 0.01F)).left, 4410));
+}
+
+TEST(Soft_Limit, Is_The_Mean_Of_Tanh_On_The_Way_To_The_Frame) {
+    const auto integral = [](double x) {
+        return std::fabs(x) + std::log1p(std::exp(-2.0 * std::fabs(x))) - std::numbers::ln2;
+    };
+    std::minstd_rand random(1);
+    for (const double size : {1e-6, 1e-3, 0.05, 0.2, 1.0, 3.0, 30.0, 500.0, 1e6}) {
+        Soft_Limit limit;
+        double before = 0.0;
+        for (int piece = 0; piece < 50; ++piece) {
+            Effect_Piece in;
+            for (float& sample : in) // now and then the same twice
+                sample = random() % 8 == 0
+                             ? static_cast<float>(before)
+                             : static_cast<float>(std::uniform_real_distribution(-size, size)(random));
+            Effect_Piece out = in;
+            limit.Process(out.data());
+            for (std::size_t i = 0; i < in.size(); ++i) {
+                const double now = static_cast<double>(in[i]);
+                const double way = now - before;
+                const double mean = std::fabs(way) < 1e-4 ? std::tanh((now + before) / 2.0)
+                                                          : (integral(now) - integral(before)) / way;
+                ASSERT_NEAR(static_cast<double>(out[i]), mean, 3e-6) << "from " << before << " to " << now;
+                before = now;
+            }
+        }
+    }
 }
 
 TEST(Effect_Chain, Without_Wet_Sound_Is_Bit_For_Bit_The_Dry_One) {
