@@ -15,11 +15,11 @@ Echo::Echo(int rate)
       rightTap(static_cast<std::size_t>(Frames(LONGEST_MS))) {}
 
 void Echo::Tap::Read(float* to, std::size_t count) noexcept {
-    line.Read_Block(static_cast<std::size_t>(place), to, count);
+    line.Read(static_cast<std::size_t>(place), to, count);
     if (place == next)
         return;
     Effect_Piece later;
-    line.Read_Block(static_cast<std::size_t>(next), later.data(), count);
+    line.Read(static_cast<std::size_t>(next), later.data(), count);
     for (std::size_t i = 0; i < count; ++i)
         to[i] += fade.Next() * (later[i] - to[i]);
 }
@@ -72,8 +72,8 @@ void Echo::Process(float* left, float* right) noexcept {
             intoLeft[i] = Contained(entered[i] * left[i] + back[i] * (leftWet[i] + apart));
             intoRight[i] = Contained(entered[i] * right[i] + back[i] * (rightWet[i] - apart));
         }
-        leftTap.line.Write_Block(intoLeft.data() + from, to - from);
-        rightTap.line.Write_Block(intoRight.data() + from, to - from);
+        leftTap.line.Write(intoLeft.data() + from, to - from);
+        rightTap.line.Write(intoRight.data() + from, to - from);
     }
     for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
         left[i] += wet[i] * (leftWet[i] - left[i]);

@@ -40,8 +40,9 @@ protected:
     /// The highest magnitude of a piece.
     static float Peak_Of(const float* samples) noexcept {
         std::array<float, 8> peaks{}; // side by side
-        for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
-            peaks[i % peaks.size()] = std::max(peaks[i % peaks.size()], std::fabs(samples[i]));
+        for (std::size_t i = 0; i < EFFECT_PIECE; i += peaks.size())
+            for (std::size_t n = 0; n < peaks.size(); ++n)
+                peaks[n] = std::max(peaks[n], std::fabs(samples[i + n]));
         return *std::max_element(peaks.begin(), peaks.end());
     }
     /// After each piece: the highest magnitude that went into the memory.

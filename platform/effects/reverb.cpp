@@ -72,11 +72,11 @@ void Reverb::Diffuser::Pass(Effect_Piece& samples) noexcept {
     Effect_Piece delayed;
     for (std::size_t done = 0, count = 0; done < samples.size(); done += count) {
         count = std::min(frames, samples.size() - done);
-        line.Read_Block(frames, delayed.data(), count);
+        line.Read(frames, delayed.data(), count);
         float* const at = samples.data() + done;
         for (std::size_t i = 0; i < count; ++i)
             at[i] += DIFFUSION * delayed[i];
-        line.Write_Block(at, count);
+        line.Write(at, count);
         for (std::size_t i = 0; i < count; ++i)
             at[i] = delayed[i] - DIFFUSION * at[i];
     }
@@ -92,7 +92,7 @@ void Reverb::Hear(std::array<Effect_Piece, LINES>& heard) noexcept {
         low[n] = lines[n].low;
         direct[n] = lines[n].gain.Now() * lines[n].high.Now();
         ofLow[n] = lines[n].gain.Now() - direct[n];
-        lines[n].line.Read_Block(lines[n].frames, heard[n].data(), EFFECT_PIECE);
+        lines[n].line.Read(lines[n].frames, heard[n].data(), EFFECT_PIECE);
     }
     const float kept = 1.0F - parting;
     for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
@@ -139,7 +139,7 @@ void Reverb::Process(float* left, float* right) noexcept {
     for (std::size_t n = 0; n < LINES; ++n) {
         for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
             signals[n][i] = EVEN_SHARE * signals[n][i] + sides[n % 2][i];
-        lines[n].line.Write_Block(signals[n].data(), EFFECT_PIECE);
+        lines[n].line.Write(signals[n].data(), EFFECT_PIECE);
         peak = std::max(peak, Peak_Of(signals[n].data()));
     }
     Note_Memory(peak);

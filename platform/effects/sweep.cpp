@@ -61,24 +61,42 @@ void Sweep::Process(float* left, float* right) noexcept {
     // Within a piece the delays move along a line: a piece is a small part of a turn.
     const float leftStep = (Delay_At(turns) - leftDelay) / EFFECT_PIECE;
     const float rightStep = (Delay_At(turns + static_cast<double>(ahead.Now())) - rightDelay) / EFFECT_PIECE;
-    float peak = 0.0F;
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
-        leftDelay = std::max(LEAST_FRAMES, leftDelay + leftStep);
-        rightDelay = std::max(LEAST_FRAMES, rightDelay + rightStep);
-        const float leftWet = leftLine.Read_Between(leftDelay);
-        const float rightWet = rightLine.Read_Between(rightDelay);
-        const float back = feedback.Next();
-        const float entered = entry.Next();
-        const float intoLeft = Contained(entered * left[i] + back * leftWet);
-        const float intoRight = Contained(entered * right[i] + back * rightWet);
-        leftLine.Write(intoLeft);
-        rightLine.Write(intoRight);
-        peak = std::max({peak, std::fabs(intoLeft), std::fabs(intoRight)});
-        const float wet = mix.Next();
-        left[i] = left[i] * (1.0F - wet) + leftWet * wet;
-        right[i] = right[i] * (1.0F - wet) + rightWet * wet;
+    Effect_Piece leftDelays;
+    Effect_Piece rightDelays;
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        const auto steps = static_cast<float>(static_cast<int>(i) + 1);
+        leftDelays[i] = std::max(LEAST_FRAMES, leftDelay + steps * leftStep);
+        rightDelays[i] = std::max(LEAST_FRAMES, rightDelay + steps * rightStep);
     }
-    Note_Memory(peak);
+    const auto back = feedback.Next_Ones<EFFECT_PIECE>();
+    const auto entered = entry.Next_Ones<EFFECT_PIECE>();
+    const auto wet = mix.Next_Ones<EFFECT_PIECE>();
+    Effect_Piece leftWet;
+    Effect_Piece rightWet;
+    Effect_Piece intoLeft;
+    Effect_Piece intoRight;
+    // What comes out is known for as long as the shortest delay, less the frame after the place that is read.
+    const float shortest =
+        std::min({leftDelays.front(), leftDelays.back(), rightDelays.front(), rightDelays.back()});
+    const std::size_t known = static_cast<std::size_t>(shortest) - 1;
+    for (std::size_t from = 0, to = 0; from < EFFECT_PIECE; from = to) {
+        to = std::min<std::size_t>(from + known, EFFECT_PIECE);
+        leftLine.Read(leftDelays.data() + from, leftWet.data() + from, to - from);
+        rightLine.Read(rightDelays.data() + from, rightWet.data() + from, to - from);
+        for (std::size_t i = from; i < to; ++i) {
+            intoLeft[i] = Contained(entered[i] * left[i] + back[i] * leftWet[i]);
+            intoRight[i] = Contained(entered[i] * right[i] + back[i] * rightWet[i]);
+        }
+        leftLine.Write(intoLeft.data() + from, to - from);
+        rightLine.Write(intoRight.data() + from, to - from);
+    }
+    leftDelay = leftDelays.back();
+    rightDelay = rightDelays.back();
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        left[i] += wet[i] * (leftWet[i] - left[i]);
+        right[i] += wet[i] * (rightWet[i] - right[i]);
+    }
+    Note_Memory(std::max(Peak_Of(intoLeft.data()), Peak_Of(intoRight.data())));
 }
 
 void Sweep::Clear() noexcept {

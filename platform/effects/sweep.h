@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/effects/delay_line.h"
 #include "platform/effects/effect_processor.h"
 #include "platform/effects/ramp.h"
+#include "platform/effects/swept_line.h"
 
 namespace tonvex {
 
@@ -21,8 +21,8 @@ public:
 private:
     float Delay_At(double turns) const noexcept;
 
-    Delay_Line leftLine;
-    Delay_Line rightLine;
+    Swept_Line leftLine;
+    Swept_Line rightLine;
     Ramp mix;
     Ramp feedback;
     Glide delayFrames;
