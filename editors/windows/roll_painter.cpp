@@ -251,13 +251,16 @@ void Roll_Painter::Draw_Ghost(QPainter& painter, const Ev_Display_Row& row, cons
     });
 }
 
-void Roll_Painter::Draw_Take(QPainter& painter, const Event_Display& display) {
+void Roll_Painter::Draw_Rows(QPainter& painter, std::int32_t channelId,
+                             const std::vector<Ev_Display_Row>& rows) {
+    if (rows.empty())
+        return;
     painter.save();
     painter.setClipRect(layout.Roll, Qt::IntersectClip);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor colour = Channel_Colour(display.Channel());
+    const QColor colour = Channel_Colour(channelId);
     const QRectF shown = painter.clipBoundingRect();
-    for (const Ev_Display_Row& row : display.Take()) {
+    for (const Ev_Display_Row& row : rows) {
         if (!Box_Of(row).intersects(QRectF(shown.left(), -1e9, shown.width(), 2e9)))
             continue;
         Draw_Chord_Notes(painter, row, colour);

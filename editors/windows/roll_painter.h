@@ -37,8 +37,8 @@ public:
     /// What the gesture stands for, over the picture.
     void Draw_Gesture(QPainter& painter, Event_Display& display, const Roll_Gesture& gesture);
     void Draw_Cursor(QPainter& painter, double beat, int note, double length);
-    /// What a take has so far, of the channel in hand.
-    void Draw_Take(QPainter& painter, const Event_Display& display);
+    /// What a take has so far: events in the channel's colour, without captions.
+    void Draw_Rows(QPainter& painter, std::int32_t channelId, const std::vector<Ev_Display_Row>& rows);
     static QString Lane_Caption() { return QObject::tr("Volume"); }
 
     const Roll_Layout& Layout() const noexcept { return layout; }

@@ -188,6 +188,8 @@ void Roll_View::Set_Recording(bool on) {
         return;
     recording = on;
     takeShown = 0;
+    takenChannel = display.Channel();
+    growing.clear();
     display.Clear_Take();
     Changed();
 }
@@ -200,13 +202,53 @@ void Roll_View::Show_Take() {
     if (takeShown == 0 && display.Last_Own().Rows().empty())
         Changed();
     const QRect area = Painter().Layout().Roll;
-    for (std::size_t i = takeShown; i < take.size(); ++i)
+    for (std::size_t i = takeShown; i < take.size(); ++i) {
         Painter().Visit_Boxes(take[i], [&](const QRectF& box) { update(box.toAlignedRect() & area); });
-    const QRectF last = Painter().Box_Of(take.back());
-    if (viewed.Options.AutoScroll && !gesture.Is_On() &&
-        (last.top() < area.top() || last.bottom() > area.bottom() + 1))
-        Scroll_To(viewed.ScrollX, viewed.Geometry.Y_Of_Note(take.back().Note) - area.height() / 2.0);
+        // Its key is down again already.
+        for (Ev_Display_Row& row : growing)
+            if (row.Note == take[i].Note)
+                row.StartTime = std::max(row.StartTime, take[i].End());
+    }
+    Bring_Note_Into_View(take.back().Note);
     takeShown = take.size();
+}
+
+void Roll_View::Bring_Note_Into_View(int note) {
+    const QRect area = Painter().Layout().Roll;
+    const double y = viewed.Geometry.Y_Of_Note(note) - viewed.ScrollY;
+    if (viewed.Options.AutoScroll && !gesture.Is_On() &&
+        (y < 0.0 || y + viewed.Geometry.RowHeight() > area.height() + 1.0))
+        Scroll_To(viewed.ScrollX, viewed.ScrollY + y - area.height() / 2.0);
+}
+
+/// A note whose key is down grows with the line, until the take has it.
+void Roll_View::Follow_Keys(double beats) {
+    const QRect area = Painter().Layout().Roll;
+    const auto redraw = [&](const Ev_Display_Row& row) {
+        update(Painter().Box_Of(row).toAlignedRect() & area);
+    };
+    const bool follows = recording && display.Channel() == takenChannel;
+    for (int note = 0; note < 128; ++note) {
+        const auto found = std::find_if(growing.begin(), growing.end(),
+                                        [&](const Ev_Display_Row& row) { return row.Note == note; });
+        const bool isDown = follows && session.transport.LiveNotes[static_cast<std::size_t>(note)] > 0;
+        if (!isDown && found != growing.end()) {
+            redraw(*found);
+            growing.erase(found);
+        } else if (isDown && found == growing.end()) {
+            Ev_Display_Row row;
+            row.Note = static_cast<std::uint8_t>(note);
+            row.StartTime = beats;
+            if (growing.empty() && display.Take().empty() && display.Last_Own().Rows().empty())
+                Changed(); // the hint of the empty roll goes
+            growing.push_back(row);
+            Bring_Note_Into_View(note);
+        }
+    }
+    for (Ev_Display_Row& row : growing) {
+        row.Length = std::max(0.0, beats - row.StartTime);
+        redraw(row);
+    }
 }
 
 void Roll_View::Bring_Take_Into_View() {
@@ -259,6 +301,7 @@ QRect Roll_View::Line_Place(double beats) const {
 }
 
 void Roll_View::Move_Line(double beats, bool follow) {
+    Follow_Keys(beats);
     const QRect before = Line_Place(line);
     line = beats;
     const QRect area = Painter().Layout().Roll;
@@ -293,13 +336,14 @@ void Roll_View::Draw_Picture() {
     QPainter painter(&picture);
     Painter().Draw_Picture(painter, display, flags, flagBoxes);
     const ChannelClass* store = display.Store();
-    const bool empty = store == nullptr || (store->GetTotalEvents() < 0 && display.Take().empty());
+    const bool empty =
+        store == nullptr || (store->GetTotalEvents() < 0 && display.Take().empty() && growing.empty());
     if (empty) {
         painter.setFont(theme.Font(Text_Size::Lead));
         painter.setPen(theme.Tokens().dim);
         painter.drawText(Painter().Layout().Roll, Qt::AlignCenter,
                          store == nullptr ? tr("Select a channel (S) to see its events.")
-                         : recording      ? tr("Recording. A note appears here when its key comes up.")
+                         : recording      ? tr("Recording. What you play appears here.")
                                           : tr("No events yet. Press Ctrl+R and play."));
     }
     pictureValid = true;
@@ -312,8 +356,8 @@ void Roll_View::paintEvent(QPaintEvent* event) {
     painter.setClipRect(event->rect());
     painter.drawPixmap(0, 0, picture);
     Roll_Painter over = Painter();
-    if (!display.Take().empty())
-        over.Draw_Take(painter, display);
+    over.Draw_Rows(painter, display.Channel(), display.Take());
+    over.Draw_Rows(painter, takenChannel, growing);
     if (gesture.Is_On())
         over.Draw_Gesture(painter, display, gesture);
     const QRect place = Line_Place(line);

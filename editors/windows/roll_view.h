@@ -131,6 +131,8 @@ private:
     // roll_view.cpp
     void Draw_Picture();
     QRect Line_Place(double beats) const;
+    void Follow_Keys(double beats);
+    void Bring_Note_Into_View(int note);
     void Take_Scale();
     void Fit_Piano();
     // roll_view_mouse.cpp
@@ -167,6 +169,8 @@ private:
     bool toolOnce = false;
     bool recording = false;
     std::size_t takeShown = 0; ///< notes of the take that were drawn
+    std::int32_t takenChannel = NOT_GIVEN;
+    std::vector<Ev_Display_Row> growing; ///< notes that are held down and not in the take yet
     bool copyMode = false;
     QPixmap picture;
     bool pictureValid = false;

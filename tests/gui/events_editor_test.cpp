@@ -492,6 +492,20 @@ void Events_Editor_Test::A_Take_Is_Shown_While_It_Grows() {
     QCOMPARE(e.editor.Display().Take().size(), std::size_t{2});
     QTRY_VERIFY(QRectF(e.view.Painter().Layout().Roll).bottom() > e.view.Painter().Y_Of_Note(30));
     QCOMPARE(e.editor.Display().Own().Rows().size(), std::size_t{0});
+    // A note that is held down grows with the line and goes with its key.
+    e.S().transport.LiveNotes[33] = 1;
+    for (const double beat : {303.0, 305.0})
+        e.view.Move_Line(beat, true);
+    const auto held = [&e] {
+        const Roll_Painter painter = e.view.Painter();
+        const QPointF at(painter.X_Of(304.0),
+                         painter.Y_Of_Note(33) + e.view.Window().Geometry.RowHeight() / 2);
+        return e.view.grab().toImage().pixelColor((at * e.view.devicePixelRatioF()).toPoint());
+    };
+    const QColor down = held();
+    e.S().transport.LiveNotes[33] = 0;
+    e.view.Move_Line(305.1, true);
+    QVERIFY(down != held());
     e.Store().CopyRecEvents();
     e.S().hub->Message(nullptr, MSG_GENERAL_UPDATE);
     e.editor.On_Run_Ended();
