@@ -297,6 +297,7 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
     painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
     const QFontMetrics metrics(painter.font());
     const int air = theme.Px(6);
+    const int seam = theme.Px(1);
     const int least = metrics.horizontalAdvance(QLatin1Char('A')) + 2 * air;
     const Event_List& events = display.Own();
     const auto draw = [&](std::size_t i) {
@@ -304,6 +305,9 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
         const QRectF box = Box_Of(row);
         if (!In_View(box))
             return;
+        // A seam, so that a note that touches or covers another of its height is seen to begin.
+        if (box.width() > air)
+            painter.fillRect(QRectF(box.left() - seam, box.top(), seam, box.height()), theme.Tokens().panel);
         Draw_Event(painter, box, colour, row.Selected);
         if (box.width() < least)
             return;
