@@ -13,7 +13,6 @@ namespace tonvex {
 namespace {
 
 constexpr double LEAST_BARS = 8.0;
-constexpr double CHORD_NOTE = 48.0;
 
 bool Changes_The_Picture(int msgId) {
     switch (msgId) {
@@ -127,13 +126,17 @@ void Song_Overview::Prepare() {
             const auto event = store.ReadEvent(i);
             if (!event)
                 break;
+            const auto add = [&](double length, std::uint8_t note) {
+                strip.bars.push_back(
+                    {static_cast<float>(event->StartTime), static_cast<float>(length), note});
+            };
             if (event->Note != nullptr)
-                strip.bars.push_back({static_cast<float>(event->StartTime),
-                                      static_cast<float>(event->Note->Length), event->Note->Note});
-            else if (event->QChord != nullptr)
-                strip.bars.push_back({static_cast<float>(event->StartTime),
-                                      static_cast<float>(event->QChord->Length),
-                                      static_cast<std::uint8_t>(CHORD_NOTE)});
+                add(event->Note->Length, event->Note->Note);
+            else if (const QChordData* chord = event->QChord)
+                for (std::size_t n = 0; n < std::min<std::size_t>(chord->Active, chord->ChordNotes.size());
+                     ++n)
+                    if (const std::uint8_t note = chord->ChordNotes[n]; n == 0 || (note > 0 && note <= 127))
+                        add(chord->Length, note);
         }
         strips.push_back(std::move(strip));
     }
