@@ -132,6 +132,7 @@ void CueEngine::Player_SetRecChannelI(std::int32_t Row, std::int32_t Slot) {
 }
 
 void CueEngine::Player_CopyRecActiveNotes(const Live_Notes& Notes) {
+    player.Tell_Live_Notes(Notes);
     Post([Notes](Cue_Player& held) { held.Set_Live_Notes(Notes); });
 }
 

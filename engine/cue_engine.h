@@ -105,7 +105,7 @@ private:
 
     const Millisecond_Counter& counter;
     Cue_Drive drive;
-    Cue_Player player; ///< the player thread's while it runs
+    Cue_Player player; ///< the player thread's while it runs, but for what any thread may ask and tell
     bool running = false;
     std::int32_t listCount = 0;
 

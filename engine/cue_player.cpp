@@ -87,6 +87,7 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
         else
             Close(list, static_cast<std::int32_t>(note));
     }
+    const std::int64_t lateAt = Late_At(list);
     list.rows.swap(rows);
     list.sounding = std::move(kept);
     list.next = list.rows->First_At(position);
@@ -95,7 +96,8 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
     Note_Next(index);
     if (!playing)
         return;
-    // What has been walked is not walked again, also where a new clock reads less than the one before.
+    // What has been walked is not walked again, also where a new clock reads less than the one before. Nor
+    // is what lies before the present, unless the old rows were late: then the new ones go on from there.
     std::int64_t walkedAt = settledAt;
     for (const In_Flight& flying : inFlight) {
         if (flying.at != Cue_List::NEVER)
@@ -103,10 +105,20 @@ void Cue_Player::Replace_List(std::size_t index, std::shared_ptr<const Cue_List>
     }
     const auto items = list.rows->Items();
     const auto passed = std::partition_point(
-        items.begin() + static_cast<std::ptrdiff_t>(list.next), items.end(),
-        [&](const Cue_List::Item& item) { return item.at <= walkedAt || Moment_Of(item.at) < cutNs; });
+        items.begin() + static_cast<std::ptrdiff_t>(list.next), items.end(), [&](const Cue_List::Item& item) {
+            return item.at <= walkedAt || (item.at < lateAt && Moment_Of(item.at) < cutNs);
+        });
     list.next = static_cast<std::size_t>(passed - items.begin());
     Note_Next(index);
+}
+
+/// The place of the list's next row when it was to leave before cutNs and has not; NEVER otherwise. A port
+/// gets each row at its very moment, and a thread may have been put off.
+std::int64_t Cue_Player::Late_At(const List& list) const {
+    const auto items = list.rows->Items();
+    if (list.next >= items.size() || Moment_Of(items[list.next].at) >= cutNs)
+        return Cue_List::NEVER;
+    return items[list.next].at;
 }
 
 /// Rows of the channel are in flight.
@@ -203,11 +215,30 @@ void Cue_Player::Note_Next(std::size_t index) {
 }
 
 bool Cue_Player::Holds(int slot, int note) const noexcept {
-    return holds[Index(slot)][Index(note)].load(std::memory_order_relaxed) > 0;
+    return holds[Index(slot)][Index(note)].load() > 0;
+}
+
+void Cue_Player::Tell_Live_Notes(const Live_Notes& notes) noexcept {
+    for (std::size_t note = 0; note < notes.size(); ++note)
+        liveNow[note].store(notes[note]);
 }
 
 bool Cue_Player::Held(int slot, int note) const noexcept {
-    return slot == performerSlot && liveNotes[Index(note)] > 0;
+    return slot == performerSlot && liveNotes[Index(note)] > 0 && liveNow[Index(note)].load() > 0;
+}
+
+/// A row's end has come. True when the note goes on, with another row or with the performer, and this row no
+/// longer holds it.
+bool Cue_Player::Leave_Note(int slot, int note) noexcept {
+    const bool isLast = counts[Index(slot)][Index(note)] == 1;
+    if (isLast && !Held(slot, note))
+        return false;
+    --holds[Index(slot)][Index(note)];
+    // Let go just before that, the performer has found the row's hold and sent no off.
+    if (!isLast || Held(slot, note))
+        return true;
+    ++holds[Index(slot)][Index(note)];
+    return false;
 }
 
 /// False when the output has no room; nothing has happened then.
@@ -232,7 +263,7 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
         row.heedsPerformer = true;
         if (list.sounding[static_cast<std::size_t>(item.note)] != 0) {
             row.effect = Effect::Closed;
-            row.sent = counts[item.slot][item.a] == 1 && !Held(item.slot, item.a);
+            row.sent = !Leave_Note(item.slot, item.a);
         }
         break;
     case Cue_List::Kind::Patch:
@@ -249,8 +280,6 @@ bool Cue_Player::Walk(std::size_t index, std::int64_t dueNs) {
         const bool opened = row.effect == Effect::Opened;
         list.sounding[static_cast<std::size_t>(item.note)] = opened ? 1 : 0;
         counts[item.slot][item.a] += opened ? 1 : -1;
-        if (Leaves_The_Note(row))
-            --holds[item.slot][item.a];
     }
     ++list.next;
     Note_Next(index);

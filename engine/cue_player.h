@@ -55,6 +55,9 @@ public:
     /// slot: the performer's, -1 for none.
     void Set_Performer_Slot(int slot);
     void Set_Live_Notes(const Live_Notes& notes);
+    /// The same ahead of it, on the performer's thread: so that of him, who lets go and asks whether a row
+    /// Holds the note, and of a row that ends, one at least sees that nobody is left to send the off.
+    void Tell_Live_Notes(const Live_Notes& notes) noexcept;
     /// A row whose moment has come holds the note, and sends its end. Any thread; slot below OUTPUT_SLOTS,
     /// note 0 to 127.
     bool Holds(int slot, int note) const noexcept;
@@ -94,8 +97,10 @@ private:
 
     std::int64_t Moment_Of(std::int64_t at) const;
     void Note_Next(std::size_t index);
+    std::int64_t Late_At(const List& list) const;
     bool Walk(std::size_t index, std::int64_t dueNs);
     bool Held(int slot, int note) const noexcept;
+    bool Leave_Note(int slot, int note) noexcept;
     static bool Leaves_The_Note(const In_Flight& row);
     void Take_Back();
     void Undo(const In_Flight& row);
@@ -119,6 +124,7 @@ private:
     Counts<std::int32_t> counts{};             ///< notes that are on by slot and number, as far as was walked
     Counts<std::atomic<std::int32_t>> holds{}; ///< the same as of now; written by the player thread alone
     Live_Notes liveNotes{};
+    std::array<std::atomic<std::int32_t>, 128> liveNow{}; ///< the same, ahead of it
     int performerSlot = -1;
 
     bool clockSet = false;

@@ -138,6 +138,15 @@ TEST(Cue_Engine, Rows_Leave_Ahead_For_The_Synthesizer_And_In_Time_For_A_Port) {
         rig.Run_To(began + 300);
         EXPECT_TRUE(engine.At_End());
     }
+    engine.Player_Stop();
+    rig.Start();
+    const std::int64_t began = counter.Now_Ms();
+    rig.Run_To(began + 99);
+    counter.Advance_Ms(2); // late
+    rig.Update(0, song, true);
+    engine.Step();
+    EXPECT_EQ(output.Sounding_Order().back().dueNs, (began + 100) * 1'000'000)
+        << "the new list goes on there";
 }
 
 TEST(Cue_Engine, What_Changes_While_It_Plays_Acts_At_Once) {
@@ -203,6 +212,26 @@ TEST(Cue_Engine, What_Changes_While_It_Plays_Acts_At_Once) {
         test.Run_To(700);
         EXPECT_EQ(test.output.Text(), item.text);
         EXPECT_EQ(test.output.told.size(), test.output.Sounding_Order().size());
+    }
+}
+
+TEST(Cue_Engine, A_Note_Let_Go_As_Its_Row_Ends_Is_Ended_By_The_Row) {
+    for (const bool letGo : {false, true}) {
+        Simulated_Counter counter;
+        Recording_Cue_Output output;
+        Cue_Player player(output, counter, 0);
+        player.Set_List_Count(1);
+        player.Set_List(0, Cue_List::Make(Rows{On(0.0, 60), Off(0.2, 60)}));
+        player.Set_Clock(1.0F, 0, {{0.0, 0, 60}});
+        player.Set_Performer_Slot(0);
+        Cue_Player::Live_Notes held{};
+        held[60] = 1;
+        player.Set_Live_Notes(held);
+        player.Tell_Live_Notes(letGo ? Cue_Player::Live_Notes{} : held);
+        player.Start();
+        counter.Advance_Ms(200);
+        player.Advance();
+        EXPECT_EQ(output.Text(), letGo ? "0 +60/0 v100\n200 -60/0\n" : "0 +60/0 v100\n");
     }
 }
 
