@@ -66,7 +66,7 @@ bool Transpose_Song(Hub_Call& call) {
         std::vector<std::int32_t> eventIds;
         for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i)) {
             const auto event = store.ReadEvent(i);
-            if (event && (event->Kind == EV_NOTE || event->Kind == EV_QCHORD))
+            if (event)
                 eventIds.push_back(event->EventID);
         }
         for (const std::int32_t eventId : eventIds)
@@ -77,7 +77,8 @@ bool Transpose_Song(Hub_Call& call) {
 
 bool Change_Speed(Hub_Call& call) {
     const auto factor = call.Real(1);
-    if (!factor || *factor < 0.001 || *factor > 1000.0)
+    // A run plays the song as it is: nobody would tell it where everything has gone.
+    if (!factor || *factor < 0.001 || *factor > 1000.0 || call.session.transport.Song_Runs())
         return false;
     call.session.undo->Undo_AllChannels("change speed");
     GlobalChannelsManager& channels = *call.session.channels;

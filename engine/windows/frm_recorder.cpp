@@ -233,11 +233,16 @@ void frmRecorder::Button_Rec() {
         QTimer::singleShot(RETRY_MS, this, &frmRecorder::Button_Rec);
         return;
     }
+    if (practice.Plain()) {
+        session.doors.dialogs.Show_Message(Box_Kind::Information,
+                                           "You need to close the Practice window to start recording");
+        return;
+    }
     if (session.channels->ChannelI(channelId) < 0) {
         emit channelMissing();
         return;
     }
-    // The transport bar's own practice makes room and comes back.
+    // The practice of the channel itself makes room and comes back.
     practice.Hold();
     Transport_LockUI();
     session.recorder->StartRecording(session.transport.PlayPosition,

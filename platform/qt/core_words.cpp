@@ -304,6 +304,7 @@ constexpr const char* SOURCES[] = {
     QT_TRANSLATE_NOOP("Core", "You must select a file from the list."),
     QT_TRANSLATE_NOOP("Core", "You need to close the Practice window to create a new file"),
     QT_TRANSLATE_NOOP("Core", "You need to close the Practice window to open a file"),
+    QT_TRANSLATE_NOOP("Core", "You need to close the Practice window to start recording"),
     // MIDI files and mixdowns
     QT_TRANSLATE_NOOP("Core", "%1 is ready.\n%2"),
     QT_TRANSLATE_NOOP("Core", "%1 bits"),

@@ -246,6 +246,8 @@ TEST_F(MsgManager_Test, Recorded_Events_Wait_In_The_Buffer) {
 
 TEST_F(MsgManager_Test, Song_Messages) {
     const std::int32_t id = Add_Note(4.0, 60);
+    const std::int32_t style = store.AddNewEvent(0.0, MCEventData{.Root = 2}); // 48 and the root is its row
+    const auto root = [&] { return store.Get_Event_BaseNote(store.GetEvent_I(style)) - 48; };
     const auto tempoCount = [&] { return session.tempoChanges.In_Time_Order().size(); };
     const auto change = [&](std::size_t n) { return session.tempoChanges.In_Time_Order().at(n); };
     const std::vector<Case> cases = {
@@ -255,7 +257,7 @@ TEST_F(MsgManager_Test, Song_Messages) {
         {"position below 0", 1102, {-1.0}, {}, [&] { return session.transport.PlayPosition == 7.0; }},
         {"general update", 1200, {}, {1200}, [&] { return session.project.SongLength == 5.0; }},
         {"show position", 1201, {2.0}, {1201}, [&] { return session.transport.PlayPosition == 7.0; }},
-        {"transpose", 1300, {-3}, {1300, 1200}, [&] { return Note(id).Note == 57; }},
+        {"transpose", 1300, {-3}, {1300, 1200}, [&] { return Note(id).Note == 57 && root() == 11; }},
         {"speed", 1301, {2.0}, {1301, 1200}, [&] { return session.project.SongLength == 10.0; }},
         {"speed 0", 1301, {0.0}, {}, [&] { return session.project.SongLength == 10.0; }},
         {"tempo", 1302, {120}, {1302, 1200}, [&] { return session.project.ProjectTempo == 120; }},
@@ -283,6 +285,9 @@ TEST_F(MsgManager_Test, Tempo_Edits_In_A_Run_Ask_For_A_New_Anchor) {
         Send(msg, first, 50);
         EXPECT_TRUE(session.transport.TempoChangedRequest) << msg;
     }
+    Fresh();
+    Send(1301, 2.0);
+    EXPECT_TRUE(told.empty()) << "a run plays the song as it is";
 }
 
 TEST_F(MsgManager_Test, Record_Mode_Is_Heeded_Once_In_50_Ms) {

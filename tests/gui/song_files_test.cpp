@@ -266,6 +266,9 @@ void Song_Files_Test::The_Practice_Window_Refuses() {
     p.Files().Open();
     QCOMPARE(p.dialogs.shown.back().text,
              std::string("You need to close the Practice window to open a file"));
+    p.window->Recorder().Button_Rec();
+    QCOMPARE(p.dialogs.shown.back().text,
+             std::string("You need to close the Practice window to start recording"));
     QCOMPARE(p.Channels(), 2);
 }
 
