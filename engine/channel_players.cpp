@@ -31,6 +31,13 @@ void Channel_Players::Start_At(double time) {
     }
 }
 
+void Channel_Players::Catch_Up(double time) {
+    if (std::exchange(parts.state.TempoChangedRequest, false))
+        Tempo_Changed();
+    Take_Changes();
+    Follow_Mutes(time);
+}
+
 void Channel_Players::Take_Changes() {
     for (const auto& entry : players) {
         entry->player.Take_Changes();

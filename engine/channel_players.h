@@ -22,6 +22,9 @@ public:
     void Make_None() noexcept { players.clear(); }
     /// Puts every player at time and takes the mute table as it is now.
     void Start_At(double time);
+    /// Before the player library and the clock start at time: acts on what was changed since the lists were
+    /// rendered, so that a list is not replaced under the first notes.
+    void Catch_Up(double time);
     /// Starts and ends what is due up to time, in order of time over all channels: a note that ends where
     /// another on the same slot begins is ended first.
     void Step(double time);

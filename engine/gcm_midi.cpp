@@ -109,6 +109,16 @@ void GCM_Midi::GCM_PlayNoteOff(int channelRow, int note, int velocity, bool live
         output.Midi_NoteOff(slot, note, velocity, dueNs);
 }
 
+void GCM_Midi::View_Channel(int channelRow) {
+    if (channelRow == ViewChannelRow)
+        return;
+    for (int note = 0; note < static_cast<int>(NOTES); ++note)
+        for (std::int32_t shown = shownNotes[Index(note)]; shown > 0; --shown)
+            Hide_Note(ViewChannelRow, note);
+    shownNotes.fill(0);
+    ViewChannelRow = channelRow;
+}
+
 void GCM_Midi::Show_Note(int channelRow, int note) {
     if (!Views(channelRow))
         return;

@@ -67,8 +67,9 @@ public:
     /// patchRow last sent to the row's output slot; -1 before the first, and for a row without one.
     int Slot_Patch(int channelRow) const;
 
-    int ViewChannelRow = -1;              ///< the channel shown on the record piano
-    Transport_Observer* viewer = nullptr; ///< hears the notes of ViewChannelRow; may be null
+    /// The channel that is shown on the record piano, -1 for none. The notes of the one before go from there.
+    void View_Channel(int channelRow);
+    Transport_Observer* viewer = nullptr; ///< hears the notes of the channel viewed; may be null
     /// Notes of this row's player path are shown, those that the player library sounds too.
     bool Views(int channelRow) const noexcept { return viewer != nullptr && channelRow == ViewChannelRow; }
 
@@ -97,6 +98,7 @@ private:
     midiapi& output;
     GlobalChannelsManager& channels;
     Transport_State& transport;
+    int ViewChannelRow = -1;
     std::array<std::array<std::int32_t, NOTES>, ROWS> ChannelNoteCount{};
     std::array<std::array<std::uint8_t, NOTES>, ROWS> noteSlot{}; ///< valid while the count is above 0
     std::array<std::array<std::int32_t, NOTES>, OUTPUT_SLOTS> slotNoteCount{};

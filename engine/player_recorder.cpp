@@ -44,8 +44,9 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
     parts.gcm.GCM_SendAllVolumes();
     players.Start_At(start);
     engineRun.Set_Channels(start, RenderModule::NO_CHANNEL);
+    players.Catch_Up(start);
     clock.SetTime(start);
-    if (engineRun.Start(start) && state.PlayRequested)
+    if (state.PlayRequested && engineRun.Start(start))
         parts.loop.Run([this] { return parts.state.PlayRequested && Round(); });
 
     engineRun.Stop();
@@ -55,6 +56,7 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
     engineRun.End();
     state.LiveChanges = false;
     state.PlayRequested = false;
+    state.SeekRequest = -1.0;
     state.PlayPosition = clock.GetTime();
     state.TransportStopped = true;
     parts.gcm.GCM_SendAllPatches();
@@ -67,13 +69,16 @@ bool Player_Recorder::Transport_Play(double time, bool /*viewFollows*/, float sp
 
 /// False when the run is over.
 bool Player_Recorder::Round() {
-    double time = clock.GetTime();
+    if (Follow_Tempo(parts, clock))
+        players.Tempo_Changed();
+    double time = Current_Position(clock);
     const std::int64_t ms = clock.GetTimeMS();
-    if (std::abs(ms - lastShownMs) >= RUN_DISPLAY_MS) { // a seek may have turned the clock back
+    if (std::abs(ms - lastShownMs) >= RUN_DISPLAY_MS) { // a seek or a tempo may have turned the clock back
         lastShownMs = ms;
         Follow_Song(time, ms);
     }
-    if (Transport_Step(time)) {
+    // A seek that came with the end is still to be looked at.
+    if (Transport_Step(time) && parts.state.SeekRequest < 0.0) {
         parts.state.PlayRequested = false;
         endedByItself = true;
     }
@@ -82,11 +87,6 @@ bool Player_Recorder::Round() {
 
 void Player_Recorder::Follow_Song(double& time, std::int64_t ms) {
     parts.state.PlayPosition = time;
-    if (parts.state.TempoChangedRequest) {
-        parts.state.TempoChangedRequest = false;
-        Keep_Position_After_Tempo_Edit(clock, time);
-        players.Tempo_Changed();
-    }
     if (parts.state.SeekRequest >= 0.0) {
         time = Usable_Position(parts.state.SeekRequest);
         parts.state.SeekRequest = -1.0;
@@ -106,6 +106,7 @@ void Player_Recorder::Seek(double beats) {
     engineRun.Set_Position(beats);
     clock.SetTime(beats);
     players.Seek(beats);
+    players.Catch_Up(beats);
     if (!engineRun.Start(beats))
         parts.state.PlayRequested = false;
 }

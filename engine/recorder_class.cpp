@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -95,7 +96,7 @@ bool RecorderClass::Set_Up(double time, float speed, std::int32_t channel, bool 
     } else {
         parts.state.TransportStopped = false;
         parts.state.Recording = true;
-        parts.gcm.ViewChannelRow = RecChannelRow;
+        parts.gcm.View_Channel(RecChannelRow);
         parts.Tell(&Transport_Observer::On_Run_Started, true);
         // In a blend the old take goes on sounding; what is to be overwritten stays silent.
         const int silentRow = overwrite ? RecChannelRow : RenderModule::NO_CHANNEL;
@@ -187,21 +188,27 @@ bool RecorderClass::Start_Clock() {
     ClickVelocity =
         static_cast<std::int32_t>(RoundHalfEven(parts.project.MetronomeNoteA * CLICK_VELOCITY_FACTOR));
     LastClickBeat = -1;
+    if (!PracticeMode)
+        players.Catch_Up(startBeat);
     clock.Reset();
     startNs = parts.counter.Now_Ns();
-    return PracticeMode || engineRun.Start(startBeat);
+    return PracticeMode || (!Stop_Asked() && engineRun.Start(startBeat));
 }
 
 /// False when the run is over.
 bool RecorderClass::Round(bool metronome) {
-    const double time = clock.GetTime();
+    if (Follow_Tempo(parts, clock))
+        players.Tempo_Changed();
+    const double time = Current_Position(clock);
     if (metronome && parts.options.Metronome)
         Click(time);
     if (!PracticeMode) {
-        if (EndTime > -1.0 && time > EndTime)
+        if (EndTime > -1.0 && time > EndTime) {
             StopRequested = true;
+            endBeat = EndTime;
+        }
         const std::int64_t ms = clock.GetTimeMS();
-        if (ms - lastShownMs >= RUN_DISPLAY_MS) {
+        if (std::abs(ms - lastShownMs) >= RUN_DISPLAY_MS) { // a faster tempo turns the song's ms back
             lastShownMs = ms;
             Follow_Song(time, ms);
         }
@@ -224,11 +231,6 @@ void RecorderClass::Click(double time) {
 
 void RecorderClass::Follow_Song(double time, std::int64_t ms) {
     parts.state.PlayPosition = time;
-    if (parts.state.TempoChangedRequest) {
-        parts.state.TempoChangedRequest = false;
-        Keep_Position_After_Tempo_Edit(clock, time);
-        players.Tempo_Changed();
-    }
     parts.gcm.GCM_UpdateMaps(time);
     parts.Tell(&Transport_Observer::On_Position, time, ms);
     if (parts.channels.Is_Live_Row(RecChannelRow))
@@ -242,6 +244,7 @@ double RecorderClass::Position_Now() const {
 }
 
 void RecorderClass::End_Run(bool overwrite) {
+    (void)Follow_Tempo(parts, clock); // an edit may have come with the stop
     const double end = std::max(startBeat, endBeat >= 0.0 ? endBeat : Position_Now());
     if (!PracticeMode)
         engineRun.Stop();
@@ -259,7 +262,7 @@ void RecorderClass::End_Run(bool overwrite) {
             parts.channels.Store(RecChannelRow).CopyRecEvents();
         }
         parts.hub.End_Step();
-        parts.gcm.ViewChannelRow = -1;
+        parts.gcm.View_Channel(-1);
         parts.state.TransportStopped = true;
         parts.hub.Message(this, HUB_GENERAL_UPDATE);
         parts.hub.Message(this, HUB_SONG_POSITION, SavedPosition);

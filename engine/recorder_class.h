@@ -65,7 +65,7 @@ private:
     void Follow_Practice_Channel();
     bool Set_Up(double time, float speed, std::int32_t channel, bool overwrite, bool& opened);
     void Wait_For_Key();
-    /// False when the library's clock cannot be set.
+    /// False when the library's clock cannot be set, or the run was stopped meanwhile.
     bool Start_Clock();
     bool Round(bool metronome);
     void Click(double time);
@@ -122,7 +122,7 @@ private:
     double SavedPosition = 0.0;
     double startBeat = 0.0;       ///< where the run began
     std::int64_t startNs = 0;     ///< when its clock began
-    double endBeat = -1.0;        ///< where Escape ended it; -1: where it is found to be over
+    double endBeat = -1.0;        ///< where Escape or EndTime ended it; -1: where it is found to be over
     std::int64_t lastShownMs = 0; ///< song ms of the last display
 };
 

@@ -54,9 +54,13 @@ struct Transport_Parts {
 /// Shortest time, in song ms, between two updates of what a run shows.
 inline constexpr std::int64_t RUN_DISPLAY_MS = 10;
 
-/// Re-anchors a running clock at beats after the tempo list changed: whatever its formula makes of the
-/// new tempo, the song goes on from where it was.
-void Keep_Position_After_Tempo_Edit(VGetTickCount& clock, double beats);
+/// The first thing of a round. Re-anchors the running clock when the tempo map was edited: whatever its
+/// formula makes of the new tempo, the song goes on from where it was. True when it had to.
+bool Follow_Tempo(const Transport_Parts& parts, VGetTickCount& clock);
+
+/// The position now. GetTime alone reads on by the tempo before for once when it has passed a change, which
+/// is far off behind a round that came late.
+double Current_Position(VGetTickCount& clock);
 
 /// What a channel's volume makes of a velocity.
 inline float Vol_Factor(const GlobalChannel& channel) noexcept {

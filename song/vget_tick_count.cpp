@@ -67,6 +67,12 @@ void VGetTickCount::Find_Segment(double beats) {
     SegmentBeat = current.startBeat;
     Tempo = current.tempo;
     NextChangeBeat = next == all.end() ? NO_CHANGE_BEAT : next->startBeat;
+    foundRevision = tempoChanges.Revision();
+    foundTempo = project.ProjectTempo;
+}
+
+bool VGetTickCount::Map_Changed() const noexcept {
+    return UseTempoMap && (foundRevision != tempoChanges.Revision() || foundTempo != project.ProjectTempo);
 }
 
 std::int64_t VGetTickCount::GetTimeMS() const {

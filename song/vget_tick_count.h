@@ -76,6 +76,9 @@ public:
     /// Re-anchors a running clock after a tempo edit; the caller then sets the clock to the position when it
     /// does not read it.
     void UpdateClockTempo(double beats);
+    /// With the tempo map on: it is no longer the one that the current segment was found in. GetTime goes on
+    /// by that segment, all that looks at the whole map goes by the new one, until the clock is re-anchored.
+    bool Map_Changed() const noexcept;
 
     /// Tells the listener how the clock stands; done by itself whenever the position passes into another
     /// segment.
@@ -100,6 +103,8 @@ private:
     double NextChangeBeat = NO_CHANGE_BEAT;
     std::int64_t SegmentMS = 0;
     double SegmentBeat = 0.0;
+    std::uint64_t foundRevision = 0; ///< of the tempo list in which the segment was found
+    std::int32_t foundTempo = 0;     ///< and the song's tempo then
 
     // Worked out from the tempo list and the base tempo, kept until one of them changes.
     mutable std::vector<Tempo_Segment> segments;

@@ -350,12 +350,12 @@ void frmMain::On_Run_Ended() {
     if (focusBeforeRun != nullptr && piano->hasFocus())
         focusBeforeRun->setFocus();
     // The transport takes the viewed channel away at the end of a recording.
-    session.gcm->ViewChannelRow = session.channels->ChannelI(channelsList->Selected());
+    session.gcm->View_Channel(session.channels->ChannelI(channelsList->Selected()));
 }
 
 void frmMain::Channel_Selected(std::int32_t channelId) {
     if (!session.transport.Recording)
-        session.gcm->ViewChannelRow = session.channels->ChannelI(channelId);
+        session.gcm->View_Channel(session.channels->ChannelI(channelId));
     recorder->Set_Channel(channelId);
     piano->Set_Channel(channelId);
     keyboard->Set_Channel(channelId);

@@ -157,6 +157,26 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              });
          },
          Play_To_The_End, 70},
+        {"a late round across a slower tempo: 0.2 beats behind it are 400 ms",
+         [](Transport_Rig& rig) {
+             rig.tempoChanges.AddTempoChange(0.25, 30);
+             rig.Add_Note({0.45, 60, 100, 0.1});
+             rig.At(200, [&rig] { rig.counter.Advance_Ms(250); });
+         },
+         Play_To_The_End, 3},
+        {"an event added and a channel muted while the first key is waited for",
+         [](Transport_Rig& rig) {
+             rig.options.Global_Rec_WaitForKey = true;
+             rig.Add_Note({0.0, 60, 100, 0.3});
+             rig.Add_Channel(1);
+             rig.Add_Note({0.0, 64, 100, 0.3}, 1);
+             rig.At(100, [&rig] {
+                 rig.Add_Note({0.2, 62, 100, 0.1});
+                 rig.channels.Set_Mute(rig.channels.Channels[1].ChannelID, true);
+             });
+             rig.Keys("200+Z 250-Z");
+         },
+         [](Transport_Rig& rig) { rig.Record(700); }, 7, 1},
         // The transport's clock reads whole song milliseconds, two of the machine's here.
         {"half the speed", Dense_Song, [](Transport_Rig& rig) { rig.Play(0.0, -1, 0.5F); }, 70, 2},
     };

@@ -98,7 +98,7 @@ TEST_F(GCM_Midi_Test, Rows_And_Notes_That_Do_Not_Exist_Are_Passed_Over) {
 TEST_F(GCM_Midi_Test, The_Viewed_Channel_Shows_Its_Stored_Notes) {
     Counting_Viewer viewer;
     gcm.viewer = &viewer;
-    gcm.ViewChannelRow = second;
+    gcm.View_Channel(second);
     gcm.GCM_PlayNoteOn(lead, 60, 80, false);
     gcm.GCM_PlayNoteOn(second, 60, 80, false);
     gcm.GCM_PlayNoteOn(second, 60, 80, false);
@@ -106,7 +106,10 @@ TEST_F(GCM_Midi_Test, The_Viewed_Channel_Shows_Its_Stored_Notes) {
     gcm.GCM_PlayNoteOff(second, 60, 100, false);
     gcm.GCM_PlayNoteOff(second, 60, 100, false);
     gcm.GCM_PlayNoteOff(second, 60, 100, false);
-    EXPECT_EQ(viewer.seen, (Words{"+60", "+60", "-60", "-60"}));
+    gcm.GCM_PlayNoteOn(second, 62, 80, false);
+    gcm.View_Channel(lead); // takes the note along
+    gcm.GCM_PlayNoteOff(second, 62, 100, false);
+    EXPECT_EQ(viewer.seen, (Words{"+60", "+60", "-60", "-60", "+62", "-62"}));
 }
 
 TEST_F(GCM_Midi_Test, Patches_Come_From_The_Slots_Table) {

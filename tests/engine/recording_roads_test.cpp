@@ -163,12 +163,17 @@ TEST(Recording_Roads, A_Key_On_A_Channel_At_Volume_0_Neither_Sounds_Nor_Ends_Any
                            "500 Off 0 51 100\n550 Off 0 48 100\n600 AllOff\n");
 }
 
-TEST(Recording_Roads, A_Take_Follows_Tempo_Changes) {
+TEST(Recording_Roads, A_Take_Follows_Tempo_Changes_And_Edits) {
     Transport_Rig rig;
-    rig.tempoChanges.AddTempoChange(0.5, 120); // from 500 ms on a beat is 500 ms
-    rig.Keys("400+Z 750-Z");
-    rig.Record(1000);
-    EXPECT_EQ(rig.Events(), "0.4 48 127 0.6\n");
+    rig.Add_Channel(1);
+    rig.Add_Note({0.6, 60, 100, 0.1}, 1); // at 425 ms
+    rig.tempoChanges.AddTempoChange(0.5, 240);
+    rig.Keys("300+Z 440-Z"); // 0.3 and, with 0.2 beats at 120 in 100 ms and 40 ms at 240, 0.66
+    rig.At(300, [&] { rig.state.TempoChangedRequest = (rig.project.ProjectTempo = 120) != 0; });
+    rig.At(330, [&] { rig.channels.Set_Mute(rig.channels.Channels[1].ChannelID, true); });
+    rig.Record(500);
+    EXPECT_EQ(rig.Trace(), "300 On 0 48 102\n440 Off 0 48 100\n500 AllOff\n");
+    EXPECT_EQ(rig.Events(), "0.3 48 127 0.36\n");
 }
 
 TEST(Recording_Roads, Two_Takes_Lie_Side_By_Side) {
@@ -218,8 +223,10 @@ TEST(Recording_Roads, Where_Nothing_Can_Be_Recorded) {
 TEST(Recording_Roads, It_Stops_Behind_The_End_Time) {
     Transport_Rig rig;
     rig.recorder.EndTime = 0.25;
-    rig.Record(2000);
+    rig.Add_Notes("0.2 60 100 1  0.25 62 100 1");
+    rig.Record(2000, true);
     EXPECT_EQ(rig.counter.Now_Ms(), 251);
+    EXPECT_EQ(rig.Events(), "0.25 62 100 1\n") << "the span that was asked for";
 }
 
 TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {

@@ -83,5 +83,23 @@ TEST(Engine_Run, Sets_The_Clock_Or_Says_That_It_Cannot) {
     EXPECT_NE(rig.Trace().find("100 On 0 60 80\n"), std::string::npos) << rig.Trace();
 }
 
+TEST(Engine_Run, Is_Told_No_Clock_But_The_Right_One_At_A_Tempo_Edit) {
+    struct Told final : Clock_Listener {
+        std::vector<double> beats;
+        void clock_SetPars(float, std::int32_t tempo, std::int64_t startTick, std::int64_t ms, double beat,
+                           std::span<const Tempo_Segment>) override {
+            beats.push_back(beat + static_cast<double>(-startTick - ms) * tempo / 60000.0); // now is 0
+        }
+    } told;
+    Transport_Rig rig;
+    rig.tempoChanges.AddTempoChange(10.0, 30);
+    rig.player.Clock().UseTempoMap = true;
+    rig.player.Clock().SetTime(12.0);
+    rig.player.Clock().listener = &told;
+    rig.tempoChanges.AddTempoChange(14.0, 60);
+    EXPECT_TRUE(Follow_Tempo(rig.parts, rig.player.Clock()));
+    EXPECT_EQ(told.beats, std::vector<double>{12.0});
+}
+
 } // namespace
 } // namespace tonvex
