@@ -33,6 +33,13 @@ void Send_Patch_And_Pan(const Hub_Call& call, int row) {
     call.session.gcm->GCM_SetChannelPan(row);
 }
 
+/// A channel leaves the slot while the song runs. Its stored notes are ended by who plays them; those that
+/// the performer holds there nobody would end.
+void End_Live_Notes(const Hub_Call& call, int slot) {
+    if (call.session.transport.LiveSlot == slot)
+        call.session.output->Midi_ChannelNotesOff(slot);
+}
+
 bool Set_Patch(Hub_Call& call) {
     const int row = Row_Of(call);
     const auto patchRow = call.Long(2);
@@ -77,9 +84,8 @@ bool Delete_Channel(Hub_Call& call) {
     const GlobalChannel gone = Channel_At(call, row);
     call.session.undo->Undo_DeleteChannel(row, "Delete channel");
     call.session.events.PassMsg(-MSG_DELETE_CHANNEL, channelId, gone.ChannelName);
-    // Nobody ends the notes of a row that is gone.
-    if (call.session.transport.Song_Runs() && Is_Midi(gone))
-        call.session.output->Midi_ChannelNotesOff(gone.OutputChannel);
+    if (Is_Midi(gone))
+        End_Live_Notes(call, gone.OutputChannel);
     call.session.channels->Delete_Channel(channelId);
     call.noticeText = gone.ChannelName;
     return true;
@@ -133,9 +139,7 @@ bool Set_Output(Hub_Call& call) {
     if (before == *slot)
         return true;
     call.session.undo->Undo_SlotMap(Map_Kind::Pan, *slot, "Change output channel");
-    // The offs of what sounds now would go to the new slot.
-    if (call.session.transport.Song_Runs())
-        call.session.output->Midi_ChannelNotesOff(before);
+    End_Live_Notes(call, before);
     call.session.channels->Set_OutputChannel(*call.Long(1), static_cast<std::uint8_t>(*slot));
     Send_Patch_And_Pan(call, row);
     return true;

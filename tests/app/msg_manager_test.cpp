@@ -97,11 +97,15 @@ TEST_F(MsgManager_Test, Live_Changes_Sound_At_Once) {
     Send(1005, CHANNEL, 20);
     EXPECT_EQ(sent(Sound_Op::Pan, 0, 20), 1) << "only what differs";
     session.transport.PlayRequested = true;
+    Send(1012, CHANNEL, 3);
+    EXPECT_EQ(sent(Sound_Op::ChannelNotesOff, 0, 0), 0) << "other channels may sound there";
+    session.transport.LiveSlot = 3;
     Fresh();
     Send(1012, CHANNEL, 4);
-    EXPECT_EQ(test.sound.posted.front().op, Sound_Op::ChannelNotesOff) << "what sounds on the old slot ends";
-    EXPECT_EQ(test.sound.posted.front().slot, 0);
+    EXPECT_EQ(test.sound.posted.front().op, Sound_Op::ChannelNotesOff) << "what the performer holds ends";
+    EXPECT_EQ(test.sound.posted.front().slot, 3);
     EXPECT_EQ(sent(Sound_Op::Pan, 4, 20), 1);
+    session.transport.LiveSlot = 4;
     Fresh();
     Send(1004, CHANNEL);
     ASSERT_FALSE(test.sound.posted.empty());
@@ -279,15 +283,14 @@ TEST_F(MsgManager_Test, Song_Messages) {
 
 TEST_F(MsgManager_Test, Tempo_Edits_In_A_Run_Ask_For_A_New_Anchor) {
     session.transport.PlayRequested = true;
+    Send(1301, 2.0);
+    EXPECT_TRUE(told.empty()) << "a run plays the song as it is";
     for (const auto& [msg, first] :
          {std::pair{1302, 100}, {1600, 8}, {1602, FIRST_ID}, {1701, FIRST_ID}, {1601, FIRST_ID}}) {
         session.transport.TempoChangedRequest = false;
         Send(msg, first, 50);
         EXPECT_TRUE(session.transport.TempoChangedRequest) << msg;
     }
-    Fresh();
-    Send(1301, 2.0);
-    EXPECT_TRUE(told.empty()) << "a run plays the song as it is";
 }
 
 TEST_F(MsgManager_Test, Record_Mode_Is_Heeded_Once_In_50_Ms) {
