@@ -10,11 +10,10 @@ namespace {
 constexpr std::int16_t NO_STEP = -1;
 constexpr std::int16_t FIRST_NOTE_VALUE = -1000; ///< StepMs of a beat; each one below halves it
 constexpr int SHORTEST_NOTE_VALUE = 10;          ///< 1/1024 beat, below the grain of any round
-constexpr int NO_OCTAVE = -1;
 constexpr int HIGHEST_OCTAVE = 10;
 constexpr int RELATIVE_BELOW = 12; ///< no stored chord begins in the lowest octave
 constexpr int NOTES = 128;
-constexpr int LAST_BYTE = 255;
+constexpr std::uint8_t NO_CHORD_TYPE = 255;
 constexpr double SAME_MOMENT_BEATS = 1.0e-9;
 
 bool Is_Note(int note) noexcept {
@@ -23,7 +22,7 @@ bool Is_Note(int note) noexcept {
 
 /// A chord of a type whose notes are intervals above the octave in force.
 bool Is_Relative(const QChordData& data) noexcept {
-    return data.ChordTypeIndex < 255 && data.Octave == 0 && data.VariableOctave == 0;
+    return data.ChordTypeIndex < NO_CHORD_TYPE && data.Octave == 0 && data.VariableOctave == 0;
 }
 
 } // namespace
@@ -35,8 +34,12 @@ void QChordClass::SetQchordData(const QChordData& Data, int octave, double start
     Prepare(Data, std::clamp(octave, 0, HIGHEST_OCTAVE), startTime);
 }
 
+int QChordClass::Stored_Octave(const QChordData& Data) noexcept {
+    return Data.ChordNotes[0] < RELATIVE_BELOW ? STORED_OCTAVE : NO_OCTAVE;
+}
+
 void QChordClass::Set_Stored_Chord(const QChordData& Data, double startTime) {
-    Prepare(Data, Data.ChordNotes[0] < RELATIVE_BELOW ? STORED_OCTAVE : NO_OCTAVE, startTime);
+    Prepare(Data, Stored_Octave(Data), startTime);
 }
 
 void QChordClass::Prepare(const QChordData& Data, int octave, double startTime) {
@@ -46,13 +49,16 @@ void QChordClass::Prepare(const QChordData& Data, int octave, double startTime) 
     nextStep = 0;
     NoteOn.reset();
     ArpNotes.clear();
+    StepBeats = 0.0;
     shownNotes.clear();
     stringNote.fill(NO_NOTE);
     pattern = nullptr;
     Octave = data.Octave;
     BaseNote = 0;
-    if (Is_On(data.ArpeggioOn))
-        return Prepare_Picking();
+    if (Is_On(data.ArpeggioOn)) {
+        Prepare_Picking();
+        return Pass_Idle_Steps();
+    }
     if (Is_Relative(data) && octave != NO_OCTAVE) {
         Octave = octave;
         BaseNote = 12 * octave + 12;
@@ -64,23 +70,37 @@ void QChordClass::Prepare(const QChordData& Data, int octave, double startTime) 
     form = Form::Strike;
     if (data.StepMs != NO_STEP && data.PatternNoteCount > 0)
         Prepare_Arpeggio();
+    Pass_Idle_Steps();
+}
+
+double QChordClass::Length_Of_Step() const {
+    if (data.StepMs <= FIRST_NOTE_VALUE)
+        return std::ldexp(1.0, -std::min(FIRST_NOTE_VALUE - data.StepMs, SHORTEST_NOTE_VALUE));
+    const std::int32_t tempo = Tempo_At(StartTime, *tempoChanges, project->ProjectTempo);
+    return std::max(0.0, data.StepMs / Beat_Length_Ms(tempo));
+}
+
+void QChordClass::Tempo_Changed(double Time) {
+    if (form != Form::Arpeggio || nextStep >= MAX_STEPS || StepBeats == Length_Of_Step())
+        return;
+    StepBeats = Length_Of_Step();
+    nextStep = 0;
+    while (Next_Step_Time() <= Time)
+        ++nextStep;
+    Pass_Idle_Steps();
 }
 
 void QChordClass::Prepare_Arpeggio() {
     form = Form::Arpeggio;
-    if (data.StepMs <= FIRST_NOTE_VALUE) {
-        const int halvings = std::min(FIRST_NOTE_VALUE - data.StepMs, SHORTEST_NOTE_VALUE);
-        StepBeats = std::ldexp(1.0, -halvings);
-    } else {
-        const std::int32_t tempo = Tempo_At(StartTime, *tempoChanges, project->ProjectTempo);
-        StepBeats = std::max(0.0, data.StepMs / Beat_Length_Ms(tempo));
-    }
+    StepBeats = Length_Of_Step();
     const auto entries = std::min<std::size_t>(data.PatternNoteCount, data.PatternNotes.size());
     for (std::size_t i = 0; i < entries; ++i) {
         const int place = data.PatternNotes[i];
         if (place >= 1 && place <= Used_Notes())
             ArpNotes.push_back(Note_At(place));
     }
+    if (std::none_of(ArpNotes.begin(), ArpNotes.end(), Is_Note))
+        ArpNotes.clear();
 }
 
 void QChordClass::Prepare_Picking() {
@@ -92,7 +112,6 @@ void QChordClass::Prepare_Picking() {
         pattern = nullptr;
         return;
     }
-    form = Form::Picking;
     transposition = Wrap12(data.ChordFlagA - pattern->BaseChord);
     std::bitset<NOTES> struck;
     for (const PickRow& row : pattern->PickRows) {
@@ -102,6 +121,8 @@ void QChordClass::Prepare_Picking() {
                 struck.set(static_cast<std::size_t>(note));
         }
     }
+    if (struck.any())
+        form = Form::Picking;
     for (int note = 0; note < NOTES; ++note) {
         if (struck.test(static_cast<std::size_t>(note)))
             shownNotes.push_back(note);
@@ -112,9 +133,10 @@ int QChordClass::Used_Notes() const noexcept {
     return std::min<int>(data.Active, static_cast<int>(data.ChordNotes.size()));
 }
 
-/// place: 1 to Used_Notes.
+/// place: 1 to Used_Notes. Within a byte: an interval below the octave, as a layout that is tuned down holds
+/// one, has wrapped round and comes back.
 int QChordClass::Note_At(int place) const noexcept {
-    return data.ChordNotes[static_cast<std::size_t>(place - 1)] + BaseNote;
+    return static_cast<std::uint8_t>(data.ChordNotes[static_cast<std::size_t>(place - 1)] + BaseNote);
 }
 
 /// string: 0 the lowest. NO_NOTE when the row does not strike it.
@@ -153,6 +175,28 @@ double QChordClass::Next_Step_Time() const noexcept {
     return StartTime + Step_Offset(nextStep);
 }
 
+bool QChordClass::Changes_Nothing(std::int64_t step) const noexcept {
+    if (form == Form::Strike)
+        return shownNotes.empty();
+    if (form == Form::Arpeggio) {
+        const int note = ArpNotes[static_cast<std::size_t>(step) % ArpNotes.size()];
+        return StepBeats > 0.0 && !Is_Note(note) && (Is_On(data.VariableOctave) || NoteOn.none());
+    }
+    const PickRow& row = pattern->PickRows[static_cast<std::size_t>(step) % pattern->PickRows.size()];
+    for (std::size_t string = 0; string < STRINGS; ++string) {
+        const bool stops = row.Strings[string] != PickRow::NOTHING && stringNote[string] != NO_NOTE;
+        if (stops || String_Note(row, string) != NO_NOTE)
+            return false;
+    }
+    return true;
+}
+
+/// So that nobody waits for them. Each pass has a step that sounds something.
+void QChordClass::Pass_Idle_Steps() noexcept {
+    while (Step_Offset(nextStep) < NEVER && Changes_Nothing(nextStep))
+        ++nextStep;
+}
+
 void QChordClass::GetMsg_On_Time(double Time, QChord_Messages& Messages) {
     Messages.LastIndex = -1;
     Messages.Time = Time;
@@ -162,7 +206,7 @@ void QChordClass::GetMsg_On_Time(double Time, QChord_Messages& Messages) {
             Note_Off(note, Messages);
         return;
     }
-    while (Messages.LastIndex < 0 && Next_Step_Time() <= Time)
+    if (Next_Step_Time() <= Time)
         Take_Step(Messages);
 }
 
@@ -176,6 +220,7 @@ void QChordClass::Take_Step(QChord_Messages& messages) {
     else
         Picking_Step(messages);
     ++nextStep;
+    Pass_Idle_Steps();
 }
 
 void QChordClass::Strike(QChord_Messages& messages) {
@@ -272,8 +317,10 @@ QChordData QChordClass::Stored_Copy(double length) const {
     copy.Length = length;
     copy.Octave = static_cast<std::uint8_t>(Octave);
     for (int place = 1; place <= Used_Notes(); ++place)
-        copy.ChordNotes[static_cast<std::size_t>(place - 1)] =
-            static_cast<std::uint8_t>(std::min(Note_At(place), LAST_BYTE));
+        copy.ChordNotes[static_cast<std::size_t>(place - 1)] = static_cast<std::uint8_t>(Note_At(place));
+    // Of a type it would be raised: it sounded below the lowest octave.
+    if (BaseNote > 0 && Octave == 0 && copy.ChordNotes[0] < RELATIVE_BELOW)
+        copy.ChordTypeIndex = NO_CHORD_TYPE;
     return copy;
 }
 

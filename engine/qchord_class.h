@@ -57,6 +57,7 @@ public:
     static constexpr double STOP = -1.0;
     /// Octave that a stored chord is raised by.
     static constexpr int STORED_OCTAVE = 3;
+    static constexpr int NO_OCTAVE = -1;
     static constexpr double NEVER = std::numeric_limits<double>::infinity();
     /// Steps that one chord plays at most, so that no stored length is work without end.
     static constexpr std::int64_t MAX_STEPS = 65536;
@@ -68,11 +69,16 @@ public:
     void SetQchordData(const QChordData& Data, int octave, double startTime);
     /// A chord of an event: it has its octave in its notes, unless the first of them lies below 12.
     void Set_Stored_Chord(const QChordData& Data, double startTime);
+    /// The octave that Set_Stored_Chord raises a chord of intervals by, NO_OCTAVE for none.
+    static int Stored_Octave(const QChordData& Data) noexcept;
 
     /// The earliest step that is due at Time and was not given yet; LastIndex -1 when there is none. Call
     /// until there is none. With STOP: the end of every note that is on; no step comes behind it.
     void GetMsg_On_Time(double Time, QChord_Messages& Messages);
-    /// Beat of the next step, NEVER behind the last.
+    /// The tempo list was edited, and the song is at Time: steps given in milliseconds last other beats. The
+    /// next is the first behind Time of those that the chord's stored form has now.
+    void Tempo_Changed(double Time);
+    /// Beat of the next step that changes anything, NEVER behind the last.
     double Next_Step_Time() const noexcept;
     /// Beat of the last step given; StartTime before the first.
     double Last_Step_Time() const noexcept { return lastStepTime; }
@@ -104,6 +110,7 @@ private:
     static constexpr int NO_NOTE = -1;
 
     void Prepare(const QChordData& Data, int octave, double startTime);
+    double Length_Of_Step() const;
     void Prepare_Arpeggio();
     void Prepare_Picking();
     bool PickLoaded() const noexcept { return pattern != nullptr; }
@@ -111,6 +118,8 @@ private:
     int Note_At(int place) const noexcept;
     int String_Note(const PickRow& row, std::size_t string) const noexcept;
     double Step_Offset(std::int64_t step) const noexcept;
+    bool Changes_Nothing(std::int64_t step) const noexcept;
+    void Pass_Idle_Steps() noexcept;
     void Take_Step(QChord_Messages& messages);
     void Strike(QChord_Messages& messages);
     void Arpeggio_Step(QChord_Messages& messages);

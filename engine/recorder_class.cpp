@@ -197,9 +197,13 @@ bool RecorderClass::Start_Clock() {
 
 /// False when the run is over.
 bool RecorderClass::Round(bool metronome) {
-    if (Follow_Tempo(parts, clock))
-        players.Tempo_Changed();
+    const bool tempoChanged = Follow_Tempo(parts, clock);
     const double time = Current_Position(clock);
+    if (tempoChanged) {
+        players.Tempo_Changed();
+        for (Live_Chord& chord : QChords)
+            chord.QChord.Tempo_Changed(time);
+    }
     if (metronome && parts.options.Metronome)
         Click(time);
     if (!PracticeMode) {

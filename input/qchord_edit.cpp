@@ -19,6 +19,11 @@ constexpr std::size_t LEAST_NUMBERS = 2;
 /// One more than the message says.
 constexpr std::size_t MOST_NUMBERS = 9;
 
+/// Intervals above the active octave; those below it have wrapped round.
+bool Is_Relative(const QChordData& chord) {
+    return chord.ChordTypeIndex != NO_CHORD_TYPE && chord.Octave == 0 && !Is_On(chord.VariableOctave);
+}
+
 std::string Trimmed(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
@@ -137,13 +142,11 @@ void Set_Chord(const NotesStuff& notes, Chord_Source source, int root, int type,
     notes.FillChordData(chord, root, type, guitar ? 0 : octave, true);
 }
 
-std::vector<int> Sounding_Notes(const QChordData& chord, int activeOctave) {
-    const bool relative =
-        chord.ChordTypeIndex != NO_CHORD_TYPE && chord.Octave == 0 && !Is_On(chord.VariableOctave);
-    const int base = relative ? activeOctave * 12 + 12 : 0;
+std::vector<int> Sounding_Notes(const QChordData& chord, int octave) {
+    const int base = Is_Relative(chord) ? octave * 12 + 12 : 0;
     std::vector<int> sounding;
     for (std::size_t i = 0; i < std::min<std::size_t>(chord.Active, chord.ChordNotes.size()); ++i)
-        sounding.push_back(chord.ChordNotes[i] + base);
+        sounding.push_back(static_cast<std::uint8_t>(chord.ChordNotes[i] + base));
     return sounding;
 }
 
@@ -160,7 +163,9 @@ void Set_Custom(const std::vector<int>& sounding, QChordData& chord) {
 std::string Notes_Text(const NotesStuff& notes, const QChordData& chord) {
     std::string text = "Notes: ";
     for (std::size_t i = 0; i < std::min<std::size_t>(chord.Active, chord.ChordNotes.size()); ++i)
-        text += (i == 0 ? "" : " ") + notes.NoteName(chord.ChordNotes[i]);
+        text += (i == 0 ? "" : " ") + (Is_Relative(chord)
+                                           ? notes.RootName(static_cast<std::int8_t>(chord.ChordNotes[i]))
+                                           : notes.NoteName(chord.ChordNotes[i]));
     return text;
 }
 

@@ -58,11 +58,12 @@ std::string Read_Picking(const Picking_Choice& picking, QChordData& chord);
 /// guitar chord has no octave.
 void Set_Chord(const NotesStuff& notes, Chord_Source source, int root, int type, int octave,
                QChordData& chord);
-/// The notes that the record sounds with activeOctave (0 to 5): what a custom chord takes over from it.
-std::vector<int> Sounding_Notes(const QChordData& chord, int activeOctave);
+/// The notes that the record sounds: what a custom chord takes over from it. octave: the active one, 0 to 5;
+/// -1 for a stored chord whose notes stand where they sound.
+std::vector<int> Sounding_Notes(const QChordData& chord, int octave);
 /// Literal notes, at most 6, without a chord type.
 void Set_Custom(const std::vector<int>& sounding, QChordData& chord);
-/// "Notes: " and the names of the notes.
+/// "Notes: " and the names of the notes, without octaves while the active octave decides about them.
 std::string Notes_Text(const NotesStuff& notes, const QChordData& chord);
 
 } // namespace QChord_Edit

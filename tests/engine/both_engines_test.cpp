@@ -143,6 +143,20 @@ TEST(Both_Engines, Sound_The_Same_Song) {
              rig.Add_Note({0.0, 60, 100, 0.2});
          },
          Play_To_The_End, 3},
+        {"steps that sound nothing are nothing to wait for",
+         [](Transport_Rig& rig) {
+             QChordData chord;
+             chord.Active = chord.PatternNoteCount = 2;
+             chord.ChordNotes = {60, 130};
+             chord.ChordVol = 90;
+             chord.StepMs = 100;
+             chord.PatternNotes = {1, 2};
+             chord.Length = 5.0;
+             rig.channels.Store(0).AddNewEvent(0.0, chord);
+             chord.PatternNotes = {2, 2};
+             rig.channels.Store(0).AddNewEvent(0.05, chord);
+         },
+         Play_To_The_End, 3},
         {"begun behind the start of the last note",
          [](Transport_Rig& rig) {
              rig.Add_Note({0.0, 60, 100, 2.0});

@@ -122,6 +122,19 @@ TEST(ChordRoads, A_Late_Round_Gives_Every_Step_Its_Own_Moment) {
     EXPECT_EQ(rig.Due_Ms(), (std::vector<std::int64_t>{100, 200, 300, 400, 500, 600}));
 }
 
+TEST(ChordRoads, A_Tempo_Edit_Leaves_Milliseconds_What_They_Are) {
+    Chord_Rig rig;
+    rig.Arpeggio(ONE, {1, 2}, 200, true);
+    rig.Script({{100, ONE, true}, {900, ONE, false}});
+    rig.At(350, [&rig] {
+        rig.project.ProjectTempo = 120;
+        rig.state.TempoChangedRequest = true;
+    });
+    ASSERT_TRUE(rig.Record(1000));
+    // At beat 0.35; from there on they are 0.4 beats from the press, as the stored chord counts them.
+    EXPECT_EQ(rig.Due_Ms(), (std::vector<std::int64_t>{100, 300, 425, 625, 825}));
+}
+
 TEST(ChordRoads, A_Stored_Chord_Leaves_Out_What_The_Performer_Holds) {
     for (const bool engine : {false, true}) {
         SCOPED_TRACE(engine);

@@ -230,6 +230,14 @@ TEST(QChord, A_Chord_Without_An_Octave_Takes_The_One_In_Force) {
     EXPECT_EQ(stored.ChordNotes, (std::array<std::uint8_t, 6>{81, 85, 88}));
     EXPECT_EQ(stored.Octave, 5);
     EXPECT_EQ(stored.Length, 1.5);
+    // Three semitones down: intervals wrap round. Stored in the lowest octave they stay where they sounded.
+    const QChordData below = With(Custom({253, 1, 4}, -1, {}, 0.0), major);
+    chord.SetQchordData(below, 3, 0.0);
+    EXPECT_EQ(chord.Shown_Notes(), (std::vector<int>{45, 49, 52}));
+    chord.SetQchordData(below, 0, 0.0);
+    const QChordData lowest = chord.Stored_Copy(1.0);
+    chord.Set_Stored_Chord(lowest, 0.0);
+    EXPECT_EQ(chord.Shown_Notes(), (std::vector<int>{9, 13, 16}));
     const QChordData own = With(Custom({57, 61, 64}, -1, {}, 0.0), [](QChordData& data) {
         data.ChordTypeIndex = 0;
         data.Octave = 3;

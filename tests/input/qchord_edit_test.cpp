@@ -81,6 +81,15 @@ TEST(QChordEdit, ShowsARecordInTheControls) {
     EXPECT_EQ(with(-1007, FLAG_OFF, 1), choice(Chord_Source::Piano, 1, {true, true, "", "1 3 2", -1}));
 }
 
+TEST(QChordEdit, Tells_The_Notes_Of_A_Chord_That_Was_Tuned_Down) {
+    QChordData chord;
+    chord.Active = 3;
+    chord.ChordTypeIndex = 0;
+    chord.ChordNotes = {253, 1, 4};
+    EXPECT_EQ(Sounding_Notes(chord, 3), (std::vector<int>{45, 49, 52}));
+    EXPECT_EQ(Notes_Text(NotesStuff(), chord), "Notes: A C# E");
+}
+
 TEST(QChordEdit, FindsTheNearestRowOfBeats) {
     EXPECT_EQ(Beats_Text(0), "1");
     EXPECT_EQ(Beats_Text(3), "1/8");
