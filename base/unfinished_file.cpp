@@ -1,5 +1,6 @@
 #include "base/unfinished_file.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -27,7 +28,12 @@ void Flush_Folder(const fs::path& folder) {
 int Create_Beside(const fs::path& target, fs::path& created) {
     // The beginning of a name is enough to tell whose it is, and leaves room for the rest.
     constexpr std::size_t SHOWN = 100;
-    const std::string name = ".tonvex-" + target.filename().string().substr(0, SHOWN) + "-";
+    const std::string shown = target.filename().string();
+    // Not within a character: disks that keep names as characters, as those of most sticks, take no half one.
+    std::size_t cut = std::min(shown.size(), SHOWN);
+    while (cut > 0 && cut < shown.size() && (static_cast<unsigned char>(shown[cut]) & 0xC0U) == 0x80U)
+        --cut;
+    const std::string name = ".tonvex-" + shown.substr(0, cut) + "-";
     std::random_device random;
     for (int attempt = 0; attempt < 100; ++attempt) {
         created = target.parent_path() / (name + std::to_string(random()));
@@ -50,6 +56,11 @@ bool Unfinished_File::Begin(const fs::path& path, std::string& error) {
         error = std::strerror(EISDIR);
         return false;
     }
+    // The folder's rights alone would let a file be replaced that its owner has locked.
+    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0 && errno != ENOENT) {
+        error = std::strerror(errno);
+        return false;
+    }
     handle = Create_Beside(target, unfinished);
     if (handle >= 0)
         return true;
@@ -64,9 +75,12 @@ bool Unfinished_File::Keep(std::string& error) {
         return false;
     }
     struct stat old {};
+    struct stat made {};
     const bool replaces = ::stat(target.c_str(), &old) == 0;
-    const bool kept = (!replaces || ::fchmod(handle, old.st_mode & 07777U) == 0) && ::fsync(handle) == 0 &&
-                      ::close(std::exchange(handle, -1)) == 0 &&
+    // Some network disks refuse every change of permissions, one to what they are too.
+    const bool permitted = !replaces || (::fstat(handle, &made) == 0 && made.st_mode == old.st_mode) ||
+                           ::fchmod(handle, old.st_mode & 07777U) == 0;
+    const bool kept = permitted && ::fsync(handle) == 0 && ::close(std::exchange(handle, -1)) == 0 &&
                       ::rename(unfinished.c_str(), target.c_str()) == 0;
     if (!kept) {
         error = std::strerror(errno);

@@ -15,7 +15,8 @@ public:
     Unfinished_File(const Unfinished_File&) = delete;
     Unfinished_File& operator=(const Unfinished_File&) = delete;
 
-    /// False, with a text in error, when nothing can be written beside the target.
+    /// False, with a text in error, when nothing can be written beside the target, or a file there is one
+    /// that the process may not write.
     bool Begin(const std::filesystem::path& target, std::string& error);
     /// Open for reading and writing while the file is unfinished; -1 else.
     int Handle() const noexcept { return handle; }
