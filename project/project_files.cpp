@@ -45,6 +45,14 @@ const char* Told(Read_Outcome outcome) {
     return "Error loading file";
 }
 
+/// For a new song. False when none of them can be loaded.
+bool Take_Default_Fonts(DLSListClass& fonts) {
+    // With a MIDI port as the output nothing is read; it is when the synthesizer comes, into an empty list.
+    fonts.CurList.clear();
+    fonts.Load_DefaultList(true);
+    return fonts.Keep_Or_Load_CurList();
+}
+
 } // namespace
 
 /// The observers show that work goes on while this lives.
@@ -90,19 +98,17 @@ void Project_Files::Sort_Channels() const {
     }
 }
 
-/// By way of the temp folder, so that a disk that fills up is noticed where nothing of the user's lies.
+/// By way of the temp folder while there is room, so that a disk that fills up is noticed where nothing of
+/// the user's lies. Without room the song must still be able to go to another disk, which is whole or nothing
+/// as well.
 bool Project_Files::Write(const fs::path& path, const Song_Snapshot& song) const {
     std::optional<std::vector<std::uint8_t>> bytes = Write_Project(song);
     std::string error;
     const fs::path temp = parts.host.Temp_Folder();
-    if (bytes && !temp.empty()) {
-        const fs::path prepared = temp / TEMPORARY_FILE;
+    if (bytes && !temp.empty() && Write_File(temp / TEMPORARY_FILE, *bytes)) {
+        bytes = Read_File(temp / TEMPORARY_FILE);
         std::error_code ignored;
-        if (Write_File(prepared, *bytes))
-            bytes = Read_File(prepared);
-        else
-            bytes.reset();
-        fs::remove(prepared, ignored);
+        fs::remove(temp / TEMPORARY_FILE, ignored);
     }
     return bytes && Replace_File(path, *bytes, error);
 }
@@ -127,6 +133,9 @@ bool Project_Files::SaveProject(const fs::path& path, std::int32_t saveAs, bool 
             return false;
         }
         idChange.emplace(parts.host.Audio_Folder(), song.State.ProjectID);
+    } else if (isCopy && !song.Has_Audio_Channel()) {
+        // Nothing to play under the song's ID; what is recorded under it later must stay the song's alone.
+        song.State.ProjectID = 0;
     }
     const auto how =
         isCopy || oldId != 0 ? Project_ID_Change::Files::Copied : Project_ID_Change::Files::Renamed;
@@ -264,8 +273,7 @@ void Project_Files::Empty_Model() {
 }
 
 void Project_Files::Reset_With_Fonts() {
-    parts.fonts.Load_DefaultList(true);
-    parts.fonts.Keep_Or_Load_CurList();
+    (void)Take_Default_Fonts(parts.fonts);
     Reset();
 }
 
@@ -279,8 +287,7 @@ void Project_Files::Reset() {
 bool Project_Files::NewProject() {
     if (parts.transport.Song_Runs())
         return false;
-    parts.fonts.Load_DefaultList(true);
-    if (!parts.fonts.Keep_Or_Load_CurList())
+    if (!Take_Default_Fonts(parts.fonts))
         Show(Box_Kind::Warning, NO_DEFAULT_FONT);
     if (clearsUnsavedAudio)
         Delete_Unsaved_Audio(parts.host.Audio_Folder());
