@@ -6,6 +6,7 @@
 #include "engine/fingerpick_pattern.h"
 #include "input/keyboard_layout_file.h"
 #include "project/channel_template.h"
+#include "project/first_version_reader.h"
 #include "project/midi_file_reader.h"
 #include "project/project_reader.h"
 #include "song/notes_stuff.h"
@@ -44,6 +45,20 @@ std::string Check_Project(Bytes bytes) {
         break;
     }
     return "Error loading file";
+}
+
+std::string Check_First_Version(Bytes bytes) {
+    Project_State state;
+    switch (Read_First_Version(bytes, state)) {
+    case First_Version_Outcome::Whole:
+        return OK;
+    case First_Version_Outcome::Notes_Left_Out:
+        return "a Tonvex 1 file, whose notes can't be read";
+    case First_Version_Outcome::Version_Not_Supported:
+        return FIRST_VERSION_NOT_SUPPORTED;
+    default:
+        return "Error loading file";
+    }
 }
 
 std::string Check_Layout(Bytes bytes) {
@@ -86,8 +101,10 @@ std::optional<std::string> Check_Midi(Bytes bytes) {
 std::optional<std::string> Check_By_Content(Bytes bytes) {
     const std::string_view text = Text_Of(bytes);
     constexpr std::size_t FORM_TYPE_AT = 8;
-    if (text.starts_with("TVX2") || text.starts_with("Tonvex File v:"))
+    if (text.starts_with("TVX2"))
         return Check_Project(bytes);
+    if (Is_First_Version(bytes))
+        return Check_First_Version(bytes);
     if (text.starts_with("Keyb"))
         return Check_Layout(bytes);
     if (text.starts_with("RIFF") && text.size() > FORM_TYPE_AT &&

@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -52,6 +53,16 @@ bool Read_Table(Byte_Cursor& cursor, std::span<const Section_Reader> readers,
     return cursor.Ok();
 }
 
+/// No two live channels have one ID.
+bool Has_An_ID_Each(const Song_Snapshot& song) {
+    std::set<std::int32_t> ids;
+    for (int row = 0; row < Song_Snapshot::ROWS; ++row)
+        if (song.Is_Live_Row(row) &&
+            !ids.insert(song.Channels[static_cast<std::size_t>(row)].ChannelID).second)
+            return false;
+    return true;
+}
+
 } // namespace
 
 Read_Outcome Read_Project(std::span<const std::uint8_t> bytes, Song_Snapshot& song) {
@@ -87,6 +98,8 @@ Read_Outcome Read_Project(std::span<const std::uint8_t> bytes, Song_Snapshot& so
         if (!reader->read(section, reading) || !section.Ok())
             return Read_Outcome::Broken;
     }
+    if (!Has_An_ID_Each(reading.song))
+        return Read_Outcome::Broken;
     song = std::move(reading.song);
     return Read_Outcome::Whole;
 }

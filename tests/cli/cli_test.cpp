@@ -373,14 +373,16 @@ TEST_F(Cli_Test, Check_Tells_Of_Files_Of_Every_Kind) {
     Write("cut.dat", "Keyb02");
     Write("bad.sf2", "RIFF....sfbk");
     Write("letter.doc", "Dear reader");
+    // Three texts of no length, then volume, tempo and note of the metronome.
+    Write("first.tvx", "Tonvex File v:02" + std::string(12, '\0') + std::string(12, '\1'));
     Write("cut.mid", std::string("MThd\0\0\0\6\0\1\0\1\0\x60MTrk", 18));
     const std::string good = "'" + data + "/keyboard/Tonvex default.dat' '" + data +
                              "/patterns/fingerpick/1.txt' '" + data + "/templates/channels/Flute.txt' '" +
                              data + "/chords.txt' '" + data + "/drums.txt' '" + data +
                              "/demo/Paper lanterns.tvx'";
-    const Run_Result whole = Call("check song.tvx " + good);
+    const Run_Result whole = Call("check song.tvx first.tvx " + good);
     EXPECT_EQ(whole.status, 0) << whole.out;
-    EXPECT_EQ(whole.out.substr(0, 13), "song.tvx: ok\n");
+    EXPECT_EQ(whole.out.substr(0, 27), "song.tvx: ok\nfirst.tvx: ok\n");
     const Run_Result bad =
         Call("check cut.tvx other.tvx song.tvx cut.dat bad.sf2 letter.doc none.tvx cut.mid");
     EXPECT_EQ(bad.status, 1);

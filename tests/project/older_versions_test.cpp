@@ -48,7 +48,7 @@ TEST(Older_Versions, Global_Variables_End_Where_They_Ended) {
 
 TEST(Older_Versions, Channels_Become_Todays) {
     // patch as stored, slot, patch as read
-    const int cases[][3] = {{33, 0, 33}, {127, 8, 127}, {128, 1, 0}, {200, 2, 0}, {33, 9, 0}, {-1, 3, 0}};
+    const int cases[][3] = {{33, 0, 33}, {127, 8, 127}, {128, 1, 0}, {200, 2, 0}, {34, 9, 0}, {-1, 3, 0}};
     std::vector<GlobalChannel> rows;
     for (const auto& [stored, slot, read] : cases)
         rows.push_back(Old_Row(stored, static_cast<std::int16_t>(stored), static_cast<std::uint8_t>(slot)));
