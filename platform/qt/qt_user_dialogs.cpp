@@ -12,6 +12,8 @@
 #include <QStandardPaths>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace tonvex {
 
 namespace {
@@ -62,6 +64,22 @@ QMessageBox::StandardButton Show_Box(QWidget* parent, QMessageBox::Icon icon, co
     if (buttons.testFlag(QMessageBox::Cancel))
         box.setDefaultButton(QMessageBox::Yes);
     return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+/// Of a filter as "Name (*.ending)", with its dot; empty for one that takes any file.
+QString Ending_Of(const QString& filter) {
+    static const QRegularExpression ENDING(QStringLiteral("\\*(\\.\\w+)"));
+    return ENDING.match(filter).captured(1);
+}
+
+/// With the ending of the filter in force, unless it has that of one of them: a dot within a name, as in
+/// "Sonata No. 5", does not make an ending.
+QString With_Ending(const QString& file, const QStringList& filters, const QString& inForce) {
+    const bool hasOne = std::any_of(filters.begin(), filters.end(), [&file](const QString& filter) {
+        const QString ending = Ending_Of(filter);
+        return !ending.isEmpty() && file.endsWith(ending, Qt::CaseInsensitive);
+    });
+    return hasOne ? file : file + Ending_Of(inForce);
 }
 
 /// Over the dialog that is open, else over the program's window.
@@ -122,22 +140,28 @@ std::string Qt_User_Dialogs::Choose_File_To_Save(const Save_Request& request) {
     dialog.setNameFilters(patterns);
     // The dialog asks about a file that exists, under the name that it completes itself.
     dialog.setDefaultSuffix(QString::fromStdString(request.defaultExtension));
-    // "Name (*.ending)": a name typed without an ending gets that of the filter in force.
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](const QString& filter) {
-        static const QRegularExpression ENDING(QStringLiteral("\\*(\\.\\w+)"));
-        if (const auto found = ENDING.match(filter); found.hasMatch())
-            dialog.setDefaultSuffix(found.captured(1));
+        if (const QString ending = Ending_Of(filter); !ending.isEmpty())
+            dialog.setDefaultSuffix(ending);
     });
     const QFileInfo suggested(QString::fromStdString(request.suggestion));
     if (suggested.isAbsolute())
         dialog.setDirectory(suggested.absolutePath());
     if (!request.suggestion.empty())
         dialog.selectFile(suggested.fileName());
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    const QString chosen = dialog.selectedFiles().constFirst();
-    lastFolder = QFileInfo(chosen).absolutePath();
-    return chosen.toStdString();
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QString typed = dialog.selectedFiles().constFirst();
+        const QString chosen = With_Ending(typed, patterns, dialog.selectedNameFilter());
+        const QString name = QFileInfo(chosen).fileName();
+        // The dialog knows of the name as it was typed only.
+        if (chosen == typed || !QFileInfo::exists(chosen) ||
+            Ask_YesNo("Overwrite file ? \r\n" + name.toStdString(), "Confirm")) {
+            lastFolder = QFileInfo(chosen).absolutePath();
+            return chosen.toStdString();
+        }
+        dialog.selectFile(name);
+    }
+    return {};
 }
 
 std::unique_ptr<Work_Progress> Qt_User_Dialogs::Begin_Work(const std::string& title) {

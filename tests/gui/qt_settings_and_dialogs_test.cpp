@@ -3,11 +3,15 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <tuple>
 
 using namespace tonvex;
 
@@ -106,6 +110,32 @@ private slots:
         for (const auto& row : rows) {
             Answer(row.button, text, format, icon);
             QCOMPARE(dialogs.Ask_YesNo("Overwrite ?", "Tonvex"), row.yes);
+        }
+    }
+    void A_Name_Gets_The_Ending_That_It_Lacks() {
+        const QTemporaryDir folder;
+        const std::string place = folder.path().toStdString() + "/";
+        QVERIFY(QFile(folder.filePath(QStringLiteral("No. 5.tvx"))).open(QIODevice::WriteOnly));
+        const Save_Request request{"Save", {"A (*.tvx)", "B (*.mid)", "All (*.*)"}, ".tvx", place};
+        // The last is there, and not to be replaced.
+        const std::tuple<const char*, int, std::string> rows[] = {
+            {"song", 0, "song.tvx"}, {"v1.2", 0, "v1.2.tvx"}, {"x.TVX", 0, "x.TVX"},    {"x.mid", 0, "x.mid"},
+            {"v1.2", 1, "v1.2.mid"}, {"v1.2", 2, "v1.2"},     {"No. 5", 0, "No. 6.tvx"}};
+        for (auto [typed, filter, made] : rows) {
+            QTimer user;
+            user.callOnTimeout(&user, [&name = typed, row = filter] {
+                auto* top = static_cast<QDialog*>(QApplication::activeModalWidget());
+                if (auto* dialog = qobject_cast<QFileDialog*>(top)) {
+                    dialog->selectNameFilter(dialog->nameFilters().at(row));
+                    dialog->findChild<QLineEdit*>()->setText(QLatin1String(name));
+                    top->accept();
+                } else if (top != nullptr) {
+                    name = "No. 6";
+                    top->reject();
+                }
+            });
+            user.start(5);
+            QCOMPARE(Qt_User_Dialogs().Choose_File_To_Save(request), place + made);
         }
     }
 };
