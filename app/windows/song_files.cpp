@@ -4,6 +4,7 @@
 #include "engine/windows/frm_recorder.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -182,6 +183,18 @@ bool Song_Files::Is_Midi_File(const fs::path& file) {
     return Is_File_Of_Kind(file, MIDI_EXTENSION);
 }
 
+std::string Song_Files::File_Name_For(const std::string& title) {
+    constexpr int LONGEST = 60; // characters: at most 180 bytes of the 255 that a name may have
+    static const QRegularExpression REFUSED(QStringLiteral("[\\x00-\\x1F\\x7F/\\\\:*?\"<>|]"));
+    static const QRegularExpression HIDING(QStringLiteral("^[\\s.]+"));
+    const QString name = QString::fromStdString(title)
+                             .replace(REFUSED, QStringLiteral("-"))
+                             .remove(HIDING)
+                             .left(LONGEST)
+                             .trimmed();
+    return name.isEmpty() ? "Untitled" : name.toStdString();
+}
+
 // ---- save ----
 
 void Song_Files::Save() {
@@ -210,7 +223,7 @@ bool Song_Files::Save_Now() {
 bool Song_Files::Save_Under_New_Name() {
     Save_Request request{"Save File", Filters(), EXTENSION, session.project.Path.string()};
     if (request.suggestion.empty())
-        request.suggestion = session.project.ProjectTitle + EXTENSION;
+        request.suggestion = File_Name_For(session.project.ProjectTitle) + EXTENSION;
     const std::string chosen = session.doors.dialogs.Choose_File_To_Save(request);
     return !chosen.empty() &&
            Work([this, &chosen] { return session.files->SaveProject(chosen, Project_Files::SAVE_AS, true); });

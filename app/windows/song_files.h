@@ -51,6 +51,8 @@ public:
     static bool Is_Song_File(const std::filesystem::path& file);
     /// The same of a Standard MIDI File.
     static bool Is_Midi_File(const std::filesystem::path& file);
+    /// What a song of that title may be called on any disk, without the ending.
+    static std::string File_Name_For(const std::string& title);
 
     void On_Song_Replaced() override;
     void On_Project_Named(const std::filesystem::path& path) override;

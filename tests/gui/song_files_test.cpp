@@ -5,6 +5,7 @@
 #include "engine/windows/frm_recorder.h"
 #include "project/project_reader.h"
 #include "project/windows/frm_new_file.h"
+#include "project/windows/frm_properties.h"
 #include "project/windows/frm_save_as_template.h"
 #include "support/child_process.h"
 #include "support/window_program.h"
@@ -204,7 +205,10 @@ void Song_Files_Test::The_Title_And_The_Recent_Files_Follow() {
     QTRY_COMPARE(title(), QStringLiteral("Untitled[*] - Tonvex*"));
     p.Files().Save();
     QCOMPARE(title(), QStringLiteral("two.tvx[*] - Tonvex"));
+    p.Entry("Properties...")->trigger();
+    QVERIFY(p.window->findChild<frmProperties*>());
     p.Files().Start_From_Template(p.three);
+    QTRY_VERIFY(!p.window->findChild<frmProperties*>()); // its OK would name this song as the one before
     QCOMPARE(title(), QStringLiteral("Untitled[*] - Tonvex"));
     QVERIFY(p.session->project.Path.empty());
     const QAction* first = p.Entry("two.tvx");
@@ -221,6 +225,8 @@ void Song_Files_Test::The_Title_And_The_Recent_Files_Follow() {
     p.Drop(p.folder / "broken.tvx");
     QTRY_COMPARE(title(), QStringLiteral("Untitled[*] - Tonvex"));
     QVERIFY(!Song_Files::Is_Song_File(p.folder / "nothing.tvx") && Song_Files::Is_Song_File(p.three));
+    QCOMPARE(Song_Files::File_Name_For(".AC/DC: \"K\u00E4te 1%\"\n"), std::string("AC-DC- -K\u00E4te 1%--"));
+    QCOMPARE(Song_Files::File_Name_For(" . "), std::string("Untitled"));
 }
 
 void Song_Files_Test::A_Template_Takes_Nothing_Of_The_Song() {
