@@ -1,6 +1,9 @@
 #include "widgets/mark_flags.h"
 
+#include <QPainter>
+
 #include <algorithm>
+#include <cmath>
 
 namespace tonvex {
 
@@ -37,6 +40,42 @@ int Flag_At(std::span<const QRectF> boxes, const QPointF& point) {
         if (boxes[i - 1].contains(point))
             return static_cast<int>(i - 1);
     return -1;
+}
+
+void Draw_Mark_Flags(QPainter& painter, const Theme& theme, const Song_Marks& marks, double top,
+                     const std::function<double(double)>& xOf, std::vector<Mark_Flag>& flags,
+                     std::vector<QRectF>& boxes) {
+    const double air = theme.Px(6);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
+    const QFontMetrics metrics(painter.font());
+    flags.clear();
+    for (const int row : marks.In_Time_Order()) {
+        const Mark& mark = marks.Row(row);
+        flags.push_back(
+            {row, std::floor(xOf(mark.MarkStart)),
+             static_cast<double>(metrics.horizontalAdvance(QString::fromStdString(mark.MarkName)))});
+    }
+    boxes = Flag_Boxes(flags, top, theme.Px(FLAG_HEIGHT), air, theme.Px(8));
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+        const Mark& mark = marks.Row(flags[i].row);
+        const QColor colour = Mark_Colour(theme.Tokens(), mark, flags[i].row);
+        const QRectF& box = boxes[i];
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        // Its pole stands square at the place, its cloth is round.
+        painter.drawRoundedRect(box, theme.Px(5), theme.Px(5));
+        painter.drawRect(QRectF(box.left(), box.top(), box.width() / 2, box.height()));
+        if (mark.MarkEnd > mark.MarkStart)
+            painter.drawRect(QRectF(box.left(), box.bottom(), xOf(mark.MarkEnd) - box.left(), theme.Px(2)));
+        const int room = static_cast<int>(box.width() - 2.0 * air) + 1;
+        painter.setPen(Text_On(colour));
+        if (room > 0)
+            painter.drawText(box, Qt::AlignCenter,
+                             metrics.elidedText(QString::fromStdString(mark.MarkName), Qt::ElideRight, room));
+    }
+    painter.restore();
 }
 
 } // namespace tonvex

@@ -1,10 +1,11 @@
 #pragma once
 
 #include "song/marks.h"
-#include "widgets/tokens.h"
+#include "widgets/theme.h"
 
 #include <QRectF>
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -29,5 +30,12 @@ std::vector<QRectF> Flag_Boxes(std::span<const Mark_Flag> flags, double top, dou
                                double leastWidth);
 /// Index of the flag at point, of two that overlap the later; -1 when none is there.
 int Flag_At(std::span<const QRectF> boxes, const QPointF& point);
+
+/// Places the flags of all marks and draws them, those that cover a span with a line to its end; no flag is
+/// wider than its text or reaches over the next one. xOf: pixel of a beat.
+void Draw_Mark_Flags(QPainter& painter, const Theme& theme, const Song_Marks& marks, double top,
+                     const std::function<double(double)>& xOf, std::vector<Mark_Flag>& flags,
+                     std::vector<QRectF>& boxes);
+inline constexpr double FLAG_HEIGHT = 16.0; ///< at 100 %
 
 } // namespace tonvex

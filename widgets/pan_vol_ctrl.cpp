@@ -2,16 +2,20 @@
 
 #include "song/time_text.h"
 #include "widgets/channel_texts.h"
+#include "widgets/mark_flags.h"
 #include "widgets/song_overview.h"
 #include "widgets/tool_button.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstddef>
 
 namespace tonvex {
 
@@ -53,6 +57,11 @@ bool Touches_Maps(int msgId) {
            msgId == MSG_GENERAL_UPDATE;
 }
 
+/// With Shift at most; the number pad has the keys too.
+bool Is_Plain(const QKeyEvent& event) {
+    return (event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
+}
+
 } // namespace
 
 PanVolCtrl::PanVolCtrl(Session& theSession, Theme& look, Map_Kind which, QWidget* parent)
@@ -63,8 +72,8 @@ PanVolCtrl::PanVolCtrl(Session& theSession, Theme& look, Map_Kind which, QWidget
     setObjectName(kind == Map_Kind::Pan ? QStringLiteral("panMap") : QStringLiteral("volumeMap"));
     setAccessibleName(kind == Map_Kind::Pan ? tr("Pan map") : tr("Volume map"));
     setWhatsThis(
-        tr("Double click: add a point. Drag: move it, with Shift off the grid. Page Up and Page Down: "
-           "choose a point. Arrows: move it, with Shift fine. Insert: add one at the play position. "
+        tr("Double click: add a point. Drag: move it, with Shift off the grid. Page Up and Page Down, Home "
+           "and End: choose a point. Arrows: move it, with Shift fine. Insert: add one at the play position. "
            "Delete: delete it."));
     line = session.transport.PlayPosition;
     subscription = session.events.Subscribe(
@@ -116,9 +125,16 @@ PanVol_Class* PanVolCtrl::Map() const {
 
 void PanVolCtrl::Refresh() {
     const PanVol_Class* map = Map();
+    const Map_Dot* const chosen = Dot_Of(selectedId);
+    const std::ptrdiff_t place = chosen == nullptr ? -1 : chosen - dots.data();
+    const std::size_t count = dots.size();
     dots = map == nullptr ? std::vector<Map_Dot>() : Map_Dots(*map, session.project.SongLength);
+    // A point that undo has put back where it was has another ID.
     if (Dot_Of(selectedId) == nullptr)
-        selectedId = NOT_GIVEN;
+        selectedId =
+            place >= 0 && count == dots.size() ? dots[static_cast<std::size_t>(place)].id : NOT_GIVEN;
+    if (!drag)
+        Hide_Figure();
     if (drag && Dot_Of(drag->from.id) == nullptr)
         drag.reset();
     Describe();
@@ -182,12 +198,12 @@ QSize PanVolCtrl::sizeHint() const {
 }
 
 QSize PanVolCtrl::minimumSizeHint() const {
-    return {theme.Px(240), theme.Px(110)};
+    return {theme.Px(240), theme.Px(126)};
 }
 
 Map_Field PanVolCtrl::Field() const {
-    const QRectF box(theme.Px(60), theme.Px(30), std::max(1, width() - theme.Px(76)),
-                     std::max(1, height() - theme.Px(44)));
+    const QRectF box(theme.Px(60), theme.Px(46), std::max(1, width() - theme.Px(76)),
+                     std::max(1, height() - theme.Px(60)));
     return {box, shownBeats};
 }
 
@@ -199,19 +215,24 @@ void PanVolCtrl::Draw_Grid(QPainter& painter, const Map_Field& field) {
     const double top = field.Y_Of(PanVol_Class::HIGHEST);
     const double bottom = field.Y_Of(0);
     const double barPixels = field.X_Of(Map_Field::BEATS_PER_BAR) - left;
-    const int step = Overview_Scale(shownBeats, left, right - left).Bars_Per_Line(theme.Px(48));
-    for (double beat = 0.0; beat <= shownBeats; beat += 1.0) {
+    const int bars = Overview_Scale(shownBeats, left, right - left).Bars_Per_Line(theme.Px(48));
+    const double step = barPixels < theme.Px(48) ? bars * Map_Field::BEATS_PER_BAR : 1.0;
+    for (double beat = 0.0; beat <= shownBeats; beat += step) {
         const bool bar = std::fmod(beat, Map_Field::BEATS_PER_BAR) == 0.0;
         const int number = static_cast<int>(beat / Map_Field::BEATS_PER_BAR);
-        if (bar ? number % step != 0 : barPixels < theme.Px(48))
-            continue;
         const double x = std::floor(field.X_Of(beat)) + 0.5;
         painter.setPen(bar ? t.gridBar : t.gridBeat);
         painter.drawLine(QPointF(x, top), QPointF(x, bottom));
         painter.setPen(t.dim);
         if (bar && beat < shownBeats)
-            painter.drawText(QPointF(x + theme.Px(4), theme.Px(18)), QString::number(number + 1));
+            painter.drawText(QPointF(x + theme.Px(4), theme.Px(36)), QString::number(number + 1));
     }
+    std::vector<Mark_Flag> flags;
+    std::vector<QRectF> boxes;
+    Draw_Mark_Flags(
+        painter, theme, session.marks, theme.Px(4), [&field](double beat) { return field.X_Of(beat); }, flags,
+        boxes);
+    painter.setFont(theme.Font(Text_Size::Caption));
     const bool pan = kind == Map_Kind::Pan;
     const std::pair<int, QString> levels[] = {
         {PanVol_Class::HIGHEST, pan ? tr("Right") : QStringLiteral("127")},
@@ -364,7 +385,15 @@ void PanVolCtrl::Add(double beat, int value) {
     sending = false;
 }
 
+void PanVolCtrl::Add_At(const QPointF& point, bool onGrid) {
+    const Map_Field field = Field();
+    const double beat = field.Beat_At(point.x());
+    Add(onGrid ? Snapped(beat, GRID_BEATS) : beat, field.Value_At(point.y()));
+}
+
 void PanVolCtrl::Add_At_Line() {
+    if (dots.empty())
+        return;
     const auto there =
         std::find_if(dots.begin(), dots.end(), [this](const Map_Dot& dot) { return dot.beat == line; });
     if (there != dots.end())
@@ -465,12 +494,29 @@ void PanVolCtrl::mouseReleaseEvent(QMouseEvent* event) {
 void PanVolCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || dots.empty())
         return;
-    const Map_Field field = Field();
-    if (field.Hit(dots, event->position(), theme.Px(REACH)))
+    if (!Field().Hit(dots, event->position(), theme.Px(REACH)))
+        Add_At(event->position(), !event->modifiers().testFlag(Qt::ShiftModifier));
+}
+
+/// Of the point under the pointer, or, for the Menu key, of the one that is chosen.
+void PanVolCtrl::contextMenuEvent(QContextMenuEvent* event) {
+    if (dots.empty() || drag)
         return;
-    const double beat = field.Beat_At(event->position().x());
-    Add(event->modifiers().testFlag(Qt::ShiftModifier) ? beat : Snapped(beat, GRID_BEATS),
-        field.Value_At(event->position().y()));
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint at = event->pos();
+    const auto hit = Field().Hit(dots, at, theme.Px(REACH));
+    if (!byKey)
+        Select_Point(hit ? dots[*hit].id : NOT_GIVEN);
+    const Map_Dot* dot = Dot_Of(selectedId);
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (byKey)
+        menu->addAction(tr("&Add a point at the play position"), this, &PanVolCtrl::Add_At_Line);
+    else
+        menu->addAction(tr("&Add a point here"), this, [this, at] { Add_At(at, true); })->setEnabled(!hit);
+    menu->addAction(tr("&Delete the point"), this, &PanVolCtrl::Delete_Selected)
+        ->setEnabled(dot != nullptr && dot->moveable);
+    menu->popup(byKey && dot != nullptr ? mapToGlobal(Field().Place_Of(*dot).toPoint()) : event->globalPos());
 }
 
 void PanVolCtrl::leaveEvent(QEvent*) {
@@ -506,8 +552,7 @@ bool PanVolCtrl::event(QEvent* event) {
     // These keys have other meanings in the window's menus.
     if (event->type() == QEvent::ShortcutOverride) {
         auto* offered = static_cast<QKeyEvent*>(event);
-        const bool plain = (offered->modifiers() & ~Qt::ShiftModifier) == Qt::NoModifier;
-        if ((plain && !dots.empty() && Handles(offered->key())) ||
+        if ((Is_Plain(*offered) && !dots.empty() && Handles(offered->key())) ||
             (drag && offered->key() == Qt::Key_Escape)) {
             offered->accept();
             return true;
@@ -522,8 +567,7 @@ void PanVolCtrl::keyPressEvent(QKeyEvent* event) {
         Cancel_Drag();
         return;
     }
-    const bool plain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == Qt::NoModifier;
-    if (drag || dots.empty() || !plain || !Handles(key)) {
+    if (drag || dots.empty() || !Is_Plain(*event) || !Handles(key)) {
         QWidget::keyPressEvent(event);
         return;
     }
@@ -572,10 +616,12 @@ void PanVolCtrl::keyPressEvent(QKeyEvent* event) {
         Delete_Selected();
         break;
     }
-    if (const Map_Dot* dot = Dot_Of(selectedId))
+    if (const Map_Dot* dot = Dot_Of(selectedId)) {
+        emit pointChosen(Field().Place_Of(*dot).toPoint());
         Show_Figure(Field().Place_Of(*dot), dot->beat, dot->value);
-    else
+    } else {
         Hide_Figure();
+    }
 }
 
 } // namespace tonvex

@@ -14,10 +14,11 @@
 namespace tonvex {
 
 /// Draws and edits one map: the pan or the volume of an output slot or of an audio channel over the song.
-/// A double click adds a point, a drag moves one (with Shift off the grid), Escape takes a drag back; on the
-/// keyboard Page Up and Page Down choose a point, arrows move it (Shift fine), Insert adds one at the play
-/// position, Delete deletes. Each gesture that changes something is one batch of change messages.
-/// Interface thread. Session and theme outlive it.
+/// A double click adds a point, a drag moves one (with Shift off the grid), Escape takes a drag back; the
+/// menu of the right button adds and deletes. On the keyboard Page Up and Page Down, Home and End choose a
+/// point, arrows move it (Shift fine), Insert adds one at the play position, Delete deletes. Each gesture
+/// that changes something is one batch of change messages. The flags of the marks stand above. Interface
+/// thread. Session and theme outlive it.
 class PanVolCtrl final : public QWidget, public Transport_Observer {
     Q_OBJECT
 public:
@@ -43,6 +44,10 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+signals:
+    /// By keys: where the point stands that is chosen now, in pixels of the widget.
+    void pointChosen(const QPoint& place);
+
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -51,6 +56,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -81,6 +87,8 @@ private:
     void Add(double beat, int value);
     /// Where a point stands already, that one is selected.
     void Add_At_Line();
+    /// Where the hand points; on the grid of sixteenths.
+    void Add_At(const QPointF& point, bool onGrid);
     void Delete_Selected();
     /// One message for what changed of the point, and its closing message; none when nothing did.
     void Move(const Map_Dot& from, double beat, int value);

@@ -13,6 +13,7 @@ namespace tonvex {
 namespace {
 
 constexpr double LEAST_BARS = 8.0;
+constexpr int MOST_BARS_A_LINE = 1 << 27; ///< twice what the longest song has
 
 bool Changes_The_Picture(int msgId) {
     switch (msgId) {
@@ -56,7 +57,7 @@ double Overview_Scale::Beat_At(double x) const noexcept {
 int Overview_Scale::Bars_Per_Line(double minPixels) const noexcept {
     const double barPixels = width / (beats / BEATS_PER_BAR);
     int bars = 1;
-    while (bars < 1024 && barPixels * bars < minPixels)
+    while (bars < MOST_BARS_A_LINE && barPixels * bars < minPixels)
         bars *= 2;
     return bars;
 }
@@ -175,8 +176,9 @@ void Song_Overview::Draw_Picture() {
     const int ruler = flagRow + theme.Px(26);
     const double bottom = height();
 
-    Place_Flags(scale);
-    Draw_Flags(painter, scale);
+    Draw_Mark_Flags(
+        painter, theme, session.marks, theme.Px(3), [&scale](double beat) { return scale.X_Of(beat); }, flags,
+        flagBoxes);
 
     const double room = bottom - ruler - theme.Px(8);
     const double each =
@@ -214,44 +216,6 @@ void Song_Overview::Draw_Picture() {
         painter.drawText(QRectF(0, ruler, width(), bottom - ruler), Qt::AlignCenter, hint);
     }
     pictureValid = true;
-}
-
-void Song_Overview::Place_Flags(const Overview_Scale& scale) {
-    const QFontMetrics metrics(theme.Font(Text_Size::Caption, QFont::DemiBold));
-    flags.clear();
-    for (const int row : session.marks.In_Time_Order()) {
-        const Mark& mark = session.marks.Row(row);
-        flags.push_back(
-            {row, std::floor(scale.X_Of(mark.MarkStart)),
-             static_cast<double>(metrics.horizontalAdvance(QString::fromStdString(mark.MarkName)))});
-    }
-    flagBoxes = Flag_Boxes(flags, theme.Px(3), theme.Px(16), theme.Px(6), theme.Px(8));
-}
-
-void Song_Overview::Draw_Flags(QPainter& painter, const Overview_Scale& scale) {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
-    const QFontMetrics metrics(painter.font());
-    for (std::size_t i = 0; i < flags.size(); ++i) {
-        const Mark& mark = session.marks.Row(flags[i].row);
-        const QColor colour = Mark_Colour(theme.Tokens(), mark, flags[i].row);
-        const QRectF& box = flagBoxes[i];
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colour);
-        // Its pole stands square at the place, its cloth is round.
-        painter.drawRoundedRect(box, theme.Px(5), theme.Px(5));
-        painter.drawRect(QRectF(box.left(), box.top(), box.width() / 2, box.height()));
-        if (mark.MarkEnd > mark.MarkStart)
-            painter.drawRect(
-                QRectF(box.left(), box.bottom(), scale.X_Of(mark.MarkEnd) - box.left(), theme.Px(2)));
-        const int room = static_cast<int>(box.width()) - 2 * theme.Px(6) + 1;
-        painter.setPen(Text_On(colour));
-        if (room > 0)
-            painter.drawText(box, Qt::AlignCenter,
-                             metrics.elidedText(QString::fromStdString(mark.MarkName), Qt::ElideRight, room));
-    }
-    painter.restore();
 }
 
 void Song_Overview::Draw_Strip(QPainter& painter, const Strip& strip, const QRectF& box,

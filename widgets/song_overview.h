@@ -76,8 +76,6 @@ private:
     };
     void Prepare();
     void Draw_Picture();
-    void Place_Flags(const Overview_Scale& scale);
-    void Draw_Flags(QPainter& painter, const Overview_Scale& scale);
     void Draw_Strip(QPainter& painter, const Strip& strip, const QRectF& box, const Overview_Scale& scale);
     Overview_Scale Scale() const;
     void Move_Line(double beats);

@@ -386,7 +386,9 @@ void Roll_Painter::Draw_Header(QPainter& painter, std::vector<Mark_Flag>& flags,
     const Theme_Tokens& t = theme.Tokens();
     painter.save();
     painter.setClipRect(QRect(layout.Left, 0, layout.Roll.width(), layout.Roll.top()));
-    Draw_Marks(painter, flags, flagBoxes);
+    Draw_Mark_Flags(
+        painter, theme, session.marks, layout.Marks.top() + theme.Px(4),
+        [this](double beat) { return X_Of(beat); }, flags, flagBoxes);
     Draw_Rule(painter);
     if (!layout.Chords.isEmpty())
         Draw_Chords(painter);
@@ -396,35 +398,6 @@ void Roll_Painter::Draw_Header(QPainter& painter, std::vector<Mark_Flag>& flags,
         painter.drawLine(QPointF(layout.Left, strip.bottom() + 0.5),
                          QPointF(layout.Roll.right() + 1, strip.bottom() + 0.5));
     painter.drawLine(QPointF(0, layout.Roll.top() - 0.5), QPointF(layout.Left, layout.Roll.top() - 0.5));
-}
-
-void Roll_Painter::Draw_Marks(QPainter& painter, std::vector<Mark_Flag>& flags,
-                              std::vector<QRectF>& flagBoxes) {
-    painter.setFont(theme.Font(Text_Size::Caption, QFont::DemiBold));
-    const QFontMetrics metrics(painter.font());
-    flags.clear();
-    for (const int row : session.marks.In_Time_Order()) {
-        const Mark& mark = session.marks.Row(row);
-        flags.push_back({row, std::floor(X_Of(mark.MarkStart)),
-                         static_cast<double>(metrics.horizontalAdvance(From(mark.MarkName)))});
-    }
-    flagBoxes = Flag_Boxes(flags, layout.Marks.top() + theme.Px(4), theme.Px(16), theme.Px(6), theme.Px(8));
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (std::size_t i = 0; i < flags.size(); ++i) {
-        const Mark& mark = session.marks.Row(flags[i].row);
-        const QColor colour = Mark_Colour(theme.Tokens(), mark, flags[i].row);
-        const QRectF& box = flagBoxes[i];
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colour);
-        painter.drawRoundedRect(box, theme.Px(5), theme.Px(5));
-        painter.drawRect(QRectF(box.left(), box.top(), box.width() / 2, box.height()));
-        if (mark.MarkEnd > mark.MarkStart)
-            painter.drawRect(QRectF(box.left(), box.bottom(), X_Of(mark.MarkEnd) - box.left(), theme.Px(2)));
-        painter.setPen(Text_On(colour));
-        painter.drawText(box, Qt::AlignCenter,
-                         metrics.elidedText(From(mark.MarkName), Qt::ElideRight,
-                                            static_cast<int>(box.width()) - theme.Px(8)));
-    }
 }
 
 void Roll_Painter::Draw_Rule(QPainter& painter) {

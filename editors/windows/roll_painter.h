@@ -74,7 +74,6 @@ private:
     void Draw_Reference(QPainter& painter, int note);
     void Draw_Grid(QPainter& painter, const QRect& area);
     void Draw_Header(QPainter& painter, std::vector<Mark_Flag>& flags, std::vector<QRectF>& flagBoxes);
-    void Draw_Marks(QPainter& painter, std::vector<Mark_Flag>& flags, std::vector<QRectF>& flagBoxes);
     void Draw_Rule(QPainter& painter);
     void Draw_Chords(QPainter& painter);
     void Draw_Views(QPainter& painter, Event_Display& display);

@@ -27,10 +27,10 @@ Maps_View::Maps_View(Session& owningSession, Theme& look, QWidget* parent)
     : QWidget(parent), session(owningSession), theme(look), area(new QScrollArea(this)) {
     auto* all = new QVBoxLayout(this);
     auto* bar = new QHBoxLayout;
-    auto* hint = new QLabel(tr("Double click adds a point; drag or use the arrow keys to move it"), this);
+    auto* hint =
+        new QLabel(tr("Double click adds a point, drag or arrow keys move it, Del deletes it"), this);
     hint->setProperty("dim", true);
-    // Where there is no room for the hint, the map keeps its width.
-    hint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    hint->setWordWrap(true); // in two lines where the window is narrow
     auto* zoomLabel = new QLabel(tr("Zoom"), this);
     zoomLabel->setProperty("dim", true);
     zoom = new Value_Slider(theme, Slider_Kind::Fill, tr("Zoom of the maps"), LEAST_ZOOM, MOST_ZOOM,
@@ -72,6 +72,11 @@ Maps_View::Maps_View(Session& owningSession, Theme& look, QWidget* parent)
     connect(&theme, &Theme::Changed, this, takeTheme);
     takeTheme();
     connect(zoom, &Value_Slider::valueChanged, this, &Maps_View::Take_Zoom);
+    for (PanVolCtrl* map : {volume, pan})
+        connect(map, &PanVolCtrl::pointChosen, this, [this, map](const QPoint& place) {
+            const QPoint inside = map->mapTo(area->widget(), place);
+            area->ensureVisible(inside.x(), inside.y(), theme.Px(60), theme.Px(60));
+        });
     subscription = session.events.Subscribe(
         [this](int msgId, std::int32_t param, const std::string&) { Heard(msgId, param); });
     Show_Channel(NOT_GIVEN);
@@ -83,6 +88,7 @@ Maps_View::~Maps_View() {
 
 void Maps_View::Show_Channel(std::int32_t channelId) {
     selectedId = channelId;
+    follows = true;
     const int row = session.channels->ChannelI(channelId);
     if (row < 0) {
         owner = NOT_GIVEN;
@@ -129,14 +135,24 @@ void Maps_View::Heard(int msgId, std::int32_t param) {
         return;
     case MSG_SET_OUTPUT:
     case MSG_DELETE_CHANNEL:
-        Show_Channel(selectedId);
+    case MSG_GENERAL_UPDATE: // undo may have brought back a name or a slot
+        follows ? Show_Channel(selectedId) : Show_Titles();
         return;
     default:
         return;
     }
+    follows = Shows_Selected();
     emit opened();
     Map(msgId == MSG_OPEN_PAN_MAP || msgId == MSG_OPEN_AUDIO_PAN_MAP ? Map_Kind::Pan : Map_Kind::Volume)
         .setFocus();
+}
+
+bool Maps_View::Shows_Selected() const {
+    const int row = session.channels->ChannelI(selectedId);
+    if (row < 0)
+        return false;
+    const GlobalChannel& channel = session.channels->Channels[static_cast<std::size_t>(row)];
+    return audio == Is_On(channel.IsAudio) && owner == (audio ? selectedId : channel.OutputChannel);
 }
 
 QString Maps_View::Name() const {
@@ -148,6 +164,8 @@ QString Maps_View::Name() const {
         const int row = channels.ChannelI(owner);
         return row < 0 ? QString() : nameOf(row);
     }
+    if (Shows_Selected()) // of several on the slot
+        return nameOf(channels.ChannelI(selectedId));
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row)
         if (channels.Is_Live_Row(row) &&
             channels.Channels[static_cast<std::size_t>(row)].OutputChannel == owner)

@@ -14,8 +14,9 @@ class PanVolCtrl;
 class Value_Slider;
 
 /// The volume map and the pan map of one output slot or audio channel, one above the other, under the titles
-/// "Volume Map [name]" and "Pan Map [name]". Follows the selected channel; a message that opens a map shows
-/// that one. Interface thread. Session and theme outlive it.
+/// "Volume Map [name]" and "Pan Map [name]". Follows the selected channel, to another slot too; a message
+/// that opens a map shows that one. A point that is chosen by keys is scrolled into view. Interface thread.
+/// Session and theme outlive it.
 class Maps_View final : public QWidget {
     Q_OBJECT
 public:
@@ -38,6 +39,7 @@ private:
     void Show_Slot(int slot);
     void Show_Audio(std::int32_t channelId);
     void Heard(int msgId, std::int32_t param);
+    bool Shows_Selected() const;
     void Show_Titles();
     void Take_Zoom();
     QString Name() const;
@@ -47,6 +49,7 @@ private:
     bool audio = false;
     std::int32_t owner = NOT_GIVEN; ///< slot, or ChannelID of an audio channel
     std::int32_t selectedId = NOT_GIVEN;
+    bool follows = true; ///< the selected channel, not a map that a message asked for
     QScrollArea* area = nullptr;
     Value_Slider* zoom = nullptr;
     QLabel* volumeTitle = nullptr;

@@ -2,7 +2,12 @@
 #include "support/test_session.h"
 #include "widgets/map_field.h"
 #include "widgets/pan_vol_ctrl.h"
+#include "widgets/song_overview.h"
+#include "widgets/value_slider.h"
 
+#include <QMenu>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,7 +22,7 @@ struct Map_Fixture {
         session.hub->Message(nullptr, MSG_VOLUME_ADD_POINT, std::int32_t{0}, 16.0, std::int32_t{20});
         session.project.Modified = false;
         // 20 pixels a beat, 2 a value.
-        editor.resize(theme.Px(76) + 640, theme.Px(44) + 254);
+        editor.resize(theme.Px(76) + 640, theme.Px(60) + 254);
         editor.Show_Slot(0);
         editor.show();
         if (!QTest::qWaitForWindowActive(&editor))
@@ -185,6 +190,13 @@ void Map_Editor_Test::Points_Come_And_Go_By_Hand() {
     f.Drag(f.At(8.0, 100), f.At(11.1, 100), Qt::ShiftModifier);
     const double beat = f.editor.Dots()[1].beat;
     QVERIFY(std::abs(beat - 11.1) < 0.1 && beat != 11.0 && beat != 11.25);
+    for (const auto& [action, expected] : {std::pair{0, "4=90 "}, {1, ""}}) {
+        const QPoint at = f.At(4.0, 90);
+        QContextMenuEvent asked(QContextMenuEvent::Mouse, at, f.editor.mapToGlobal(at));
+        QApplication::sendEvent(&f.editor, &asked);
+        f.editor.findChildren<QMenu*>().back()->actions()[action]->trigger();
+        QCOMPARE(f.Map().section(' ', 1), expected + QStringLiteral("%1=100 16=20 28=64").arg(beat));
+    }
 }
 
 void Map_Editor_Test::Keys_Alone_Are_Enough() {
@@ -244,6 +256,15 @@ void Map_Editor_Test::Maps_Open_Under_Their_Titles() {
     session.hub->Message(nullptr, MSG_SET_OUTPUT, channelId, std::int32_t{5});
     session.hub->Message(nullptr, MSG_PAN_ADD_POINT, std::int32_t{5}, 2.0, std::int32_t{10});
     QCOMPARE(view.Map(Map_Kind::Pan).Dots().size(), std::size_t{3});
+    QVERIFY(session.undo->Do_Undo() && session.undo->Do_Undo()); // the point, the slot
+    QCOMPARE(view.Map(Map_Kind::Pan).Dots()[0].value, 90);
+    QVERIFY(session.undo->Do_Undo() && session.undo->Do_Undo()); // the pan, the name
+    QCOMPARE(view.Map(Map_Kind::Pan).accessibleName(), QStringLiteral("Pan Map [Channel 1]"));
+    session.hub->Message(nullptr, MSG_ADD_MARK, 28.0);
+    view.findChild<Value_Slider*>()->setValue(800); // a point that is chosen comes into view
+    QCoreApplication::processEvents();
+    QTest::keyClick(&view.Map(Map_Kind::Pan), Qt::Key_End);
+    QVERIFY(view.findChild<QScrollArea*>()->horizontalScrollBar()->value() > 0);
     session.hub->Message(nullptr, MSG_DELETE_CHANNEL, channelId);
     QVERIFY(view.Map(Map_Kind::Pan).Dots().empty());
 }
@@ -259,6 +280,13 @@ void Map_Editor_Test::An_Audio_Channel_Has_Maps_Of_Its_Own() {
     QCOMPARE(f.editor.Dots().size(), std::size_t{3});
     f.editor.Show_Slot(0);
     QCOMPARE(f.Map(), BEFORE);
+    // A far end is drawn at once: a second is a hundred times what it takes.
+    f.session.hub->Message(nullptr, MSG_ADD_MARK, MAX_EVENT_BEATS);
+    const QDeadlineTimer second(1000);
+    (void)f.editor.grab();
+    QVERIFY(!second.hasExpired());
+    const Overview_Scale scale(MAX_EVENT_BEATS, 0.0, 640.0);
+    QVERIFY(scale.X_Of(scale.Bars_Per_Line(48.0) * Overview_Scale::BEATS_PER_BAR) >= 48.0);
 }
 
 QTEST_MAIN(Map_Editor_Test)
