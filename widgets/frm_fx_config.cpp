@@ -13,6 +13,7 @@
 #include <QSlider>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -34,6 +35,10 @@ QString Whole_Figure(const Effect_Parameter& parameter, int value) {
     if (std::string_view(parameter.name) == "Phase")
         return QStringLiteral("%1°").arg((value - 2) * 90);
     return value == 0 ? QObject::tr("No") : QObject::tr("Yes");
+}
+
+int Single_Step(const QSlider& slider) {
+    return std::max(1, slider.pageStep() / 10);
 }
 
 /// The text with the first of its letters that is not taken yet as its key.
@@ -94,8 +99,8 @@ frmFX_Config::frmFX_Config(Session& owner, const Theme& look, QWidget* parent)
     pause.setInterval(PAUSE_MS);
     connect(&pause, &QTimer::timeout, this, &frmFX_Config::End_Gesture);
     subscription = session.events.Subscribe([this](int msg, std::int32_t, const std::string&) {
-        if (msg == MSG_SET_EFFECTS || msg == MSG_SET_NAME || msg == MSG_SET_OUTPUT ||
-            msg == MSG_GENERAL_UPDATE)
+        if (isVisible() && (msg == MSG_SET_EFFECTS || msg == MSG_SET_NAME || msg == MSG_SET_OUTPUT ||
+                            msg == MSG_GENERAL_UPDATE))
             Refresh();
     });
 }
@@ -139,9 +144,10 @@ QWidget* frmFX_Config::Make_Page(Effect_Kind kind) {
         slider->setRange(parameter.whole ? static_cast<int>(parameter.least) : 0,
                          parameter.whole ? static_cast<int>(parameter.most) : STEPS);
         slider->setPageStep(parameter.whole ? 1 : STEPS / 20);
-        slider->setSingleStep(parameter.whole ? 1 : STEPS / 200);
+        slider->setSingleStep(Single_Step(*slider));
         slider->setMinimumWidth(theme.Px(220));
-        slider->setToolTip(tr("Double click: the value of a new song"));
+        slider->setToolTip(
+            tr("Wheel and arrow keys, with Shift fine; double click: the value of a new song"));
         slider->installEventFilter(this);
         label->setBuddy(slider);
         figure->setFont(theme.Digits(Text_Size::Body));
@@ -175,8 +181,11 @@ int frmFX_Config::Step_Of(const Effect_Parameter& parameter, float value) {
 float frmFX_Config::Value_At(const Effect_Parameter& parameter, int step) {
     if (parameter.whole)
         return static_cast<float>(step);
+    // These are reached whole, whatever the step's rounding makes of them.
     if (step == STEPS)
         return parameter.most;
+    if (step == Step_Of(parameter, parameter.neutral))
+        return parameter.neutral;
     const float share = static_cast<float>(step) / STEPS;
     return Is_Frequency(parameter) ? parameter.least * std::pow(parameter.most / parameter.least, share)
                                    : parameter.least + share * (parameter.most - parameter.least);
@@ -237,6 +246,17 @@ bool frmFX_Config::event(QEvent* event) {
 }
 
 bool frmFX_Config::eventFilter(QObject* watched, QEvent* event) {
+    auto* slider = qobject_cast<QSlider*>(watched);
+    if (slider != nullptr && (event->type() == QEvent::KeyPress || event->type() == QEvent::Wheel)) {
+        const bool fine = static_cast<QInputEvent*>(event)->modifiers().testFlag(Qt::ShiftModifier);
+        slider->setSingleStep(fine ? 1 : Single_Step(*slider));
+        if (fine && event->type() == QEvent::Wheel) {
+            // Qt would turn pages. Some desktops turn the wheel sideways with Shift.
+            const QPoint turned = static_cast<QWheelEvent*>(event)->angleDelta();
+            slider->setValue(slider->value() + (turned.x() + turned.y() > 0 ? 1 : -1));
+            return true;
+        }
+    }
     if (event->type() == QEvent::MouseButtonDblClick) {
         for (const Effect_Kind kind : ALL_EFFECTS) {
             const auto& sliders = pages[static_cast<std::size_t>(kind)].sliders;

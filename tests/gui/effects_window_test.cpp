@@ -57,6 +57,9 @@ void Effects_Window_Test::Every_Slider_Reaches_Its_Parameter() {
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         QSlider* slider = sliders[static_cast<qsizetype>(i)];
         QCOMPARE(slider->accessibleName(), QString::fromLatin1(parameters[i].name));
+        const float neutral = parameters[i].neutral;
+        QCOMPARE(frmFX_Config::Value_At(parameters[i], frmFX_Config::Step_Of(parameters[i], neutral)),
+                 neutral);
         for (const bool most : {true, false}) {
             const Effect_Values before = w.Of(effect);
             Effect_Values expected = before;
@@ -105,6 +108,8 @@ void Effects_Window_Test::Steps_Are_Joined() {
     QTest::keyClick(sliders[1], Qt::Key_Left); // back where it was
     w.window.hide();
     QCOMPARE(w.changes, 2);
+    QTest::keyClick(sliders[0], Qt::Key_Right, Qt::ShiftModifier); // fine
+    QCOMPARE(w.test.sound.effects[0].Of(Effect_Kind::Echo)[ECHO_MIX], 52.6F);
 }
 
 void Effects_Window_Test::The_Window_Goes_With_Its_Channel() {
