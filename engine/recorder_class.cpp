@@ -19,6 +19,10 @@ constexpr std::uint8_t FULL_SLOT_VOLUME = 127;
 constexpr std::uint8_t PLAIN_PRACTICE_VOLUME = 100;
 constexpr std::int64_t NEVER_SHOWN = std::numeric_limits<std::int64_t>::min() / 2;
 
+std::int32_t Click_Velocity(const Project_State& project) {
+    return static_cast<std::int32_t>(RoundHalfEven(project.MetronomeNoteA * CLICK_VELOCITY_FACTOR));
+}
+
 } // namespace
 
 RecorderClass::RecorderClass(const Transport_Parts& transportParts)
@@ -185,8 +189,7 @@ void RecorderClass::Wait_For_Key() {
 
 bool RecorderClass::Start_Clock() {
     ClickNote = parts.project.MetronomeNoteB;
-    ClickVelocity =
-        static_cast<std::int32_t>(RoundHalfEven(parts.project.MetronomeNoteA * CLICK_VELOCITY_FACTOR));
+    ClickVelocity = Click_Velocity(parts.project);
     LastClickBeat = -1;
     if (!PracticeMode)
         players.Catch_Up(startBeat);
@@ -230,6 +233,10 @@ void RecorderClass::Click(double time) {
     if (static_cast<std::int32_t>(wholeBeat) == LastClickBeat || time - wholeBeat >= CLICK_WINDOW_BEATS)
         return;
     LastClickBeat = static_cast<std::int32_t>(wholeBeat);
+    if (PracticeMode) { // it may stay on for hours, while the metronome is set up
+        ClickNote = parts.project.MetronomeNoteB;
+        ClickVelocity = Click_Velocity(parts.project);
+    }
     parts.output.Midi_NoteOn(DRUM_SLOT, ClickNote, ClickVelocity);
 }
 

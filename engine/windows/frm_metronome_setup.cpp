@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace tonvex {
 
@@ -31,14 +32,11 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& look, QWidget*
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(theme.Px(12));
     grid->setVerticalSpacing(theme.Px(12));
-    grid->setColumnStretch(1, 1);
-    const Project_State& project = session.project;
-    note = Make_Pair(grid, tr("&Note:"), tr("Note of the click"), 1, 0, HIGHEST_NOTE, project.MetronomeNoteB);
-    volume =
-        Make_Pair(grid, tr("&Volume:"), tr("Volume of the click"), 2, 0, LOUDEST, project.MetronomeNoteA);
-    const int tempo = project.ProjectTempo;
-    speed = Make_Pair(grid, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3,
-                      std::min(SLOWEST, tempo), std::max(FASTEST, tempo), tempo);
+    grid->setColumnStretch(2, 1);
+    note = Make_Pair(grid, tr("&Note:"), tr("Note of the click"), 1, HIGHEST_NOTE);
+    volume = Make_Pair(grid, tr("&Volume:"), tr("Volume of the click"), 2, LOUDEST);
+    speed =
+        Make_Pair(grid, tr("&Speed of the test:"), tr("Speed of the test in beats per minute"), 3, FASTEST);
     noteName = new QLabel(this);
     speedLabel = new QLabel(tr("(Project speed)"), this);
     speedLabel->setObjectName(QStringLiteral("speedLabel"));
@@ -69,23 +67,44 @@ frmMetronomeSetup::frmMetronomeSetup(Session& owner, const Theme& look, QWidget*
     clicks.setSingleShot(true);
     clicks.setTimerType(Qt::PreciseTimer);
     connect(&clicks, &QTimer::timeout, this, &frmMetronomeSetup::Click);
+    subscription = session.events.Subscribe([this](int msgId, std::int32_t, const std::string&) {
+        if (msgId == MSG_GENERAL_UPDATE)
+            Take_Song();
+    });
+    Take_Song();
     Show_Note_Name();
+}
+
+frmMetronomeSetup::~frmMetronomeSetup() {
+    session.events.Unsubscribe(subscription);
+}
+
+/// What the user has set stays where the song's own value is as it was.
+void frmMetronomeSetup::Take_Song() {
+    const Project_State& project = session.project;
+    const int tempo = project.ProjectTempo;
+    if (std::exchange(songNote, project.MetronomeNoteB) != project.MetronomeNoteB)
+        note.text->setValue(songNote);
+    if (std::exchange(songVolume, project.MetronomeNoteA) != project.MetronomeNoteA)
+        volume.text->setValue(songVolume);
+    if (std::exchange(songTempo, tempo) != tempo) {
+        speed.text->setRange(std::min(SLOWEST, tempo), std::max(FASTEST, tempo));
+        speed.bar->setRange(speed.text->minimum(), speed.text->maximum());
+        speed.text->setValue(tempo);
+    }
     Show_Speed();
 }
 
 frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const QString& caption,
-                                                     const QString& name, int number, int least, int most,
-                                                     int value) {
+                                                     const QString& name, int number, int most) {
     Pair pair{new QSpinBox(this), new QSlider(Qt::Horizontal, this)};
     pair.text->setObjectName(QStringLiteral("Text%1").arg(number));
     pair.bar->setObjectName(QStringLiteral("HScroll%1").arg(number));
     pair.text->setAccessibleName(name);
     pair.bar->setAccessibleName(name);
     pair.text->setButtonSymbols(QAbstractSpinBox::NoButtons);
-    pair.text->setRange(least, most);
-    pair.bar->setRange(least, most);
-    pair.text->setValue(value);
-    pair.bar->setValue(value);
+    pair.text->setRange(0, most);
+    pair.bar->setRange(0, most);
     pair.bar->setMinimumWidth(theme.Px(200));
     connect(pair.bar, &QSlider::valueChanged, pair.text, &QSpinBox::setValue);
     connect(pair.text, &QSpinBox::valueChanged, pair.bar, &QSlider::setValue);
@@ -93,8 +112,8 @@ frmMetronomeSetup::Pair frmMetronomeSetup::Make_Pair(QGridLayout* grid, const QS
     label->setBuddy(pair.text);
     const int row = number - 1;
     grid->addWidget(label, row, 0);
-    grid->addWidget(pair.bar, row, 1);
-    grid->addWidget(pair.text, row, 2);
+    grid->addWidget(pair.text, row, 1);
+    grid->addWidget(pair.bar, row, 2);
     return pair;
 }
 

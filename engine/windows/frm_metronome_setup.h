@@ -16,11 +16,13 @@ namespace tonvex {
 
 /// "Metronome": note and volume of the click, with a test at any speed. OK keeps note and volume in the
 /// project; "Cancel" and Escape leave all as it was. The test ends with the window, and where a run begins.
+/// What the song is given meanwhile, or another song, shows in the fields that it changes.
 /// Interface thread. Session and look outlive the window.
 class frmMetronomeSetup final : public Plain_Dialog, public Transport_Observer {
     Q_OBJECT
 public:
     frmMetronomeSetup(Session& session, const Theme& look, QWidget* parent = nullptr);
+    ~frmMetronomeSetup() override;
 
     void accept() override;
     void done(int result) override;
@@ -32,8 +34,8 @@ private:
         QSpinBox* text = nullptr;
         QSlider* bar = nullptr;
     };
-    Pair Make_Pair(QGridLayout* grid, const QString& caption, const QString& name, int number, int least,
-                   int most, int value);
+    Pair Make_Pair(QGridLayout* grid, const QString& caption, const QString& name, int number, int most);
+    void Take_Song();
     void Show_Note_Name();
     void Show_Speed();
     void Toggle_Test();
@@ -50,6 +52,10 @@ private:
     QPushButton* Command3 = nullptr; ///< starts and stops the test
     QTimer clicks;
     std::int64_t nextClickMs = 0;
+    int songNote = 0; ///< what the fields took from the song
+    int songVolume = 0;
+    int songTempo = 0;
+    int subscription = 0;
 };
 
 } // namespace tonvex

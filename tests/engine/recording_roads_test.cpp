@@ -255,8 +255,11 @@ TEST(Recording_Roads, Practice_Sounds_And_Stores_Nothing) {
     }
 }
 
-TEST(Recording_Roads, Practice_Follows_Its_Channel_Between_Notes) {
+// A beat of 1000 ms, from 20 ms on one of 20: the other 0.98 of it end at 39.6 ms.
+TEST(Recording_Roads, Practice_Follows_Its_Channel_Between_Notes_And_The_Song) {
     Transport_Rig rig;
+    rig.options.Metronome = true;
+    rig.project.ProjectTempo = 60;
     rig.recorder.PracticeMode = true;
     rig.Keys("10+Z 30-Z 50+X");
     EXPECT_TRUE(rig.recorder.StartRecording(0, 1, rig.firstChannel, false, true, false));
@@ -265,10 +268,14 @@ TEST(Recording_Roads, Practice_Follows_Its_Channel_Between_Notes) {
         if (rig.counter.Now_Ms() == 20) {
             rig.channels.Set_OutputChannel(rig.firstChannel, 3);
             rig.channels.Set_Volume(rig.firstChannel, 40);
+            rig.project.ProjectTempo = 3000;
+            rig.project.MetronomeNoteB = 50;
+            rig.project.MetronomeNoteA = 100;
         }
         rig.recorder.StartRecording(0, 0, 0, false, true, true);
     }
-    EXPECT_EQ(rig.Trace(), "10 On 0 48 102\n30 Off 0 48 100\n50 On 3 50 51\n");
+    EXPECT_EQ(rig.Trace(), "1 On 9 33 102\n10 On 0 48 102\n30 Off 0 48 100\n40 On 9 50 127\n50 On 3 50 51\n"
+                           "60 On 9 50 127\n");
 }
 
 } // namespace
