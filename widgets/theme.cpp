@@ -148,7 +148,7 @@ QLabel[dim="true"] { color: {dim}; }
 QStatusBar { background: {window}; color: {dim}; }
 QScrollArea { border: 0; border-radius: 0; }
 QScrollArea:focus { border: 0; }
-QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; }
+QCheckBox:focus, QRadioButton:focus { border: 2px solid {accent}; border-radius: [5]px; outline: 0; }
 QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QRadioButton { spacing: [8]px; padding: [2]px; border: 2px solid transparent; }
 QRadioButton::indicator { width: [14]px; height: [14]px; border: [1]px solid {dim}; border-radius: [8]px;

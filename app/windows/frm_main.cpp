@@ -129,7 +129,7 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     connect(recorder, &frmRecorder::channelMissing, this, [this] { (void)Needs_Channel(); });
     connect(&recorder->Practice(), &Practice_Mode::keysChanged, this, [this](bool on) {
         keysAction->setChecked(on);
-        piano->Set_Capture(on);
+        piano->Set_Capture(on || recorder->Practice().Plain());
         if (on)
             piano->setFocus();
     });

@@ -16,7 +16,7 @@ namespace tonvex {
 
 /// "Metronome": note and volume of the click, with a test at any speed. OK keeps note and volume in the
 /// project; "Cancel" and Escape leave all as it was. The test ends with the window, and where a run begins.
-/// What the song is given meanwhile, or another song, shows in the fields that it changes.
+/// What the song is given meanwhile shows in the fields that it changes.
 /// Interface thread. Session and look outlive the window.
 class frmMetronomeSetup final : public Plain_Dialog, public Transport_Observer {
     Q_OBJECT

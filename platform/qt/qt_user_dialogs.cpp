@@ -3,6 +3,7 @@
 #include "platform/qt/core_words.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -82,9 +83,12 @@ QString With_Ending(const QString& file, const QStringList& filters, const QStri
     return hasOne ? file : file + Ending_Of(inForce);
 }
 
-/// Over the dialog that is open, else over the program's window.
+/// Over the dialog that is open or worked in, which so is active again afterwards, else over the program's
+/// window.
 QWidget* Owner(QWidget* programWindow) {
-    QWidget* dialog = QApplication::activeModalWidget();
+    if (QWidget* const dialog = QApplication::activeModalWidget(); dialog != nullptr)
+        return dialog;
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeWindow());
     return dialog != nullptr ? dialog : programWindow;
 }
 

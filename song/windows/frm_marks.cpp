@@ -131,7 +131,10 @@ QIcon frmMarks::Flag_Icon(int markRow) const {
     painter.setPen(Qt::NoPen);
     painter.setBrush(Mark_Colour(theme.Tokens(), session.marks.Row(markRow), markRow));
     painter.drawRoundedRect(QRectF(0, 0, edge, edge), theme.Px(3), theme.Px(3));
-    return picture;
+    // The style would tint it in a selected row.
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);
+    return icon;
 }
 
 void frmMarks::Update_View() {

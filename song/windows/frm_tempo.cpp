@@ -205,6 +205,7 @@ bool frmTempo::Is_Free(double beats) {
 }
 
 void frmTempo::Add() {
+    Text2->interpretText(); // a mnemonic leaves the focus in the field
     const auto beats = Typed_Position();
     if (!beats || !Is_Free(*beats))
         return;
@@ -221,6 +222,7 @@ void frmTempo::Change() {
     std::int16_t tempo = 0;
     if (!id || !session.tempoChanges.GetTempoChange_byID(*id, beats, tempo))
         return;
+    Text2->interpretText();
     const std::int32_t newTempo = Text2->value();
     const MsgManager::Batch batch(*session.hub); // one step, though both may change
     // The field shows tenths; a text that was not touched leaves the finer position alone.

@@ -2,6 +2,7 @@
 #include "platform/qt/qt_user_dialogs.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
@@ -21,6 +22,7 @@ class Settings_And_Dialogs_Test : public QObject {
     Q_OBJECT
 
     /// Looks at the box that comes up, then presses the button.
+    static inline QWidget* owner = nullptr;
     static void Answer(QMessageBox::StandardButton button, QString& text, Qt::TextFormat& format,
                        QMessageBox::Icon& icon) {
         auto* timer = new QTimer(qApp);
@@ -31,6 +33,7 @@ class Settings_And_Dialogs_Test : public QObject {
             text = box->text();
             format = box->textFormat();
             icon = box->icon();
+            owner = box->parentWidget();
             if (button == QMessageBox::NoButton)
                 box->close();
             else
@@ -98,11 +101,15 @@ private slots:
         QString text;
         Qt::TextFormat format = Qt::AutoText;
         QMessageBox::Icon icon = QMessageBox::NoIcon;
+        QDialog worked;
+        worked.show();
+        QVERIFY(QTest::qWaitForWindowActive(&worked));
         Answer(QMessageBox::Ok, text, format, icon);
         dialogs.Show_Message(Box_Kind::Critical, "<b>a</b>\nb", "Tonvex");
         QCOMPARE(text, QStringLiteral("<b>a</b>\nb"));
         QCOMPARE(format, Qt::PlainText);
         QCOMPARE(icon, QMessageBox::Critical);
+        QCOMPARE(owner, &worked); // so that it has the keyboard again
         const struct {
             QMessageBox::StandardButton button;
             bool yes;

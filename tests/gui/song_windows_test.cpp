@@ -86,7 +86,7 @@ void Song_Windows_Test::A_Tempo_Change_Is_Added() {
         auto* field = Find<QLineEdit>(window, "Text1");
         QCOMPARE(field->text(), QStringLiteral("1:1.0"));
         field->setText(QLatin1String(row.position));
-        Find<QSpinBox>(window, "Text2")->setValue(row.tempo);
+        Find<QSpinBox>(window, "Text2")->findChild<QLineEdit*>()->setText(QString::number(row.tempo));
         QTest::keyClick(field, Qt::Key_Return);
         QVERIFY2(Changes(s.session) == row.changes && s.Last_Text() == row.told, row.name);
         QVERIFY2(s.session.project.Modified == row.told.empty(), row.name);
@@ -174,6 +174,12 @@ void Song_Windows_Test::The_Click_Is_Tested_And_Kept() {
     QCOMPARE(s.session.project.MetronomeNoteB, 37);
     QCOMPARE(s.session.project.MetronomeNoteA, 50);
     QVERIFY(s.session.project.Modified);
+    // What the song is given meanwhile shows.
+    frmMetronomeSetup open(s.session, s.theme);
+    s.session.project.MetronomeNoteB = 60;
+    s.session.hub->Message(nullptr, MSG_SET_TEMPO, std::int32_t{500});
+    QCOMPARE(Find<QSpinBox>(open, "Text1")->value(), 60);
+    QCOMPARE(Find<QLabel>(open, "speedLabel")->text(), QStringLiteral("(Project speed)"));
 }
 
 // Four bars and a beat at 80: 17 beats of 750 ms are 12.75 s. At 200 % half of it: 8.5 beats, 6.375 s.
