@@ -314,7 +314,12 @@ std::int64_t Cue_Player::Advance() {
     Settle(now);
     if (wakeNs == NEVER && !inFlight.empty())
         wakeNs = inFlight.back().message.dueNs;
-    return wakeNs;
+    // The performer asks what Holds a note, so that has to be known when its moment comes.
+    const auto concernsPerformer = [this](const In_Flight& row) {
+        return row.message.slot == performerSlot && row.effect != Effect::None;
+    };
+    const auto next = std::find_if(inFlight.begin(), inFlight.end(), concernsPerformer);
+    return next == inFlight.end() ? wakeNs : std::min(wakeNs, next->message.dueNs);
 }
 
 /// False when the output still has no room for them.

@@ -221,16 +221,18 @@ TEST(Cue_Engine, A_Note_Let_Go_As_Its_Row_Ends_Is_Ended_By_The_Row) {
         Recording_Cue_Output output;
         Cue_Player player(output, counter, 0);
         player.Set_List_Count(1);
-        player.Set_List(0, Cue_List::Make(Rows{On(0.0, 0), Off(0.2, 0)}));
+        player.Set_Output(true, 10'000'000);
+        player.Set_List(0, Cue_List::Make(Rows{On(0.005, 0), Off(0.2, 0)}));
         player.Set_Clock(1.0F, 0, {{0.0, 0, 60}});
         player.Set_Performer_Slot(0);
         const Cue_Player::Live_Notes held = {1};
         player.Set_Live_Notes(held);
         player.Tell_Live_Notes(letGo ? Cue_Player::Live_Notes{} : held);
         player.Start();
+        EXPECT_EQ(player.Advance(), 5'000'000) << "to know in time that the row holds the note";
         counter.Advance_Ms(200);
         player.Advance();
-        EXPECT_EQ(output.Text(), letGo ? "0 +0/0 v100\n200 -0/0\n" : "0 +0/0 v100\n");
+        EXPECT_EQ(output.Text(), letGo ? "5 +0/0 v100\n200 -0/0\n" : "5 +0/0 v100\n");
     }
 }
 
