@@ -115,6 +115,7 @@ QLineEdit:focus, QSpinBox:focus, QDoubleSpinBox:focus, QComboBox:focus, QPlainTe
   border: 2px solid {accent}; padding: [2]px [5]px; }
 QLineEdit:disabled, QSpinBox:disabled, QDoubleSpinBox:disabled, QComboBox:disabled { background: {panel};
   color: {dim}; }
+QComboBox:focus { padding: [3]px [5]px; }
 QComboBox::drop-down { border: 0; width: [24]px; }
 QComboBox::down-arrow { image: url({chevron}); width: [16]px; height: [16]px; }
 QComboBox QAbstractItemView { background: {panel}; color: {text}; border: 1px solid {line}; }
@@ -168,7 +169,9 @@ QSlider::groove:horizontal { height: [4]px; background: {hover}; border-radius: 
 QSlider::sub-page:horizontal { background: {accent}; border-radius: [2]px; }
 QSlider::handle:horizontal { width: [16]px; height: [16]px; margin: -[6]px 0; border-radius: [8]px;
   background: {text}; }
-QSlider::handle:horizontal:hover, QSlider::handle:horizontal:focus { background: {accent}; }
+QSlider::handle:horizontal:hover { background: {accent}; }
+QSlider::handle:horizontal:focus { width: [10]px; height: [10]px; border: [3]px solid {accent};
+  background: {panel}; }
 QSlider::sub-page:horizontal:disabled, QSlider::handle:horizontal:disabled { background: {dim}; }
 )";
 
