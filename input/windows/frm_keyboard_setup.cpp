@@ -27,6 +27,7 @@ namespace {
 constexpr int CODE_NOTE = 0;
 constexpr int CODE_QCHORD = 1;
 constexpr int CODE_DISABLED = 4;
+constexpr int QUESTION_WIDTH = 360;
 
 } // namespace
 
@@ -255,6 +256,7 @@ void frmKeyboardSetup::wbButton2_Click() {
     question->setWindowTitle(tr("Save keyboard layout"));
     question->setLabelText(tr("Name of the layout:"));
     question->setTextValue(QString::fromStdString(session.layout->KeyboardFileName));
+    question->resize(theme.Px(QUESTION_WIDTH), question->height());
     connect(question, &QInputDialog::textValueSelected, this, &frmKeyboardSetup::Save_Under);
     question->open();
 }
@@ -304,6 +306,7 @@ void frmKeyboardSetup::Command3_Click() {
     question->setLabelText(tr("Name of the template:"));
     question->setTextValue(
         QString::fromStdString(session.channels->Channels[static_cast<std::size_t>(row)].ChannelName));
+    question->resize(theme.Px(QUESTION_WIDTH), question->height());
     connect(question, &QInputDialog::textValueSelected, this, &frmKeyboardSetup::Write_Template);
     question->open();
 }

@@ -32,7 +32,7 @@ frmPianoLayout::frmPianoLayout(Session& owner, const Theme& look, std::int32_t c
     connect(piano, &Piano_Marks::toggled, this, &frmPianoLayout::Show_Selection);
     connect(octaves, &QComboBox::activated, this, [this](int row) {
         selection.Set_First_Place(row * OCTAVE);
-        piano->update();
+        piano->Selection_Changed();
     });
     connect(Check1, &QCheckBox::clicked, this, [this](bool on) {
         selection.Set_Variable(on, Octave_Start());
@@ -164,7 +164,7 @@ void frmPianoLayout::Show_Selection() {
                         ? tr("Nothing marked yet. Click a key, or move with the arrows and press Space.")
                     : chord ? tr("Notes: %1").arg(names.join(QLatin1Char(' ')))
                             : tr("Note: %1").arg(names.front()));
-    piano->update();
+    piano->Selection_Changed();
 }
 
 void frmPianoLayout::SetMode(Piano_Selection::Mode mode) {
@@ -198,6 +198,7 @@ void frmPianoLayout::SetChord(const std::vector<int>& notes) {
         selection.Set_Variable(false, Octave_Start());
     Fill_Octaves();
     Show_Selection();
+    piano->Go_To_Mark();
 }
 
 void frmPianoLayout::Disable_VariableOctave() {

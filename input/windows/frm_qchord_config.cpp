@@ -64,6 +64,12 @@ int frmQChordConfig::Fixed_Octave_Row(int octave) const {
     return row < Combo1->count() ? row : -1;
 }
 
+/// Where there is no active octave, as the event sounds them.
+std::vector<int> frmQChordConfig::Sounding_Notes() const {
+    return QChord_Edit::Sounding_Notes(work, activeOctaveOffered ? session.layout->QChordsOctave
+                                                                 : QChordClass::Stored_Octave(work));
+}
+
 void frmQChordConfig::Load_WorkStruct(const QChordData& record) {
     work = record;
     const double tempo = session.project.ProjectTempo;
@@ -93,7 +99,7 @@ Chord_Source frmQChordConfig::Source() const {
 
 void frmQChordConfig::Source_Chosen(Chord_Source source) {
     if (source == Chord_Source::Custom) {
-        QChord_Edit::Set_Custom(QChord_Edit::Sounding_Notes(work, session.layout->QChordsOctave), work);
+        QChord_Edit::Set_Custom(Sounding_Notes(), work);
         Show_Notes();
     } else {
         const QSignalBlocker quiet[] = {QSignalBlocker(List1), QSignalBlocker(List2), QSignalBlocker(Combo1)};
@@ -101,8 +107,6 @@ void frmQChordConfig::Source_Chosen(Chord_Source source) {
             List1->setCurrentRow(0);
         if (List2->currentRow() < 0)
             List2->setCurrentRow(0);
-        if (Combo1->currentIndex() < 0)
-            Combo1->setCurrentIndex(0);
         Chord_Chosen();
     }
     Enable_Controls();
@@ -111,7 +115,11 @@ void frmQChordConfig::Source_Chosen(Chord_Source source) {
 void frmQChordConfig::Chord_Chosen() {
     if (Source() == Chord_Source::Custom || List1->currentRow() < 0 || List2->currentRow() < 0)
         return;
-    const int octave = std::max(0, Combo1->currentIndex()) + (activeOctaveOffered ? 0 : 1);
+    if (Combo1->currentIndex() < 0) { // the octave of a record that offers none
+        const QSignalBlocker quiet(Combo1);
+        Combo1->setCurrentIndex(0);
+    }
+    const int octave = Combo1->currentIndex() + (activeOctaveOffered ? 0 : 1);
     QChord_Edit::Set_Chord(session.notes, Source(), List1->currentRow(), List2->currentRow(), octave, work);
     Text3->setText(QString::fromStdString(work.ChordName));
     Show_Notes();
@@ -124,7 +132,7 @@ void frmQChordConfig::Edit_Custom() {
     pianoWindow->setAttribute(Qt::WA_DeleteOnClose);
     pianoWindow->SetMode(Piano_Selection::Mode::Chord);
     pianoWindow->SetVolume(VScroll1->value());
-    pianoWindow->SetChord(QChord_Edit::Sounding_Notes(work, session.layout->QChordsOctave));
+    pianoWindow->SetChord(Sounding_Notes());
     connect(pianoWindow.data(), &QDialog::accepted, this, &frmQChordConfig::frmPianoLayoutObj_Closed);
     pianoWindow->open();
 }
@@ -188,7 +196,11 @@ void frmQChordConfig::Toggle_Test() {
     busy = true;
     Command5->setText(tr("S&top"));
     Enable_Controls();
-    sound.Start_Chord(sound.Slot_Of(channelId), work, session.layout->QChordsOctave);
+    const int slot = sound.Slot_Of(channelId);
+    if (activeOctaveOffered)
+        sound.Start_Chord(slot, work, session.layout->QChordsOctave);
+    else
+        sound.Start_Stored_Chord(slot, work);
 }
 
 void frmQChordConfig::accept() {

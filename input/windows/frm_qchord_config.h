@@ -60,6 +60,7 @@ private:
     void Warn(const std::string& text);
     void Toggle_Test();
     int Fixed_Octave_Row(int octave) const;
+    std::vector<int> Sounding_Notes() const;
 
     Session& session;
     const Theme& theme;

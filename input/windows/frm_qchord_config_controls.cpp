@@ -33,6 +33,7 @@ QListWidget* Named_List(QWidget* parent, const char* name, const QString& told) 
     auto* list = new QListWidget(parent);
     list->setObjectName(QLatin1String(name));
     list->setAccessibleName(told);
+    list->ensurePolished(); // rows are laid out as soon as one is chosen
     return list;
 }
 
@@ -89,8 +90,8 @@ void frmQChordConfig::Make_Controls() {
     buttons->addWidget(cancel);
     buttons->addWidget(ok);
     all->addLayout(buttons);
-    // All roots and types in sight, where the screen has room for them.
-    resize(QSize(theme.Px(780), theme.Px(600)).boundedTo(screen()->availableSize()));
+    // All of it in sight, where the screen has room.
+    resize(sizeHint().expandedTo({theme.Px(780), theme.Px(600)}).boundedTo(screen()->availableSize()));
 }
 
 QLayout* frmQChordConfig::Make_Kinds() {
@@ -191,7 +192,8 @@ QWidget* frmQChordConfig::Make_Picking_Part() {
     grid->setHorizontalSpacing(theme.Px(12));
     grid->setVerticalSpacing(theme.Px(8));
     Text2 = Named_Field(frame, "Text2", tr("Picking pattern"));
-    Text2->setPlaceholderText(tr("1 to 6, 0 for a rest"));
+    Text2->setPlaceholderText(tr("1 is the lowest"));
+    QLayout* presets = Make_Presets(); // in the order in which Tab goes through
     Text1 = Named_Field(frame, "Text1", tr("Picking delay in milliseconds"));
     Text1->setPlaceholderText(tr("milliseconds"));
     Check3 = new QCheckBox(frame);
@@ -205,7 +207,7 @@ QWidget* frmQChordConfig::Make_Picking_Part() {
     Check2->setToolTip(tr("Plays the pattern again and again while the key is held"));
     grid->addWidget(Label_For(Text2, tr("Picking &Pattern:"), frame), 0, 0);
     grid->addWidget(Text2, 0, 1);
-    grid->addLayout(Make_Presets(), 1, 1);
+    grid->addLayout(presets, 1, 1);
     grid->addWidget(Label_For(Text1, tr("Picking &speed (Beats):"), frame), 2, 0);
     grid->addWidget(Text1, 2, 1);
     grid->addWidget(Check3, 3, 1);

@@ -12,10 +12,12 @@
 #include "widgets/tool_button.h"
 
 #include <QCheckBox>
+#include <QDockWidget>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMainWindow>
 #include <QPainter>
 
 #include <algorithm>
@@ -127,6 +129,11 @@ void frmREC_PianoLayout::View_Staff(bool on) {
             staff->Set_Note(note, session.notes.NoteName(note));
     Fit_Height();
     staff->setVisible(on);
+    // The staves need the height to be read.
+    auto* dock = qobject_cast<QDockWidget*>(parentWidget());
+    auto* window = dock == nullptr ? nullptr : qobject_cast<QMainWindow*>(dock->parentWidget());
+    if (on && window != nullptr && !dock->isFloating())
+        window->resizeDocks({dock}, {theme.Px(HIGH_PANE)}, Qt::Vertical);
 }
 
 void frmREC_PianoLayout::paintEvent(QPaintEvent*) {
@@ -249,12 +256,15 @@ void frmREC_PianoLayout::Mouse_Note_On(int note, int velocity) {
     if (mouseRow < 0)
         return;
     session.gcm->GCM_NoteOn(mouseRow, note, velocity, true);
+    ShowNote(note);
     emit soundBegan();
 }
 
 void frmREC_PianoLayout::Mouse_Note_Off(int note) {
-    if (mouseRow >= 0)
-        session.gcm->GCM_NoteOff(mouseRow, note, NOTE_OFF_VELOCITY, true);
+    if (mouseRow < 0)
+        return;
+    session.gcm->GCM_NoteOff(mouseRow, note, NOTE_OFF_VELOCITY, true);
+    HideNote(note);
     mouseRow = -1;
 }
 

@@ -123,6 +123,13 @@ void Piano_Marks::Move_Cursor(int slot) {
     update();
 }
 
+void Piano_Marks::Go_To_Mark() {
+    int slot = 0;
+    while (slot < Piano_Selection::SLOTS && !selection.Is_Marked(slot))
+        ++slot;
+    Move_Cursor(slot < Piano_Selection::SLOTS ? slot : cursor);
+}
+
 void Piano_Marks::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
         Toggle(Slot_At(event->position()));

@@ -13,10 +13,13 @@ namespace tonvex {
 class Piano_Marks final : public QWidget {
     Q_OBJECT
 public:
-    /// selection outlives the widget; after a change from elsewhere call update.
+    /// selection outlives the widget; after a change from elsewhere call Selection_Changed.
     Piano_Marks(const Theme& theme, Piano_Selection& selection, QWidget* parent = nullptr);
     QRectF Key_Rect(int slot) const;
     int Cursor() const noexcept { return cursor; }
+    void Selection_Changed() { Move_Cursor(cursor); }
+    /// The cursor on the lowest mark in sight, where there is one.
+    void Go_To_Mark();
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -43,6 +43,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLabel>
+#include <QListView>
 #include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
@@ -222,7 +223,7 @@ QStringList Hard_To_Reach(const QWidget& window, const QString& header) {
     return hard;
 }
 
-/// Labels and buttons that have less room than their text.
+/// Labels, buttons and rows of lists that have less room than their text.
 QStringList Cut_Captions(const QWidget& window) {
     QStringList cut;
     const auto look = [&cut](const QWidget& widget, const QString& text, int wanted) {
@@ -234,6 +235,11 @@ QStringList Cut_Captions(const QWidget& window) {
             look(*label, label->text(), label->minimumSizeHint().width());
     for (const auto* button : window.findChildren<QAbstractButton*>())
         look(*button, button->text(), button->minimumSizeHint().width());
+    for (const auto* list : window.findChildren<QListView*>())
+        if (list->isVisible() && list->model()->rowCount() > 1 &&
+            list->visualRect(list->model()->index(0, 0))
+                .intersects(list->visualRect(list->model()->index(1, 0))))
+            cut << "rows of " + list->accessibleName();
     return cut;
 }
 
