@@ -13,25 +13,32 @@
 
 namespace tonvex {
 
+namespace {
+
+constexpr double BEATS_PER_BAR = 4.0;
+
+} // namespace
+
 frmEvEd_TimePosProperties::frmEvEd_TimePosProperties(User_Dialogs& userDialogs, const Theme& look,
                                                      QWidget* parent)
     : Plain_Dialog(look, tr("Time Properties"), tr("Start and length of the selected events"), parent),
-      dialogs(userDialogs), Text1(new QLineEdit(this)), Text2(new QLineEdit(this)),
-      Check1(new QCheckBox(tr("&Add/Subtract"), this)), barBeat(new QRadioButton(tr("&Bar:Beat"), this)),
-      beats(new QRadioButton(tr("B&eats"), this)) {
+      dialogs(userDialogs), start{.line = new QLineEdit(this)}, length{.line = new QLineEdit(this),
+                                                                       .distance = true},
+      barBeat(new QRadioButton(tr("&Bar:Beat"), this)), beats(new QRadioButton(tr("B&eats"), this)),
+      Check1(new QCheckBox(tr("&Add/Subtract"), this)) {
     setObjectName(QStringLiteral("frmEvEd_TimePosProperties"));
-    Text1->setObjectName(QStringLiteral("Text1"));
-    Text1->setAccessibleName(tr("Start"));
-    Text2->setObjectName(QStringLiteral("Text2"));
-    Text2->setAccessibleName(tr("Length"));
+    start.line->setObjectName(QStringLiteral("Text1"));
+    start.line->setAccessibleName(tr("Start"));
+    length.line->setObjectName(QStringLiteral("Text2"));
+    length.line->setAccessibleName(tr("Length"));
     Check1->setObjectName(QStringLiteral("Check1"));
     barBeat->setObjectName(QStringLiteral("barBeat"));
     beats->setObjectName(QStringLiteral("beats"));
     barBeat->setChecked(true);
     auto* fields = new QFormLayout;
     fields->setSpacing(theme.Px(8));
-    fields->addRow(tr("&Start at:"), Text1);
-    fields->addRow(tr("&Length:"), Text2);
+    fields->addRow(tr("&Start at:"), start.line);
+    fields->addRow(tr("&Length:"), length.line);
     auto* formats = new QHBoxLayout;
     formats->addWidget(barBeat);
     formats->addWidget(beats);
@@ -48,15 +55,16 @@ frmEvEd_TimePosProperties::frmEvEd_TimePosProperties(User_Dialogs& userDialogs, 
     hint->setMinimumWidth(theme.Px(340));
     column->addWidget(hint);
     Add_Buttons();
-    connect(barBeat, &QRadioButton::clicked, this, &frmEvEd_TimePosProperties::Write_Fields);
-    connect(beats, &QRadioButton::clicked, this, &frmEvEd_TimePosProperties::Write_Fields);
+    connect(barBeat, &QRadioButton::toggled, this, &frmEvEd_TimePosProperties::Change_Format);
     connect(Check1, &QCheckBox::clicked, this, [this] {
         // What stands there meant a place, not a difference.
-        Text1->clear();
-        Text2->clear();
-        Text1->setFocus();
+        for (Field* field : {&start, &length}) {
+            field->line->clear();
+            field->shown.clear();
+        }
+        start.line->setFocus();
     });
-    Text1->setFocus();
+    start.line->setFocus();
 }
 
 bool frmEvEd_TimePosProperties::Bar_Beat() const {
@@ -68,45 +76,63 @@ bool frmEvEd_TimePosProperties::Adds() const {
 }
 
 void frmEvEd_TimePosProperties::Show_Times(double startBeat, std::optional<double> lengthBeats) {
-    start = startBeat;
-    length = lengthBeats;
-    Text2->setEnabled(lengthBeats.has_value());
-    Write_Fields();
-    Text1->selectAll();
+    start.value = startBeat;
+    length.value = lengthBeats;
+    length.line->setEnabled(lengthBeats.has_value());
+    Write(start);
+    Write(length);
+    start.line->selectAll();
 }
 
-/// The values shown last in the other format.
-void frmEvEd_TimePosProperties::Write_Fields() {
-    const bool adds = Adds();
-    const auto position = [&](double value) {
-        if (adds)
-            return Distance_Text(value, Bar_Beat());
+std::optional<double> frmEvEd_TimePosProperties::Value(const Field& field, bool inBars) const {
+    const QString typed = field.line->text().trimmed();
+    if (typed.isEmpty() || !field.line->isEnabled())
+        return std::nullopt;
+    // Left as it was shown it is meant as it came: who changes a length does not move the event.
+    if (typed == field.shown)
+        return field.value;
+    const std::string text = typed.toStdString();
+    return field.distance || Adds() ? Parse_Distance(text, inBars) : Parse_Position(text, inBars);
+}
+
+void frmEvEd_TimePosProperties::Write(Field& field) {
+    const bool place = !field.distance && !Adds();
+    if (!field.value || (place && *field.value < 0.0))
+        return;
+    std::string text = Distance_Text(*field.value, Bar_Beat());
+    if (place && Bar_Beat()) {
         // Bars and beats count from 1.
-        if (!Bar_Beat())
-            return Beats_Text(value);
-        const std::string distance = Distance_Text(value, true);
-        const std::size_t colon = distance.find(':');
-        return std::to_string(std::stoll(distance.substr(0, colon)) + 1) + ":" +
-               Beats_Text(value - 4.0 * static_cast<double>(std::stoll(distance.substr(0, colon))) + 1.0);
-    };
-    if (start)
-        Text1->setText(QString::fromStdString(position(*start)));
-    if (length)
-        Text2->setText(QString::fromStdString(Distance_Text(*length, Bar_Beat())));
+        const std::int64_t bars = std::stoll(text.substr(0, text.find(':')));
+        text = std::to_string(bars + 1) + ":" +
+               Beats_Text(*field.value - BEATS_PER_BAR * static_cast<double>(bars) + 1.0);
+    }
+    field.shown = QString::fromStdString(text);
+    field.line->setText(field.shown);
+}
+
+/// What stands in the fields, in the format chosen now; what is no value stays as it was typed.
+void frmEvEd_TimePosProperties::Change_Format() {
+    for (Field* field : {&start, &length})
+        if (const auto typed = Value(*field, !Bar_Beat())) {
+            field->value = typed;
+            Write(*field);
+        }
 }
 
 bool frmEvEd_TimePosProperties::Read_Fields() {
-    const auto read = [&](const QLineEdit& field, bool distance, std::optional<double>& value) {
-        const std::string text = field.text().trimmed().toStdString();
-        value.reset();
-        if (text.empty() || !field.isEnabled())
-            return true;
-        value = distance ? Parse_Distance(text, Bar_Beat()) : Parse_Position(text, Bar_Beat());
-        if (!value)
-            dialogs.Show_Message(Box_Kind::Warning, "Invalid value: " + text);
-        return value.has_value();
-    };
-    return read(*Text1, Adds(), start) && read(*Text2, true, length);
+    std::optional<double> read[2];
+    for (Field* field : {&start, &length}) {
+        auto& value = read[field == &length ? 1 : 0];
+        value = Value(*field, Bar_Beat());
+        const QString typed = field->line->text().trimmed();
+        if (value || typed.isEmpty() || !field->line->isEnabled())
+            continue;
+        dialogs.Show_Message(Box_Kind::Warning, "Invalid value: " + typed.toStdString());
+        return false;
+    }
+    start.value = read[0];
+    length.value = read[1];
+    return true;
 }
 
 void frmEvEd_TimePosProperties::accept() {

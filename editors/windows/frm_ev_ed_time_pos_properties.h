@@ -20,26 +20,33 @@ public:
 
     void Show_Times(double start, std::optional<double> length);
     // what was asked for, once accepted
-    std::optional<double> Start() const noexcept { return start; }
-    std::optional<double> Length() const noexcept { return length; }
+    std::optional<double> Start() const noexcept { return start.value; }
+    std::optional<double> Length() const noexcept { return length.value; }
     bool Adds() const;
 
     void accept() override;
 
 private:
+    struct Field {
+        QLineEdit* line = nullptr;
+        bool distance = false; ///< also without Check1
+        QString shown{};       ///< how value was written last, to three decimals
+        std::optional<double> value{};
+    };
     bool Bar_Beat() const;
-    void Write_Fields();
+    /// Nothing when the field is empty or holds what is no value.
+    std::optional<double> Value(const Field& field, bool inBars) const;
+    void Write(Field& field);
+    void Change_Format();
     /// False, after a message, when a field holds what is no value.
     bool Read_Fields();
 
     User_Dialogs& dialogs;
-    QLineEdit* Text1 = nullptr;  ///< start
-    QLineEdit* Text2 = nullptr;  ///< length
-    QCheckBox* Check1 = nullptr; ///< add
+    Field start;  ///< Text1
+    Field length; ///< Text2
     QRadioButton* barBeat = nullptr;
     QRadioButton* beats = nullptr;
-    std::optional<double> start;
-    std::optional<double> length;
+    QCheckBox* Check1 = nullptr; ///< add
 };
 
 } // namespace tonvex
