@@ -30,7 +30,14 @@ Tool_Button* EventsEditorCtrl::Add_Button(const QString& picture, const QString&
                                           const std::function<void()>& act) {
     auto* button = new Tool_Button(theme, Button_Kind::Flat, picture, name, key, CoolToolBar1);
     button->setObjectName(picture);
-    connect(button, &QToolButton::clicked, this, act);
+    // Behind a click the keys are the roll's: Copy clicked, Ctrl+V works. Who came by Tab stays. Before the
+    // act, for a run takes its time.
+    button->setFocusPolicy(Qt::TabFocus);
+    connect(button, &QToolButton::clicked, this, [this, button, act] {
+        if (!button->hasFocus())
+            view->setFocus();
+        act();
+    });
     CoolToolBar1->layout()->addWidget(button);
     return button;
 }
@@ -101,6 +108,7 @@ void EventsEditorCtrl::Make_Bar() {
     alignButton->setCheckable(true);
     gridButton = new Tool_Button(theme, Button_Kind::Pill, {}, tr("Grid"), {}, CoolToolBar1);
     gridButton->setObjectName(QStringLiteral("grid"));
+    gridButton->setFocusPolicy(Qt::TabFocus);
     gridButton->setPopupMode(QToolButton::InstantPopup);
     auto* grids = new QMenu(gridButton);
     Fill_Grid_Menu(grids);
@@ -142,6 +150,7 @@ void EventsEditorCtrl::Make_Bar() {
     row->addSpacing(theme.Px(4));
     zoomButton = new Tool_Button(theme, Button_Kind::Pill, {}, tr("Zoom"), tr("Ctrl+wheel"), CoolToolBar1);
     zoomButton->setObjectName(QStringLiteral("zoom"));
+    zoomButton->setFocusPolicy(Qt::TabFocus);
     zoomButton->setPopupMode(QToolButton::InstantPopup);
     zoomButton->Reserve_For(QStringLiteral("2000 %"));
     auto* zooms = new QMenu(zoomButton);
