@@ -1,5 +1,7 @@
 #include "editors/clipboard_class.h"
 
+#include "editors/edit_grid.h"
+
 #include <algorithm>
 
 namespace tonvex {
@@ -25,7 +27,7 @@ std::vector<std::pair<double, EventData>> ClipboardClass::Placed_At(double beats
     std::vector<std::pair<double, EventData>> placed;
     for (std::int32_t i = store.FirstEvent(); i >= 0; i = store.Get_NextEventI(i))
         if (const auto event = store.ReadEvent(i))
-            placed.emplace_back(beats + event->StartTime, event->Payload());
+            placed.emplace_back(Tidy_Beats(beats + event->StartTime), event->Payload());
     return placed;
 }
 

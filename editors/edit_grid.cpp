@@ -16,6 +16,13 @@ double Round_To_Grid(double beats, int div) noexcept {
     return static_cast<double>(RoundHalfUp(beats * divisions)) / divisions;
 }
 
+double Tidy_Beats(double beats) noexcept {
+    constexpr double FINEST = 48.0; // divisions that hold all choices
+    constexpr double NOISE = 1e-9;
+    const double place = static_cast<double>(RoundHalfUp(beats * FINEST)) / FINEST;
+    return std::abs(beats - place) < NOISE ? place : beats;
+}
+
 const char* Grid_Text(int div) noexcept {
     for (const Grid_Choice& choice : GRID_CHOICES)
         if (choice.Div == div)

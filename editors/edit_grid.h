@@ -25,6 +25,9 @@ inline constexpr int MOST_GRID_DIVISIONS = 96;
 /// beats on the grid of div divisions of a beat; half a step goes up. div below 1 counts as 1, above
 /// MOST_GRID_DIVISIONS as that.
 double Round_To_Grid(double beats, int div) noexcept;
+/// beats without what sums of steps leave behind: within a billionth of a place that every grid on offer has,
+/// it is that place.
+double Tidy_Beats(double beats) noexcept;
 /// div as Round_To_Grid takes it.
 int Grid_Divisions(int div) noexcept;
 /// The text of a choice; "own" for what is none.

@@ -119,7 +119,7 @@ bool Event_Edits::Move_Beats(const IDs& ids, double beats) const {
     std::ptrdiff_t before = 0;
     for (const std::int32_t eventId : ids)
         if (const auto event = Event(eventId)) {
-            moves.emplace_back(eventId, event->StartTime + beats);
+            moves.emplace_back(eventId, Tidy_Beats(event->StartTime + beats));
             before += moves.back().second < 0.0 ? 1 : 0;
         }
     if (!Start_Agreed(before))
@@ -140,12 +140,13 @@ Event_Edits::IDs Event_Edits::Copy_Events(const IDs& ids, double beats, int rows
         const auto event = Event(eventId);
         if (!event)
             continue;
-        if (event->StartTime + beats < 0.0) {
+        const double start = Tidy_Beats(event->StartTime + beats);
+        if (start < 0.0) {
             ++before;
             continue;
         }
         kept.push_back(eventId);
-        copies.emplace_back(event->StartTime + beats, event->Payload());
+        copies.emplace_back(start, event->Payload());
     }
     if (!Start_Agreed(before) || !Rows_Agreed(kept, rows))
         return {};
@@ -173,7 +174,7 @@ void Event_Edits::Align(const IDs& ids, int div, int strength) const {
 
 bool Event_Edits::Set_Times(const IDs& ids, std::optional<double> start, std::optional<double> length,
                             bool add) const {
-    const auto moved = [&](double from) { return add ? from + start.value_or(0.0) : *start; };
+    const auto moved = [&](double from) { return add ? Tidy_Beats(from + start.value_or(0.0)) : *start; };
     std::ptrdiff_t before = 0;
     if (start)
         for (const std::int32_t eventId : ids)
@@ -199,14 +200,16 @@ bool Event_Edits::Set_Times(const IDs& ids, std::optional<double> start, std::op
 
 // ---- length ----
 
-void Event_Edits::Resize(const IDs& ids, double beats) const {
+void Event_Edits::Resize(const IDs& ids, double beats, double least) const {
     const ChannelClass* store = Store();
     Step step(*this, "Resize events");
     for (const std::int32_t eventId : ids) {
         const auto event = Event(eventId);
         if (!event || !Has_Length(event->Kind) || beats == 0.0)
             continue;
-        const double length = std::max(LEAST_LENGTH, store->GetEvent_Length(event->EventI) + beats);
+        const double before = store->GetEvent_Length(event->EventI);
+        const double shortest = beats < 0.0 ? std::min(before, least) : 0.0;
+        const double length = std::max({LEAST_LENGTH, shortest, Tidy_Beats(before + beats)});
         parts.hub.Message(sender, MSG_LENGTH_EVENT, Channel, eventId, length, NOT_GIVEN_TIME);
     }
     step.Close(MSG_LENGTH_END);
@@ -228,7 +231,8 @@ void Event_Edits::Legato(const IDs& ids) const {
             next = start;
         }
         if (later < std::numeric_limits<double>::infinity())
-            parts.hub.Message(sender, MSG_LENGTH_EVENT, Channel, eventId, later - start, NOT_GIVEN_TIME);
+            parts.hub.Message(sender, MSG_LENGTH_EVENT, Channel, eventId, Tidy_Beats(later - start),
+                              NOT_GIVEN_TIME);
     }
     step.Close(MSG_LENGTH_END);
 }

@@ -43,8 +43,8 @@ public:
     bool Move_Beats(const IDs& ids, double beats) const;
     /// The same with copies that are added; their IDs, nothing on a no.
     IDs Copy_Events(const IDs& ids, double beats, int rows) const;
-    /// Each event gets its own length and beats more.
-    void Resize(const IDs& ids, double beats) const;
+    /// Each event gets its own length and beats more; what becomes shorter stops at least.
+    void Resize(const IDs& ids, double beats, double least = LEAST_LENGTH) const;
     /// To the grid of div divisions of a beat; strength in percent of the way there.
     void Align(const IDs& ids, int div, int strength = 100) const;
     /// Each event's length up to the next later start among them; the last ones stay.

@@ -12,6 +12,8 @@ namespace {
 
 /// A hand that only meant to click does not drag. Design pixels.
 constexpr double SLIP = 4.0;
+/// Notes of a chord that was played begin within this. Beats.
+constexpr double TOGETHER = 0.05;
 
 } // namespace
 
@@ -77,6 +79,9 @@ void Roll_Gesture::Press_Volume(double x, int volume, double reach) {
         if (geometry.X_Of(row.StartTime) > x + reach)
             break;
         if (!Has_Volume(row.Kind) || apart > nearest)
+            continue;
+        // Of several at one place a selected one is meant.
+        if (heldId && heldRow.Selected && apart == nearest)
             continue;
         nearest = apart;
         heldRow = row;
@@ -182,15 +187,22 @@ void Roll_Gesture::Paint_Volumes(double fromX, int fromVolume, double toX, int t
     if (changesSelected)
         return;
     const auto [left, right] = std::minmax(fromX, toX);
-    const Event_List& events = display.Own();
-    for (std::size_t i = events.First_From(geometry.Beat_At(left - volumeReach)); i < events.Rows().size();
-         ++i) {
-        const Ev_Display_Row& row = events.Rows()[i];
-        const double x = geometry.X_Of(row.StartTime);
-        if (x > right + volumeReach)
-            break;
-        if (!Has_Volume(row.Kind))
+    const double from = geometry.Beat_At(left - volumeReach);
+    const double to = geometry.Beat_At(right + volumeReach);
+    const std::vector<Ev_Display_Row>& all = display.Own().Rows();
+    std::vector<double> chosen; // where selected events begin
+    for (std::size_t i = display.Own().First_From(from - TOGETHER);
+         i < all.size() && all[i].StartTime <= to + TOGETHER; ++i)
+        if (all[i].Selected && Has_Volume(all[i].Kind))
+            chosen.push_back(all[i].StartTime);
+    for (std::size_t i = display.Own().First_From(from); i < all.size() && all[i].StartTime <= to; ++i) {
+        const Ev_Display_Row& row = all[i];
+        const auto near = std::lower_bound(chosen.begin(), chosen.end(), row.StartTime - TOGETHER);
+        const bool besideChosen = near != chosen.end() && *near <= row.StartTime + TOGETHER;
+        // Where some of a chord's notes are selected, those are meant.
+        if (!Has_Volume(row.Kind) || (besideChosen && !row.Selected))
             continue;
+        const double x = geometry.X_Of(row.StartTime);
         const double part = fromX == toX ? 1.0 : std::clamp((x - fromX) / (toX - fromX), 0.0, 1.0);
         const int volume = static_cast<int>(RoundHalfUp(fromVolume + (toVolume - fromVolume) * part));
         volumes[row.EventID] = volume;
@@ -201,6 +213,7 @@ void Roll_Gesture::Paint_Volumes(double fromX, int fromVolume, double toX, int t
 
 void Roll_Gesture::Release() {
     const Kind done = kind;
+    releasing = true;
     Event_List& events = display.Own();
     switch (done) {
     case Kind::Pressed:
@@ -277,6 +290,8 @@ void Roll_Gesture::Release_Volume() {
 }
 
 void Roll_Gesture::Cancel() {
+    if (releasing)
+        return;
     if (Is_On())
         display.Own().Select(selectedBefore);
     Forget();
@@ -291,6 +306,7 @@ void Roll_Gesture::Forget() {
     copies = false;
     onEdge = false;
     wasSelected = false;
+    releasing = false;
     changesSelected = false;
     selectedBefore.clear();
     erased.clear();
@@ -299,6 +315,14 @@ void Roll_Gesture::Forget() {
 }
 
 // ---- what will be ----
+
+bool Roll_Gesture::Drags_Across() const noexcept {
+    return kind != Kind::None && kind != Kind::Pressed && kind != Kind::Move_Pitch && kind != Kind::Volume;
+}
+
+bool Roll_Gesture::Drags_Down() const noexcept {
+    return kind == Kind::Move_Pitch || kind == Kind::Band || kind == Kind::Erase;
+}
 
 Roll_Box Roll_Gesture::Box() const noexcept {
     if (kind == Kind::Draw)

@@ -66,13 +66,14 @@ public:
     void Move_Volume(double x, int volume);
     /// Sends what the gesture stands for.
     void Release();
-    /// The selection is what it was before the press.
+    /// The selection is what it was before the press. Nothing while Release asks about what would be lost.
     void Cancel();
 
     Kind What() const noexcept { return kind; }
     bool Is_On() const noexcept { return kind != Kind::None; }
-    /// The pointer drags what may have to scroll into view.
-    bool Drags() const noexcept { return Is_On() && kind != Kind::Volume; }
+    /// The pointer drags what may have to scroll into view: in time, in pitch.
+    bool Drags_Across() const noexcept;
+    bool Drags_Down() const noexcept;
 
     // ---- what will be, for drawing ----
     double Beats() const noexcept { return beats; } ///< of a move in time, of a stretch
@@ -124,6 +125,7 @@ private:
     int pressedVolume = 0;
     int lastVolume = 0;
     double volumeReach = 0.0;
+    bool releasing = false;
     bool changesSelected = false; ///< the lane moves all selected by one difference
 };
 

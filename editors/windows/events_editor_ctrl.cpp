@@ -142,6 +142,7 @@ void EventsEditorCtrl::Show_Channel(std::int32_t channelId) {
     view->Gesture().Cancel();
     display.CView_RemoveChannel(shown);
     display.Show_Channel(shown);
+    (void)display.Update_Take(); // who comes back to the channel of a take sees all of it
     edits.Channel = shown;
     view->Show_Notes();
     Update_View();
@@ -281,8 +282,11 @@ void EventsEditorCtrl::Fit_Status() {
 // ---- view ----
 
 void EventsEditorCtrl::UpdateZoom(int zoomIndex) {
-    const Roll_Layout layout = view->Painter().Layout();
-    view->Set_Zoom(zoomIndex, layout.Roll.left() + layout.Roll.width() / 2.0);
+    // Around the cursor while it is in view, else around the middle.
+    const Roll_Painter painter = view->Painter();
+    const QRectF area(painter.Layout().Roll);
+    const double x = painter.X_Of(view->Cursor_Beat());
+    view->Set_Zoom(zoomIndex, x >= area.left() && x <= area.right() ? x : area.center().x());
 }
 
 void EventsEditorCtrl::Update_HScrollBar() {
@@ -437,6 +441,7 @@ Undo_Selection EventsEditorCtrl::UNDO_Create_SelectedIDs_List() const {
 void EventsEditorCtrl::UNDO_Load_SelectedIDs_List(const Undo_Selection& selection) {
     if (selection.ChannelID != display.Channel())
         return;
+    view->Gesture().Cancel(); // what the hand held is not what it was
     display.Own().Select(selection.EventIDs);
     Update_View();
     view->Bring_Selection_Into_View();
@@ -541,12 +546,9 @@ void EventsEditorCtrl::Run(Roll_Command wanted) {
     case Roll_Command::Zoom_Out:
         UpdateZoom(view->Window().Geometry.Zoomed(-1));
         break;
-    case Roll_Command::Menu: {
-        const Roll_Painter painter = view->Painter();
-        Show_Event_Menu(view->mapToGlobal(
-            QPointF(painter.X_Of(view->Cursor_Beat()), painter.Y_Of_Note(view->Cursor_Note())).toPoint()));
+    case Roll_Command::Menu:
+        Show_Event_Menu(view->mapToGlobal(view->Cursor_Place()));
         break;
-    }
     }
     view->Changed();
     Show_Status();

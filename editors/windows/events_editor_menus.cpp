@@ -22,6 +22,14 @@ constexpr int ALIGN_ITEMS = 4;
 constexpr double TEMPO_REACH_PIXELS = 40.0;
 constexpr int MOST_BARS_AT_ONCE = 1000;
 
+/// ID of the tempo change that stands there already.
+std::optional<std::int32_t> Change_At(const TempoChangeClass& changes, double beat) {
+    for (const TempoChange& change : changes.In_Time_Order())
+        if (change.BeatN == beat)
+            return change.ID;
+    return std::nullopt;
+}
+
 } // namespace
 
 void EventsEditorCtrl::Fill_Event_Menu(QMenu* menu, std::int32_t channelBehind) {
@@ -137,7 +145,7 @@ void EventsEditorCtrl::Show_Rule_Menu(const QPoint& at, double beat) {
 }
 
 void EventsEditorCtrl::Fill_Rule_Menu(QMenu* menu, double beat) {
-    const double place = view->Gesture().Grid.Snap(beat);
+    const double place = view->Grid().Snap(beat);
     menu->addAction(tr("Add new &tempo change..."), this, [this, place] { Add_Tempo_Change(place); });
     const double reach = view->Window().Geometry.Beat_At(theme.Px(TEMPO_REACH_PIXELS));
     for (const TempoChange& change : session.tempoChanges.In_Time_Order()) {
@@ -159,6 +167,8 @@ void EventsEditorCtrl::Add_Tempo_Change(double beat) {
         const int tempo = typed.trimmed().toInt(&whole);
         if (!whole || tempo < 1 || tempo > std::numeric_limits<std::int16_t>::max())
             session.doors.dialogs.Show_Message(Box_Kind::Warning, "Invalid value: " + typed.toStdString());
+        else if (const auto there = Change_At(session.tempoChanges, beat))
+            session.hub->Message(this, MSG_SET_TEMPO_CHANGE, *there, std::int32_t{tempo});
         else
             session.hub->Message(this, MSG_ADD_TEMPO_CHANGE, beat, std::int32_t{tempo});
     });
@@ -202,7 +212,7 @@ void EventsEditorCtrl::Show_Mark_Menu(const QPoint& at, double beat, int markRow
 }
 
 void EventsEditorCtrl::Fill_Mark_Menu(QMenu* menu, double beat, int markRow) {
-    const double place = view->Gesture().Grid.Snap(beat);
+    const double place = view->Grid().Snap(beat);
     menu->addAction(tr("Add new &mark here"), this, [this, place] {
         session.hub->Message(this, MSG_ADD_MARK, place, std::monostate{}, std::string("New Mark"));
     });

@@ -302,13 +302,15 @@ void Roll_Painter::Draw_Events(QPainter& painter, Event_Display& display) {
     const Event_List& events = display.Own();
     const auto draw = [&](std::size_t i) {
         const Ev_Display_Row& row = events.Rows()[i];
-        const QRectF box = Box_Of(row);
+        QRectF box = Box_Of(row);
         if (!In_View(box))
             return;
         // A seam, so that a note that touches or covers another of its height is seen to begin.
         if (box.width() > air)
             painter.fillRect(QRectF(box.left() - seam, box.top(), seam, box.height()), theme.Tokens().panel);
         Draw_Event(painter, box, colour, row.Selected);
+        // What began left of the view bears its name all the same.
+        box.setLeft(std::max<double>(box.left(), layout.Roll.left()));
         if (box.width() < least)
             return;
         const auto event = store->ReadEvent(store->GetEvent_I(row.EventID));

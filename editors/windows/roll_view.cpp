@@ -253,7 +253,7 @@ void Roll_View::Follow_Keys(double beats) {
 
 void Roll_View::Bring_Take_Into_View() {
     const std::vector<Ev_Display_Row>& take = display.Take();
-    if (take.empty())
+    if (take.empty() || gesture.Is_On())
         return;
     double begin = take.front().StartTime;
     double end = begin;
@@ -277,9 +277,16 @@ void Roll_View::Bring_Take_Into_View() {
 }
 
 void Roll_View::Set_Cursor(double beat, int note) {
-    cursorBeat = std::clamp(beat, 0.0, MAX_EVENT_BEATS);
+    cursorBeat = std::clamp(Tidy_Beats(beat), 0.0, MAX_EVENT_BEATS);
     cursorNote = std::clamp(note, 1, 127);
     update();
+}
+
+QPoint Roll_View::Cursor_Place() const {
+    const Roll_Painter painter = Painter();
+    const QRect area = painter.Layout().Roll;
+    return {static_cast<int>(std::clamp<double>(painter.X_Of(cursorBeat), area.left(), area.right())),
+            static_cast<int>(std::clamp<double>(painter.Y_Of_Note(cursorNote), area.top(), area.bottom()))};
 }
 
 QString Roll_View::Spoken(std::int32_t eventId) const {
@@ -306,7 +313,9 @@ void Roll_View::Move_Line(double beats, bool follow) {
     line = beats;
     const QRect area = Painter().Layout().Roll;
     const double x = viewed.Geometry.X_Of(beats) - viewed.ScrollX;
-    if (follow && !gesture.Is_On() && (x < 0.0 || x > area.width() * 0.9)) {
+    // A line that runs turns the page a little early; one that is set stays where it was set.
+    const double last = area.width() * (session.transport.Song_Runs() ? 0.9 : 1.0);
+    if (follow && !gesture.Is_On() && (x < 0.0 || x > last)) {
         Scroll_To(viewed.Geometry.X_Of(beats) - area.width() * 0.1, viewed.ScrollY);
         return;
     }

@@ -45,6 +45,11 @@ public:
     ~Roll_View() override;
 
     Roll_Gesture& Gesture() noexcept { return gesture; }
+    /// What edits and places snap to, with the song's divisions.
+    Edit_Grid& Grid() noexcept {
+        gesture.Grid.AlignDiv = session.editorSetup.AlignDiv;
+        return gesture.Grid;
+    }
     const Roll_Window& Window() const noexcept { return viewed; }
     Roll_Painter Painter() const { return {session, theme, viewed, size()}; }
     Event_Display& Display() noexcept { return display; }
@@ -89,6 +94,8 @@ public:
     double Cursor_Beat() const noexcept { return cursorBeat; }
     int Cursor_Note() const noexcept { return cursorNote; }
     void Set_Cursor(double beat, int note);
+    /// Where the cursor stands in the widget, or the nearest place in view.
+    QPoint Cursor_Place() const;
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -179,6 +186,8 @@ private:
     double line = 0.0;
     double cursorBeat = 0.0;
     int cursorNote = 60;
+    QPointF wheelRest;        ///< of small turns, pixels
+    int zoomRest = 0;         ///< the same, in parts of a notch
     bool cursorShown = false; ///< the keyboard was used last
     QTimer edgeTimer;
     QPointF dragAt;

@@ -99,7 +99,6 @@ void Roll_View::keyPressEvent(QKeyEvent* event) {
     // One thing at a time: what the hand holds is not edited under it.
     if (gesture.Is_On())
         return;
-    gesture.Grid.AlignDiv = session.editorSetup.AlignDiv;
     cursorShown = true;
     Hide_Figure();
     if (!Run_Command_Key(*event) && !Edit_By_Key(*event))
@@ -144,7 +143,7 @@ bool Roll_View::Edit_By_Key(const QKeyEvent& event) {
     if (octave)
         (void)edits.Move_Rows(ids, sign * OCTAVE);
     else if (stretches)
-        edits.Resize(ids, step);
+        edits.Resize(ids, step, std::abs(step));
     else if (across)
         (void)edits.Move_Beats(ids, modifiers.testFlag(Qt::ControlModifier) ? sign * BEATS_PER_BAR : step);
     else

@@ -18,7 +18,7 @@ namespace {
 constexpr double BEATS_PER_BAR = 4.0;
 constexpr double STICK_REACH = 6.0;
 constexpr double WHEEL_ROWS = 3.0;
-constexpr double NOTCH = 120.0;
+constexpr int NOTCH = 120;
 /// Pixels that a step of scrolling at the edge takes, for each pixel that the pointer is outside.
 constexpr double EDGE_SPEED = 0.5;
 constexpr double EDGE_MOST = 60.0;
@@ -57,7 +57,7 @@ void Roll_View::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton) {
         // The menu is about what it was opened on, and about the place.
         if (layout.Roll.contains(pixel))
-            Set_Cursor(gesture.Grid.Cell(viewed.Geometry.Beat_At(Surface(at).X)),
+            Set_Cursor(Grid().Cell(viewed.Geometry.Beat_At(Surface(at).X)),
                        viewed.Geometry.Note_At(Surface(at).Y));
         const int hit = layout.Roll.contains(pixel)
                             ? viewed.Geometry.Hit(display.Own(), Surface(at).X, Surface(at).Y)
@@ -81,14 +81,13 @@ void Roll_View::mousePressEvent(QMouseEvent* event) {
     }
     if (display.Store() == nullptr || at.x() < layout.Left)
         return;
-    gesture.Grid.AlignDiv = session.editorSetup.AlignDiv;
     if (layout.Lane.contains(pixel)) {
         gesture.Press_Volume(Surface(at).X, Lane_Volume(at.y()), theme.Px(STICK_REACH));
         update();
         return;
     }
     const Roll_Point place = Surface(at);
-    Set_Cursor(gesture.Grid.Cell(viewed.Geometry.Beat_At(place.X)), viewed.Geometry.Note_At(place.Y));
+    Set_Cursor(Grid().Cell(viewed.Geometry.Beat_At(place.X)), viewed.Geometry.Note_At(place.Y));
     if (tool == Roll_Tool::Chord) {
         emit chordWanted(cursorBeat, cursorNote);
         return;
@@ -108,7 +107,7 @@ void Roll_View::Press_Header(const QPointF& at, Qt::MouseButton) {
     if (flag >= 0)
         emit goTo(session.marks.Row(flags[static_cast<std::size_t>(flag)].row).MarkStart);
     else if (!Painter().Layout().Chords.contains(at.toPoint()))
-        emit goTo(gesture.Grid.Snap(beat));
+        emit goTo(Grid().Snap(beat));
 }
 
 void Roll_View::mouseMoveEvent(QMouseEvent* event) {
@@ -120,10 +119,10 @@ void Roll_View::mouseMoveEvent(QMouseEvent* event) {
     dragModifiers = event->modifiers();
     Drag_To(dragAt, dragModifiers);
     const bool outside = !Painter().Layout().Roll.contains(dragAt.toPoint());
-    if (gesture.Drags() && outside)
-        edgeTimer.start();
-    else
+    if (!outside || (!gesture.Drags_Across() && !gesture.Drags_Down()))
         edgeTimer.stop();
+    else if (!edgeTimer.isActive()) // a hand that moves on does not put it off
+        edgeTimer.start();
 }
 
 void Roll_View::Drag_To(const QPointF& at, Qt::KeyboardModifiers modifiers) {
@@ -136,7 +135,9 @@ void Roll_View::Drag_To(const QPointF& at, Qt::KeyboardModifiers modifiers) {
 }
 
 void Roll_View::Scroll_At_Edge() {
-    if (!gesture.Drags()) {
+    const bool across = gesture.Drags_Across();
+    const bool down = gesture.Drags_Down();
+    if (!across && !down) {
         edgeTimer.stop();
         return;
     }
@@ -145,8 +146,8 @@ void Roll_View::Scroll_At_Edge() {
         const double out = at < low ? at - low : at > high ? at - high : 0.0;
         return std::clamp(out * EDGE_SPEED, -EDGE_MOST, EDGE_MOST);
     };
-    Scroll_To(viewed.ScrollX + beyond(dragAt.x(), area.left(), area.right()),
-              viewed.ScrollY + beyond(dragAt.y(), area.top(), area.bottom()));
+    Scroll_To(viewed.ScrollX + (across ? beyond(dragAt.x(), area.left(), area.right()) : 0.0),
+              viewed.ScrollY + (down ? beyond(dragAt.y(), area.top(), area.bottom()) : 0.0));
     Drag_To(dragAt, dragModifiers);
 }
 
@@ -214,8 +215,8 @@ void Roll_View::Hover(const QPointF& at) {
     const int hit =
         layout.Roll.contains(at.toPoint()) ? viewed.Geometry.Hit(display.Own(), place.X, place.Y) : -1;
     if (hit < 0) {
-        if (tool == Roll_Tool::Select)
-            setCursor(Qt::ArrowCursor);
+        const bool places = tool != Roll_Tool::Select && layout.Roll.contains(at.toPoint());
+        setCursor(places ? Qt::CrossCursor : Qt::ArrowCursor);
         Ev_Display_Row under;
         under.Note = static_cast<std::uint8_t>(viewed.Geometry.Note_At(place.Y));
         if (layout.Lane.contains(at.toPoint()))
@@ -231,7 +232,9 @@ void Roll_View::Hover(const QPointF& at) {
         return;
     }
     const Ev_Display_Row& row = display.Own().Rows()[static_cast<std::size_t>(hit)];
-    if (tool != Roll_Tool::Erase)
+    if (tool == Roll_Tool::Erase || tool == Roll_Tool::Chord)
+        setCursor(Qt::CrossCursor);
+    else
         setCursor(viewed.Geometry.On_Edge(row, place.X) ? Qt::SizeHorCursor : Qt::PointingHandCursor);
     Show_Figure(at, Hover_Text(row));
 }
@@ -297,18 +300,27 @@ void Roll_View::leaveEvent(QEvent*) {
 void Roll_View::wheelEvent(QWheelEvent* event) {
     const QPoint delta = event->angleDelta();
     if (event->modifiers().testFlag(Qt::ControlModifier)) {
-        if (delta.y() != 0)
-            Set_Zoom(viewed.Geometry.Zoomed(delta.y() > 0 ? 1 : -1), event->position().x());
+        // Of small turns as many make a step as of whole notches.
+        zoomRest += delta.y();
+        const int notches = zoomRest / NOTCH;
+        zoomRest -= notches * NOTCH;
+        Set_Zoom(viewed.Geometry.Zoomed(notches), event->position().x());
     } else {
         const double rows = viewed.Geometry.RowHeight() * WHEEL_ROWS / NOTCH;
         const bool sideways = event->modifiers().testFlag(Qt::ShiftModifier);
         const double across = delta.x() + (sideways ? delta.y() : 0);
         const double down = sideways ? 0 : delta.y();
-        Scroll_To(viewed.ScrollX - across * rows, viewed.ScrollY - down * rows);
+        wheelRest += QPointF(across, down) * rows;
+        const QPointF whole(std::trunc(wheelRest.x()), std::trunc(wheelRest.y()));
+        wheelRest -= whole;
+        Scroll_To(viewed.ScrollX - whole.x(), viewed.ScrollY - whole.y());
     }
     // What lies under the pointer is another place now.
+    dragAt = event->position();
     if (!gesture.Is_On())
-        Hover(event->position());
+        Hover(dragAt);
+    else if (gesture.What() != Roll_Gesture::Kind::Pressed)
+        Drag_To(dragAt, event->modifiers());
     event->accept();
 }
 
@@ -318,7 +330,7 @@ void Roll_View::contextMenuEvent(QContextMenuEvent* event) {
     QPoint at = event->pos();
     const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
     if (byKey)
-        at = QPointF(painter.X_Of(cursorBeat), painter.Y_Of_Note(cursorNote)).toPoint();
+        at = Cursor_Place();
     const QPoint global = byKey ? mapToGlobal(at) : event->globalPos();
     const double beat = std::max(0.0, painter.Beat_At(at.x()));
     if (gesture.Is_On() || (!byKey && at.x() < layout.Left))

@@ -272,13 +272,32 @@ TEST_F(Roll_Gesture_Test, The_Volume_Lane_Paints_Or_Shifts) {
     session.undo->Do_Undo();
     session.undo->Do_Undo();
     EXPECT_EQ(Song(), before);
-    store.AddNewEvent(1.1, NoteData{50, 60, 1.0}); // 4.2 pixels behind one that is selected
+    store.AddNewEvent(1.1, NoteData{50, 60, 1.0});  // 4.2 pixels behind one that is selected
+    store.AddNewEvent(2.02, NoteData{60, 60, 1.0}); // played with the one at 2
     display.Changed(CHANNEL);
     Select({c5, g5});
     gesture.Press_Volume(geometry.X_Of(1.0), 40, 6.0);
     gesture.Move_Volume(geometry.X_Of(1.0), 41);
     gesture.Release();
-    EXPECT_EQ(Song(), "1/72/1/101 1.1/50/1/60 2/76/1/90 4.1/79/1/81");
+    Select({e5});
+    gesture.Press_Volume(geometry.X_Of(2.0), 30, 6.0);
+    gesture.Release();
+    EXPECT_EQ(Song(), "1/72/1/101 1.1/50/1/60 2/76/1/30 2.02/60/1/60 4.1/79/1/81");
+}
+
+TEST_F(Roll_Gesture_Test, Sums_Of_Steps_Stay_On_The_Grid) {
+    edits.Set_Times({e5}, 4.0, std::nullopt, false);
+    for (int step = 0; step < 12; ++step)
+        ASSERT_TRUE(edits.Move_Beats({e5}, -1.0 / 3.0)) << Asked(); // twelve from 4 are -3e-16
+    edits.Resize({e5}, -0.9, 0.25);
+    EXPECT_EQ(Song(), "0/76/0.25/90 1/72/1/100 4.1/79/1/80");
+}
+
+TEST_F(Roll_Gesture_Test, A_Box_That_Takes_The_Focus_Leaves_The_Drag_Alone) {
+    session.events.Subscribe([this](int, std::int32_t, const std::string&) { gesture.Cancel(); });
+    Select({c5});
+    Drag(At(2.5, 76), At(2.5, 77));
+    EXPECT_EQ(display.Own().Selected_IDs(), Event_Edits::IDs{e5});
 }
 
 TEST_F(Roll_Gesture_Test, Commands_Send_Their_Messages) {

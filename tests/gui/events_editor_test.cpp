@@ -210,14 +210,23 @@ void Events_Editor_Test::Escape_Takes_A_Drag_Back() {
 void Events_Editor_Test::The_Wheel_Zooms_Around_The_Pointer() {
     Editor e;
     const QPoint pointer = e.At(9.0, 72);
-    for (const int notch : {120, 120, -120}) {
-        QWheelEvent wheel(pointer, e.view.mapToGlobal(pointer), {}, {0, notch}, Qt::NoButton,
-                          Qt::ControlModifier, Qt::NoScrollPhase, false);
+    const auto turn = [&](int by, Qt::KeyboardModifiers modifiers) {
+        QWheelEvent wheel(pointer, e.view.mapToGlobal(pointer), {}, {0, by}, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
         QApplication::sendEvent(&e.view, &wheel);
+    };
+    for (const int notch : {120, 120, -120}) {
+        turn(notch, Qt::ControlModifier);
         QVERIFY(std::abs(e.view.Painter().Beat_At(pointer.x()) - 9.0) < 0.03); // a pixel
     }
     QCOMPARE(e.view.Window().Geometry.ZoomIndex, 5);
-    QVERIFY(e.editor.findChild<Tool_Button*>(QStringLiteral("zoom")) != nullptr);
+    const double before = e.view.Window().ScrollY;
+    for (int i = 0; i < 20; ++i) { // a touchpad: two notches in all
+        turn(12, Qt::ControlModifier);
+        turn(i < 10 ? -1 : 1, {});
+    }
+    QCOMPARE(e.view.Window().Geometry.ZoomIndex, 3);
+    QVERIFY(std::abs(e.view.Window().ScrollY - before) <= 1.0); // down and up again
 }
 
 void Events_Editor_Test::A_Drag_At_The_Edge_Scrolls() {
@@ -233,6 +242,12 @@ void Events_Editor_Test::A_Drag_At_The_Edge_Scrolls() {
     const auto& moved = e.editor.Display().Own().Rows().back();
     QCOMPARE(int{moved.Note}, 72);
     QVERIFY(std::abs(moved.StartTime - goal) <= 0.25); // a pixel may lie on the other side of a step
+    e.view.Set_Tool(Roll_Tool::Draw);
+    const QPoint on = e.view.Painter().Box_Of(moved).center().toPoint();
+    for (const int below : {0, 40}) {
+        QTest::mouseMove(&e.view, on + QPoint(0, below));
+        QCOMPARE(e.view.cursor().shape(), below == 0 ? Qt::PointingHandCursor : Qt::CrossCursor);
+    }
 }
 
 void Events_Editor_Test::A_Clicked_Note_Stops_By_Itself() {
@@ -317,6 +332,9 @@ void Events_Editor_Test::The_Play_Line_Repaints_Its_Strip() {
     QVERIFY(e.view.Painter().X_Of(200.0) < e.view.width());
     e.view.Move_Line(4.0, true); // back again
     QVERIFY(e.view.Painter().X_Of(4.0) >= e.view.Painter().Layout().Left);
+    const double scrolled = e.view.Window().ScrollX;
+    e.view.Move_Line(e.view.Painter().Beat_At(e.view.Painter().Layout().Roll.right() - 9), true);
+    QCOMPARE(e.view.Window().ScrollX, scrolled); // set within the view, nothing runs
     e.view.Move_Line(200.0, false);
     QVERIFY(e.view.Painter().X_Of(200.0) > e.view.width());
 }
@@ -349,15 +367,21 @@ void Events_Editor_Test::Time_Properties() {
     QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QStringLiteral("2:2.5"));
     Click(*window, "beats");
     QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QStringLiteral("5.5"));
-    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("0"));
-    Click(*window, "ok");
-    QCOMPARE(e.Song(), QStringLiteral("0/72/0.5/100 6.5/76/0.5/100 8.5/79/0.5/100"));
+    Find<QLineEdit>(*window, "Text1")->setText(QStringLiteral("5"));
+    Click(*window, "barBeat"); // what was typed is kept
+    QCOMPARE(Find<QLineEdit>(*window, "Text1")->text(), QStringLiteral("2:2"));
+    window->Show_Times(1.23456, 0.5);
+    Find<QLineEdit>(*window, "Text2")->setText(QStringLiteral("0:2"));
+    Click(*window, "ok"); // the start was not touched
+    QCOMPARE(e.Song(), QStringLiteral("1.23456/72/2/100 6.5/76/0.5/100 8.5/79/0.5/100"));
 }
 
 void Events_Editor_Test::Volume_And_Clipboard() {
     Editor e;
     e.editor.Open_Volume(); // nothing selected
     QVERIFY(e.editor.findChild<frmEvEd_SetVol*>() == nullptr);
+    QTest::mouseClick(Find<Tool_Button>(e.editor, "paste"), Qt::LeftButton);
+    QVERIFY(e.view.hasFocus());           // the keys stay with the roll
     e.Drag(e.At(0.5, 70), e.At(3.5, 78)); // a band around two
     QCOMPARE(e.Selected(), std::size_t{2});
     e.editor.Open_Volume();
@@ -432,6 +456,11 @@ void Events_Editor_Test::Rules_And_Their_Boxes() {
     e.Opened<QInputDialog>()->accept();
     QCOMPARE(Tempo_At(8.0, e.S().tempoChanges, 80), 100);
     QTRY_VERIFY(e.editor.findChild<QInputDialog*>() == nullptr);
+    e.editor.Add_Tempo_Change(8.0); // one stands there: it gets the tempo
+    e.Opened<QInputDialog>()->setTextValue(QStringLiteral("90"));
+    e.Opened<QInputDialog>()->accept();
+    QCOMPARE(Tempo_At(8.0, e.S().tempoChanges, 80), 90);
+    QTRY_VERIFY(e.editor.findChild<QInputDialog*>() == nullptr);
     e.editor.Insert_Multiple_Bars(1);
     box = e.Opened<QInputDialog>();
     QCOMPARE(box->windowTitle() + box->labelText(), QStringLiteral("Insert multiple barsNumber of bars: "));
@@ -444,8 +473,9 @@ void Events_Editor_Test::Rules_And_Their_Boxes() {
     QCOMPARE(marks->itemText(0), QStringLiteral("Marks"));
     emit marks->activated(marks->findText(QStringLiteral("Verse")));
     QCOMPARE(went.takeFirst().first().toDouble(), 12.0);
+    e.editor.Set_Grid(1);
     QTest::mouseClick(&e.view, Qt::LeftButton, {},
-                      {e.At(3.1, 72).x(), e.view.Painter().Layout().Rule.center().y()});
+                      {e.At(3.4, 72).x(), e.view.Painter().Layout().Rule.center().y()});
     QCOMPARE(went.takeFirst().first().toDouble(), 3.0);
 }
 
