@@ -144,10 +144,9 @@ void frmMain::Show_Recent_Files() {
 }
 
 void frmMain::Song_Replaced() {
-    // What they show is the former song's, and their OK would give it to this one.
-    for (const char* name : {"frmProperties", "frmMetronomeSetup"})
-        if (auto* window = findChild<QDialog*>(QLatin1String(name), Qt::FindDirectChildrenOnly))
-            window->reject();
+    // What it shows is the former song's, and its OK would give that to this one.
+    if (auto* window = findChild<frmProperties*>(QString(), Qt::FindDirectChildrenOnly))
+        window->reject();
     // Channels of two songs may have the same IDs.
     for (int row = 0; row < GlobalChannelsManager::CHANNEL_ROWS; ++row) {
         if (session.channels->Is_Live_Row(row)) {
