@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <functional>
 #include <tuple>
 
 using namespace tonvex;
@@ -21,27 +22,16 @@ namespace {
 class Settings_And_Dialogs_Test : public QObject {
     Q_OBJECT
 
-    /// Looks at the box that comes up, then presses the button.
-    static inline QWidget* owner = nullptr;
-    static void Answer(QMessageBox::StandardButton button, QString& text, Qt::TextFormat& format,
-                       QMessageBox::Icon& icon) {
-        auto* timer = new QTimer(qApp);
-        connect(timer, &QTimer::timeout, qApp, [=, &text, &format, &icon] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (box == nullptr)
-                return;
-            text = box->text();
-            format = box->textFormat();
-            icon = box->icon();
-            owner = box->parentWidget();
-            if (button == QMessageBox::NoButton)
-                box->close();
-            else
-                box->button(button)->click();
-            timer->deleteLater();
-        });
-        timer->start(5);
-    }
+    /// Does what the user would to every dialog that comes up.
+    struct User : QTimer {
+        explicit User(const std::function<void(QDialog&)>& act) {
+            callOnTimeout(this, [act] {
+                if (auto* top = static_cast<QDialog*>(QApplication::activeModalWidget()))
+                    act(*top);
+            });
+            start(5);
+        }
+    };
 
 private slots:
     void Values_Come_Back_From_The_File() {
@@ -98,26 +88,34 @@ private slots:
     }
     void Boxes_Show_Plain_Text_And_Hand_Back_The_Answer() {
         Qt_User_Dialogs dialogs;
-        QString text;
-        Qt::TextFormat format = Qt::AutoText;
-        QMessageBox::Icon icon = QMessageBox::NoIcon;
-        QDialog worked;
-        worked.show();
-        QVERIFY(QTest::qWaitForWindowActive(&worked));
-        Answer(QMessageBox::Ok, text, format, icon);
-        dialogs.Show_Message(Box_Kind::Critical, "<b>a</b>\nb", "Tonvex");
-        QCOMPARE(text, QStringLiteral("<b>a</b>\nb"));
-        QCOMPARE(format, Qt::PlainText);
-        QCOMPARE(icon, QMessageBox::Critical);
-        QCOMPARE(owner, &worked); // so that it has the keyboard again
         const struct {
             QMessageBox::StandardButton button;
             bool yes;
         } rows[] = {{QMessageBox::Yes, true}, {QMessageBox::No, false}, {QMessageBox::NoButton, false}};
         for (const auto& row : rows) {
-            Answer(row.button, text, format, icon);
-            QCOMPARE(dialogs.Ask_YesNo("Overwrite ?", "Tonvex"), row.yes);
+            QString text;
+            const User user([&](QDialog& shown) {
+                const auto& box = static_cast<QMessageBox&>(shown);
+                text = box.text() + (box.textFormat() == Qt::PlainText ? "" : ", marked up");
+                auto* button = box.button(row.button);
+                button == nullptr ? (void)shown.close() : button->click();
+            });
+            QCOMPARE(dialogs.Ask_YesNo("<b>Overwrite ?</b>", "Tonvex"), row.yes);
+            QCOMPARE(text, QStringLiteral("<b>Overwrite ?</b>"));
         }
+        QDialog worked;
+        worked.show();
+        QVERIFY(QTest::qWaitForWindowActive(&worked));
+        QMessageBox::Icon icon = QMessageBox::NoIcon;
+        const QWidget* owner = nullptr;
+        const User user([&](QDialog& box) {
+            icon = static_cast<QMessageBox&>(box).icon();
+            owner = box.parentWidget();
+            box.accept();
+        });
+        dialogs.Show_Message(Box_Kind::Critical, "told", "Tonvex");
+        QCOMPARE(icon, QMessageBox::Critical);
+        QCOMPARE(owner, &worked); // so that it has the keyboard again
     }
     void A_Name_Gets_The_Ending_That_It_Lacks() {
         const QTemporaryDir folder;
@@ -129,19 +127,16 @@ private slots:
             {"song", 0, "song.tvx"}, {"v1.2", 0, "v1.2.tvx"}, {"x.TVX", 0, "x.TVX"},    {"x.mid", 0, "x.mid"},
             {"v1.2", 1, "v1.2.mid"}, {"v1.2", 2, "v1.2"},     {"No. 5", 0, "No. 6.tvx"}};
         for (auto [typed, filter, made] : rows) {
-            QTimer user;
-            user.callOnTimeout(&user, [&name = typed, row = filter] {
-                auto* top = static_cast<QDialog*>(QApplication::activeModalWidget());
-                if (auto* dialog = qobject_cast<QFileDialog*>(top)) {
+            const User user([&name = typed, row = filter](QDialog& top) {
+                if (auto* dialog = qobject_cast<QFileDialog*>(&top)) {
                     dialog->selectNameFilter(dialog->nameFilters().at(row));
                     dialog->findChild<QLineEdit*>()->setText(QLatin1String(name));
-                    top->accept();
-                } else if (top != nullptr) {
+                    top.accept();
+                } else {
                     name = "No. 6";
-                    top->reject();
+                    top.reject();
                 }
             });
-            user.start(5);
             QCOMPARE(Qt_User_Dialogs().Choose_File_To_Save(request), place + made);
         }
     }
