@@ -44,8 +44,8 @@ void Soft_Limit::Process(float* samples) noexcept {
     x[0] = driven;
     tanh[0] = limited;
     bends[0] = bend;
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
-        const auto at = static_cast<std::size_t>(i + 1);
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        const std::size_t at = i + 1;
         x[at] = samples[i];
         const float turns = std::min(LARGEST, std::fabs(samples[i])) * TWO_OVER_LN_2;
         const auto whole = static_cast<std::int32_t>(turns);
@@ -54,15 +54,14 @@ void Soft_Limit::Process(float* samples) noexcept {
         bends[at] = power * Polynomial(LOGARITHM, power);
         tanh[at] = std::copysign((1.0F - power) / (1.0F + power), samples[i]);
     }
-    for (int i = 0; i < EFFECT_PIECE; ++i) {
-        const auto now = static_cast<std::size_t>(i + 1);
-        const auto before = static_cast<std::size_t>(i);
-        const float way = x[now] - x[before];
+    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
+        const std::size_t now = i + 1;
+        const float way = x[now] - x[i];
         const bool isClose = std::fabs(way) < CLOSE;
-        const float far = (std::fabs(x[now]) - std::fabs(x[before]) + (bends[now] - bends[before])) /
-                          (isClose ? 1.0F : way);
-        const float sum = tanh[now] + tanh[before];
-        const float near = sum * (0.5F + way * (tanh[now] - tanh[before]) / 12.0F);
+        const float far =
+            (std::fabs(x[now]) - std::fabs(x[i]) + (bends[now] - bends[i])) / (isClose ? 1.0F : way);
+        const float sum = tanh[now] + tanh[i];
+        const float near = sum * (0.5F + way * (tanh[now] - tanh[i]) / 12.0F);
         samples[i] = isClose ? near : far;
     }
     driven = x.back();

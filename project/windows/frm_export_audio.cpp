@@ -26,7 +26,7 @@ void Select(QComboBox* box, int value) {
 }
 
 QString Quality_Row(Audio_Kind kind, int quality) {
-    const QString text = Core_Words(Quality_Text(kind, quality));
+    QString text = Core_Words(Quality_Text(kind, quality));
     if (Traits_Of(kind).unit != Quality_Unit::Scale)
         return text;
     const auto all = Traits_Of(kind).qualities;
