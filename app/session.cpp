@@ -29,7 +29,7 @@ Session::Session(const Session_Doors& theDoors, AppPaths_Class appPaths, fs::pat
     if (doors.cueDrive == Cue_Drive::Stepped)
         cueOutput->onSounded = [this](const Sound_Message& message) { output->Tell_Played(message); };
     cue = std::make_unique<CueEngine>(doors.counter, *cueOutput, doors.cueDrive);
-    gcm->engineHolds = [this](int slot, int note) { return cue->Player_Holds(slot, note); };
+    gcm->engineTakesOver = [this](int slot, int note) { return cue->Player_TakesOver(slot, note); };
     gcm->onLiveNotes = [this](const CueEngine::Live_Notes& held) { cue->Player_CopyRecActiveNotes(held); };
     // Who brings no patterns of his own plays those that ship.
     fingerpicks =

@@ -136,6 +136,13 @@ void CueEngine::Player_CopyRecActiveNotes(const Live_Notes& Notes) {
     Post([Notes](Cue_Player& held) { held.Set_Live_Notes(Notes); });
 }
 
+bool CueEngine::Player_TakesOver(int Slot, int Note) {
+    if (!player.Holds(Slot, Note))
+        return false;
+    Post([Slot, Note](Cue_Player& held) { held.Take_Over(Slot, Note); });
+    return true;
+}
+
 void CueEngine::Player_SetPos(double Time) {
     Post([Time](Cue_Player& held) { held.Set_Position(Time); });
 }

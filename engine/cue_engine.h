@@ -74,8 +74,9 @@ public:
     /// Notes[n]: how many live presses hold note n. An off row on the performer's slot does not cut a note
     /// that is held, and an on row that YIELDS is left out.
     void Player_CopyRecActiveNotes(const Live_Notes& Notes);
-    /// What the performer lets go here sounds on with a row.
-    bool Player_Holds(int Slot, int Note) const noexcept { return player.Holds(Slot, Note); }
+    /// The performer let the note go, and Player_CopyRecActiveNotes has told so. True when a row sounds it:
+    /// the library sends its end, also when the row ended before the press without having been seen yet.
+    bool Player_TakesOver(int Slot, int Note);
     /// Playing begins at the first row at or behind Time (beats), in every list.
     void Player_SetPos(double Time);
     void clock_SetPars(float Speed, std::int32_t Tempo, std::int64_t StartTick, std::int64_t SegmentMs,

@@ -223,6 +223,16 @@ void Cue_Player::Tell_Live_Notes(const Live_Notes& notes) noexcept {
         liveNow[note].store(notes[note]);
 }
 
+void Cue_Player::Take_Over(int slot, int note) {
+    if (!playing)
+        return;
+    Settle(counter.Now_Ns());
+    if (Holds(slot, note))
+        return;
+    Take_Back();
+    Send_Off(slot, note);
+}
+
 bool Cue_Player::Held(int slot, int note) const noexcept {
     return slot == performerSlot && liveNotes[Index(note)] > 0 && liveNow[Index(note)].load() > 0;
 }

@@ -61,6 +61,8 @@ public:
     /// A row whose moment has come holds the note, and sends its end. Any thread; slot below OUTPUT_SLOTS,
     /// note 0 to 127.
     bool Holds(int slot, int note) const noexcept;
+    /// The performer let go a note that Holds: its end is sent, now when no row holds it any more.
+    void Take_Over(int slot, int note);
     /// segments: at least one. speed above 0.
     void Set_Clock(float speed, std::int64_t startTickMs, std::vector<Tempo_Segment> segments);
     void Stop();

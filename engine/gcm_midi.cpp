@@ -50,13 +50,13 @@ void GCM_Midi::GCM_NoteOff(int channelRow, int note, int velocity, bool live, st
     if (live)
         Count_Live(note, -1);
     const int slot = Slot_Of(channelRow);
-    if (slot >= 0 && !(live && Stored_Holds(slot, note)))
+    if (slot >= 0 && !(live && Stored_Takes_Over(slot, note)))
         output.Midi_NoteOff(slot, note, velocity, dueNs);
 }
 
-bool GCM_Midi::Stored_Holds(int slot, int note) const {
+bool GCM_Midi::Stored_Takes_Over(int slot, int note) const {
     return slotNoteCount[Index(slot)][Index(note)] > 0 ||
-           (transport.EngineRunning && engineHolds && engineHolds(slot, note));
+           (transport.EngineRunning && engineTakesOver && engineTakesOver(slot, note));
 }
 
 void GCM_Midi::GCM_LiveRelease(int note) {

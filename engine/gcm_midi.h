@@ -26,8 +26,9 @@ public:
     void GCM_LiveRelease(int note);
     /// Hears the counters of live presses after each change while the thread engine runs.
     std::function<void(const std::array<std::int32_t, 128>&)> onLiveNotes;
-    /// Whether the thread engine sounds a stored note on a slot.
-    std::function<bool(int slot, int note)> engineHolds;
+    /// Asked when the performer lets a note go, after onLiveNotes: whether the thread engine sounds a stored
+    /// note there, and so ends it.
+    std::function<bool(int slot, int note)> engineTakesOver;
     /// The player path: counted by row and note. Every on goes out; an off goes out only when no row on the
     /// same output slot holds the note any more, the performer included, and an off that no on went before
     /// goes nowhere. A note ends on the slot that it began on, whatever the row's OutputChannel has become.
@@ -90,7 +91,7 @@ private:
     void Send_Volume(int slot, int value);
     void Send_What_Differs(int slot, int pan, int volume);
     void Count_Live(int note, int change);
-    bool Stored_Holds(int slot, int note) const;
+    bool Stored_Takes_Over(int slot, int note) const;
     bool Dropped(bool live) const noexcept { return !live && transport.EngineRunning; }
     void Show_Note(int channelRow, int note);
     void Hide_Note(int channelRow, int note);

@@ -270,6 +270,21 @@ TEST(Cue_Engine, An_Off_Never_Cuts_What_The_Performer_Holds) {
         EXPECT_EQ(rig.output.Text(), item.text);
         EXPECT_TRUE(rig.engine.At_End());
     }
+    // Pressed and let go behind the row's end, before the library has looked at the clock again.
+    Stepped_Rig rig;
+    rig.Give({{Marker(5), On(0.1, 60), Off(0.2, 60)}});
+    rig.engine.Player_SetRecChannelI(5, 0);
+    rig.Start();
+    rig.Run_To(195);
+    rig.counter.Advance_Ms(10);
+    for (const std::int32_t presses : {1, 0}) {
+        CueEngine::Live_Notes held{};
+        held[60] = presses;
+        rig.engine.Player_CopyRecActiveNotes(held);
+    }
+    EXPECT_TRUE(rig.engine.Player_TakesOver(0, 60));
+    rig.Run_To(300);
+    EXPECT_EQ(rig.output.Text(), "100 +60/0 v100\n200 -60/0\n205 -60/0\n");
 }
 
 TEST(Cue_Engine, An_Output_Without_Room_Gets_Its_Rows_Later) {

@@ -30,7 +30,7 @@ Transport_Rig::Transport_Rig() {
     options.Global_UseThreadEngine = false;
     cue.InitDLL();
     cueOutput.onSounded = [this](const Sound_Message& message) { output.Tell_Played(message); };
-    gcm.engineHolds = [this](int slot, int note) { return cue.Player_Holds(slot, note); };
+    gcm.engineTakesOver = [this](int slot, int note) { return cue.Player_TakesOver(slot, note); };
     gcm.onLiveNotes = [this](const CueEngine::Live_Notes& held) { cue.Player_CopyRecActiveNotes(held); };
     channels.PatchCount = 128;
     for (std::size_t i = 0; i < 128; ++i)
