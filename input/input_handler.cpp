@@ -50,7 +50,8 @@ void InputHandler::Input_Poll() {
 
 Key_Edge InputHandler::Input_GetNextEvent() {
     const Key_Edge edge = keyboard.GetNewMessage();
-    if (edge.Key == -1 && InputDevice == KEYBOARD_AND_MIDI)
+    // What was down on a MIDI keyboard that was left in the midst of a take has to end, too.
+    if (edge.Key == -1 && (InputDevice == KEYBOARD_AND_MIDI || !midiIn.Is_Open()))
         return midiIn.MidiIn_GetNextEvent();
     return edge;
 }
@@ -59,6 +60,7 @@ void InputHandler::Input_Close() {
     keyboard.Close_Input();
     if (InputDevice == KEYBOARD_AND_MIDI)
         midiIn.MidiIn_Close();
+    midiIn.Clear_Reported();
 }
 
 void InputHandler::Input_Shutdown() {

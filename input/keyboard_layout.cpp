@@ -83,9 +83,11 @@ std::vector<std::string> KeyboardLayout::Layout_Names() const {
     std::vector<std::string> names;
     std::error_code failed;
     for (fs::directory_iterator entry(configFolder / "keyboard", failed), end; !failed && entry != end;
-         entry.increment(failed))
-        if (entry->path().extension() == ".dat" && entry->is_regular_file(failed))
+         entry.increment(failed)) {
+        std::error_code unknown; // of one entry: the others are listed all the same
+        if (entry->path().extension() == ".dat" && entry->is_regular_file(unknown))
             names.push_back(entry->path().stem().string());
+    }
     std::sort(names.begin(), names.end());
     return names;
 }

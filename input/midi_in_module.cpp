@@ -48,6 +48,9 @@ void MidiIn_Module::MidiIn_Close() {
     if (MidiInOpened)
         ports.Close_Input();
     MidiInOpened = false;
+    // What is down on a keyboard that is left is let go, now.
+    MidiNow.fill(0);
+    changedAtNs.fill(0);
 }
 
 void MidiIn_Module::Take_In(const Midi_In_Message& message) {

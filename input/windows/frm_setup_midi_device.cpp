@@ -403,8 +403,11 @@ void frmSetUpMidiDevice::done(int result) {
         session.Reopen_Output();
     session.input->MidiInDevice = session.settings.Global_MidiSetup_InDevice;
     // A run keeps the input that it has.
-    if (std::exchange(inputTested, false) && !session.transport.Song_Runs())
-        session.Select_Input(session.settings.Global_Current_Input);
+    if (std::exchange(inputTested, false) && !session.transport.Song_Runs()) {
+        // Who wants no device plays the computer keys alone.
+        const bool anyDevice = session.settings.Global_MidiSetup_InDevice != midiapi::NO_DEVICE;
+        session.Select_Input(anyDevice ? session.settings.Global_Current_Input : 0);
+    }
     QDialog::done(result);
 }
 

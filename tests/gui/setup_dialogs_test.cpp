@@ -69,11 +69,13 @@ private slots:
         QCOMPARE(world.test.midi.openOutput, 3);
         QCOMPARE(world.S().input->MidiInDevice, 4);
 
+        QVERIFY(world.S().Select_Input(1));
         frmSetUpMidiDevice again(world.S(), world.theme);
         Click(again, "noInput");
         Find<QListWidget>(again, "List1")->setCurrentRow(1);
         Click(again, "Command2");
         QCOMPARE(world.S().settings.Global_MidiSetup_InDevice, -1);
+        QCOMPARE(world.S().input->InputDevice, 0); // or no take could begin
         QCOMPARE(world.test.midi.openOutput, -1);
         QVERIFY(world.S().output->UsingSynth());
         // 55 ms give an update period of 25 x 30 / 270 + 10 = 12.8, rounded 13; the device can do 6: enough.

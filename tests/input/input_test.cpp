@@ -265,6 +265,11 @@ TEST(MidiIn, OpeningAnewForgetsWhatWasDown) {
     world.input.Input_Select(1);
     EXPECT_FALSE(world.midiIn.Is_Down(60));
     EXPECT_EQ(world.Next(2), ". .");
+    world.Midi(0x90, 60, 1);
+    EXPECT_EQ(world.Next(1), "+316");
+    world.midiIn.MidiIn_Close();
+    world.input.Input_Select(0); // in the midst of a take
+    EXPECT_EQ(world.Next(2), "-316 .");
 }
 
 TEST(MidiIn, APortThatGoesLetsItsNotesGoAndMayComeBack) {
