@@ -128,6 +128,7 @@ struct RtMidi_Ports::Parts {
     std::atomic<std::uint64_t> dropped{0};
     std::unique_ptr<RtMidiIn> input;
     std::optional<Midi_Port_Table::Found> openInput;
+    std::int32_t openInputId = -1;
     std::shared_ptr<Jack_Link> inputJack; ///< the server that the open input belongs to
     std::unique_ptr<Midi_Sender> output;
     std::atomic<Midi_Sender*> outputInUse{nullptr}; ///< output, for the threads that send
@@ -249,6 +250,7 @@ Midi_Result RtMidi_Ports::Open_Input(std::int32_t portId) {
         return Result_Of(error.getType());
     }
     parts->openInput = row->found;
+    parts->openInputId = portId;
     parts->inputJack = row->found.api == RtMidi::UNIX_JACK ? parts->jack : nullptr;
     return Midi_Result::Ok;
 }
@@ -316,7 +318,12 @@ void RtMidi_Ports::Send(std::uint8_t status, std::uint8_t data1, std::uint8_t da
 }
 
 bool RtMidi_Ports::Ports_Changed() {
+    // A keyboard that is plugged in again may have another number, and a new server does not know our port.
+    // It is opened anew one look after its loss, so that whoever asks has seen that it was gone.
+    const bool inputWasGone = parts->openInput && !Input_Alive();
     parts->Refresh(SEEK_IN_PASSING_NS);
+    if (inputWasGone && !Input_Alive() && parts->inputs.Find(parts->openInputId) != nullptr)
+        static_cast<void>(Open_Input(parts->openInputId));
     return std::exchange(parts->changed, false);
 }
 

@@ -38,13 +38,18 @@ void Qt_Settings_Store::Set(const std::string& section, const std::string& key, 
 }
 
 bool Qt_Settings_Store::Flush() {
-    // An error sticks to the object. A new one on the same file shares the values not yet written.
-    if (settings->status() != QSettings::NoError) {
-        auto fresh = std::make_unique<QSettings>(settings->fileName(), QSettings::IniFormat);
-        settings = std::move(fresh);
+    // An error sticks to the object, also that of a file full of nonsense, which writing replaces. A new
+    // object on the same file shares the values not yet written.
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        if (settings->status() != QSettings::NoError) {
+            auto fresh = std::make_unique<QSettings>(settings->fileName(), QSettings::IniFormat);
+            settings = std::move(fresh);
+        }
+        settings->sync();
+        if (settings->status() == QSettings::NoError)
+            return true;
     }
-    settings->sync();
-    return settings->status() == QSettings::NoError;
+    return false;
 }
 
 QString Qt_Settings_Store::File_Name() const {

@@ -59,14 +59,16 @@ private slots:
         QVERIFY(text.open(QIODevice::ReadOnly));
         QVERIFY(text.readAll().contains("[Config]"));
     }
-    void A_Text_With_Commas_Written_By_Hand_Is_Read() {
+    void A_File_Written_By_Hand_Is_Read_And_Its_Nonsense_Written_Over() {
         const QTemporaryDir folder;
         QFile file(folder.filePath(QStringLiteral("hand.ini")));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[Config]\nLRU0=/a, b/c.tvx\n");
+        file.write("[Config]\nLRU0=/a, b/c.tvx\nnonsense\n[broken\n");
         file.close();
-        const Qt_Settings_Store store(file.fileName());
+        Qt_Settings_Store store(file.fileName());
         QCOMPARE(store.Get("Config", "LRU0", ""), std::string("/a, b/c.tvx"));
+        store.Set("Config", "LRU1", "b");
+        QVERIFY(store.Flush() && !Qt_Settings_Store(file.fileName()).Get("Config", "LRU1", "").empty());
     }
     void A_Failed_Flush_Says_So_And_Loses_Nothing() {
         const QTemporaryDir folder;

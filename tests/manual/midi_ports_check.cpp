@@ -192,7 +192,6 @@ void Check_Loss(RtMidi_Ports& ports, std::unique_ptr<Server>& server, std::uniqu
     Check(Now_Ms() - start < 100,
           "20000 messages to the dead take " + std::to_string(Now_Ms() - start) + " ms");
     start = Now_Ms();
-    ports.Close_Input();
     ports.Close_Output();
     Check(Now_Ms() - start < 100, "closing takes " + std::to_string(Now_Ms() - start) + " ms");
     other.reset();
@@ -202,6 +201,8 @@ void Check_Loss(RtMidi_Ports& ports, std::unique_ptr<Server>& server, std::uniqu
     other = std::make_unique<Other_Program>();
     Check(Comes_True([&] { return Id_Of(ports.Input_Ports(), "Other:keys") != -1; }),
           "the new server's ports show");
+    Check(Comes_True([&] { return !ports.Ports_Changed() && ports.Input_Alive(); }),
+          "the input is open again");
     Check_Short_Notes(ports, *other);
 }
 
