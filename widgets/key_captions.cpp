@@ -1,22 +1,27 @@
 #include "widgets/key_captions.h"
 
+#include "platform/qt/key_signs.h"
+
 #include <string_view>
 
 namespace tonvex {
 
-QString Key_Caption(int scanCode) {
+std::array<QString, 256> Key_Captions() {
     struct Row {
-        int firstCode;
+        std::size_t firstCode;
         std::string_view signs;
     };
     static constexpr Row ROWS[] = {
         {2, "1234567890-="}, {16, "QWERTYUIOP[]"}, {30, "ASDFGHJKL;'`"}, {43, "\\ZXCVBNM,./"}, {86, "<"}};
+    const Key_Signs own = Signs_On_Keys();
+    std::array<QString, 256> captions;
     for (const Row& row : ROWS) {
-        const int place = scanCode - row.firstCode;
-        if (place >= 0 && place < static_cast<int>(row.signs.size()))
-            return QString(QLatin1Char(row.signs[static_cast<std::size_t>(place)]));
+        for (std::size_t place = 0; place < row.signs.size(); ++place) {
+            const std::size_t key = row.firstCode + place;
+            captions[key] = own[key].isEmpty() ? QString(QLatin1Char(row.signs[place])) : own[key];
+        }
     }
-    return {};
+    return captions;
 }
 
 } // namespace tonvex

@@ -80,8 +80,13 @@ void frmKeyboardSetup::paintEvent(QPaintEvent*) {
 // ---- what is shown ----
 
 void frmKeyboardSetup::UpdateLayout() {
-    for (int key = 0; key < Keyboard_View::KEYS; ++key)
-        view->Set_Face(key, Face_Of_Key(*session.layout, session.notes, key));
+    const auto signs = Keyboard_View::Signs();
+    for (int key = 0; key < Keyboard_View::KEYS; ++key) {
+        const QString& sign = signs[static_cast<std::size_t>(key)];
+        Keyboard_View::Key_Face face = Face_Of_Key(*session.layout, session.notes, key, sign);
+        face.sign = sign;
+        view->Set_Face(key, face);
+    }
     Refresh_Choices();
     Show_Key();
     Enable_Controls();
@@ -173,7 +178,7 @@ void frmKeyboardSetup::Edit_Note(int key) {
     const auto row = static_cast<std::size_t>(layout.KeyMap[static_cast<std::size_t>(key)].Target);
     auto* window = new frmPianoLayout(session, theme, selectedChannel, this);
     window->SetMode(Piano_Selection::Mode::Note);
-    window->Set_About(tr("The note of key %1").arg(Keyboard_View::Sign(key)));
+    window->Set_About(tr("The note of key %1").arg(view->Shown(key).sign));
     window->SetVolume(layout.KeyNoteTable[row].Vol);
     window->SetChord({layout.KeyNoteTable[row].Note});
     connect(window, &QDialog::accepted, this, [this, key] { PianoLayoutObj_Closed(key); });
@@ -196,7 +201,7 @@ void frmKeyboardSetup::Edit_QChord(int key) {
     const KeyboardLayout& layout = *session.layout;
     const auto row = static_cast<std::size_t>(layout.KeyMap[static_cast<std::size_t>(key)].Target);
     auto* window = new frmQChordConfig(session, theme, selectedChannel, this);
-    window->Set_About(tr("The chord of key %1").arg(Keyboard_View::Sign(key)));
+    window->Set_About(tr("The chord of key %1").arg(view->Shown(key).sign));
     window->Load_WorkStruct(layout.KeyQChordTable[row]);
     connect(window, &QDialog::accepted, this, [this, key] { frmQChordConfigOBJ_Closed(key); });
     Open_Editor(window);

@@ -145,13 +145,14 @@ void frmREC_PianoLayout::paintEvent(QPaintEvent*) {
 
 void frmREC_PianoLayout::UpdateLayout() {
     const KeyboardLayout& layout = *session.layout;
+    const auto captions = Key_Captions();
     std::array<QString, 128> letters;
     std::vector<Chord_Chips::Chip> chords;
     int lowest = 127;
     int highest = 0;
     for (int key = 0; key < COMPUTER_KEYS; ++key) {
         const KeyMapEntry& entry = layout.KeyMap[static_cast<std::size_t>(key)];
-        const QString letter = Key_Caption(key);
+        const QString& letter = captions[static_cast<std::size_t>(key)];
         if (entry.Enabled == 0 || letter.isEmpty() || entry.Target < 0 ||
             entry.Target >= KeyboardLayout::KEYS)
             continue;

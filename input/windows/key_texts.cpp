@@ -13,8 +13,7 @@ struct Words {
 };
 
 /// F1 to F6 choose the octave of notes, F7 to F12 that of chords.
-Keyboard_View::Key_Face Reserved_Face(int key) {
-    const QString sign = Keyboard_View::Sign(key);
+Keyboard_View::Key_Face Reserved_Face(const QString& sign) {
     const int function = sign.mid(1).toInt();
     if (function == 0)
         return {Face::Reserved, Words::tr("Stop"), Words::tr("%1: reserved, stops the song").arg(sign)};
@@ -27,11 +26,11 @@ Keyboard_View::Key_Face Reserved_Face(int key) {
 
 } // namespace
 
-Keyboard_View::Key_Face Face_Of_Key(const KeyboardLayout& layout, const NotesStuff& notes, int key) {
+Keyboard_View::Key_Face Face_Of_Key(const KeyboardLayout& layout, const NotesStuff& notes, int key,
+                                    const QString& sign) {
     const KeyMapEntry& entry = layout.KeyMap[static_cast<std::size_t>(key)];
-    const QString sign = Keyboard_View::Sign(key);
     if (KeyboardLayout::Is_Special_Key(key))
-        return Reserved_Face(key);
+        return Reserved_Face(sign);
     if (entry.Enabled == 0 || entry.Target < 0 || entry.Target >= KeyboardLayout::KEYS)
         return {Face::Off, {}, Words::tr("%1: disabled").arg(sign)};
     const auto row = static_cast<std::size_t>(entry.Target);

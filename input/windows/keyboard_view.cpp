@@ -83,14 +83,14 @@ Keyboard_View::Keyboard_View(const Theme& look, QWidget* parent) : QWidget(paren
     });
 }
 
-QString Keyboard_View::Sign(int key) {
-    if (key == ESCAPE)
-        return tr("Esc");
-    if (key >= F1 && key <= F10)
-        return QStringLiteral("F%1").arg(key - F1 + 1);
-    if (key == F11 || key == F11 + 1)
-        return QStringLiteral("F%1").arg(key - F11 + 11);
-    return Key_Caption(key);
+std::array<QString, Keyboard_View::KEYS> Keyboard_View::Signs() {
+    auto signs = Key_Captions();
+    signs[ESCAPE] = tr("Esc");
+    for (int key = F1; key <= F10; ++key)
+        signs[static_cast<std::size_t>(key)] = QStringLiteral("F%1").arg(key - F1 + 1);
+    for (int key = F11; key <= F11 + 1; ++key)
+        signs[static_cast<std::size_t>(key)] = QStringLiteral("F%1").arg(key - F11 + 11);
+    return signs;
 }
 
 QSize Keyboard_View::sizeHint() const {
@@ -227,7 +227,7 @@ void Keyboard_View::Paint_Key(QPainter& painter, std::size_t index) {
     painter.setPen(down ? t.onAccent : plays ? t.text : t.dim);
     painter.setFont(theme.Font(Text_Size::Body, QFont::DemiBold));
     const double rim = theme.Px(6);
-    painter.drawText(box.adjusted(rim, rim / 2, -rim, -rim / 2), Qt::AlignLeft | Qt::AlignTop, Sign(key));
+    painter.drawText(box.adjusted(rim, rim / 2, -rim, -rim / 2), Qt::AlignLeft | Qt::AlignTop, face.sign);
     // Chords are told from notes by a filled chip behind their name.
     const QFont labelFont =
         theme.Font(chord ? Text_Size::Body : Text_Size::Caption, chord ? QFont::DemiBold : QFont::Normal);

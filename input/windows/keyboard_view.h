@@ -18,8 +18,9 @@ public:
     enum class Face { Off, Note, Chord, Style, Reserved };
     struct Key_Face {
         Face face = Face::Off;
-        QString label; ///< what the key plays, short
-        QString told;  ///< the same as a sentence, for assistive tools
+        QString label;  ///< what the key plays, short
+        QString told;   ///< the same as a sentence, for assistive tools
+        QString sign{}; ///< what stands on the key itself
         bool operator==(const Key_Face&) const = default;
     };
     static constexpr int KEYS = 256;
@@ -37,7 +38,8 @@ public:
     int Convert_KeyN_to_LabelN(int key) const;
     /// Empty for a key that is not drawn.
     QRectF Key_Rect(int key) const;
-    static QString Sign(int key);
+    /// What stands on each key; empty for keys that are not drawn with a sign.
+    static std::array<QString, KEYS> Signs();
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

@@ -1,5 +1,6 @@
 #include "platform/millisecond_counter.h"
 #include "platform/qt/event_clock.h"
+#include "platform/qt/key_signs.h"
 #include "platform/qt/native_scan_codes.h"
 #include "platform/qt/qt_key_state.h"
 
@@ -238,6 +239,10 @@ private slots:
             {117, 209}, {118, 210}, {119, 211}, {0, 0},     {8, 0},     {255, 0},   {70000, 0}};
         for (const auto& [native, scanCode] : rows)
             QVERIFY2(Scan_Code_Of_Native(native) == scanCode, qPrintable(QString::number(native)));
+        QString signs; // y ß, dead circumflex, č, Cyrillic of the old codes, Escape, blank
+        for (const unsigned long symbol : {0x79UL, 0xDFUL, 0xFE52UL, 0x100010DUL, 0x6C6UL, 0xFF1BUL, 0x20UL})
+            signs += Sign_Of_Symbol(symbol);
+        QCOMPARE(signs, QStringLiteral("Yß^Č"));
     }
 
     void A_Late_Event_Keeps_Its_Moment() {
