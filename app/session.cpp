@@ -235,6 +235,8 @@ void Session::Keep_Settings() {
 
 void Session::Keep_Recent_Files() {
     settings.Save_Recent(doors.store);
+    // A song that is saved has the number of its installation, which has to outlive a crash as well.
+    doors.store.Set("Config", "InstallationID", std::to_string(settings.InstallationID));
     // What cannot be written is told at the end.
     (void)doors.store.Flush();
 }

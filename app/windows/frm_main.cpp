@@ -127,17 +127,18 @@ frmMain::frmMain(Session& owner, Theme& look) : session(owner), theme(look), lin
     connect(recorder, &frmRecorder::uiLocked, this, &frmMain::Lock);
     connect(recorder, &frmRecorder::optionsChanged, this, &frmMain::Refresh_Actions);
     connect(recorder, &frmRecorder::channelMissing, this, [this] { (void)Needs_Channel(); });
+    connect(recorder, &frmRecorder::keysRefused, this, &frmMain::Tell_Why_Keys_Are_Refused);
     connect(&recorder->Practice(), &Practice_Mode::keysChanged, this, [this](bool on) {
         keysAction->setChecked(on);
         piano->Set_Capture(on || recorder->Practice().Plain());
         if (on)
-            piano->setFocus();
+            Give_Keys_To_Piano();
     });
     connect(&recorder->Practice(), &Practice_Mode::plainChanged, this, [this](bool on) {
         practiceAction->setChecked(on);
         piano->Set_Capture(on || recorder->Practice().Keys());
         if (on)
-            piano->setFocus();
+            Give_Keys_To_Piano();
     });
     connect(keyboard, &frmKeyboardSetup::tuningChanged, this, [this] {
         Refresh_Title();
@@ -341,13 +342,22 @@ void frmMain::On_Run_Started(bool recording) {
     focusBeforeRun = QApplication::focusWidget();
     if (recording) {
         piano->Set_Capture(true);
-        piano->setFocus();
+        Give_Keys_To_Piano();
     }
+}
+
+void frmMain::Give_Keys_To_Piano() {
+    const bool pianoIsHere = piano->isVisible() && piano->window() == this;
+    (pianoIsHere ? static_cast<QWidget*>(piano) : centralWidget())->setFocus();
+    // The focus of a pane that floats is another window's.
+    QWidget* const elsewhere = QApplication::focusWidget();
+    if (elsewhere != nullptr && elsewhere->window() != this)
+        elsewhere->clearFocus();
 }
 
 void frmMain::On_Run_Ended() {
     piano->Set_Capture(recorder->Practice().Keys() || recorder->Practice().Plain());
-    if (focusBeforeRun != nullptr && piano->hasFocus())
+    if (focusBeforeRun != nullptr && (piano->hasFocus() || centralWidget()->hasFocus()))
         focusBeforeRun->setFocus();
     // The transport takes the viewed channel away at the end of a recording.
     session.gcm->View_Channel(session.channels->ChannelI(channelsList->Selected()));
@@ -570,13 +580,22 @@ void frmMain::Choose_Midi_Input(bool on) {
     const bool opened = session.Select_Input(on ? 1 : 0);
     if (on && !opened) {
         (void)session.Select_Input(0);
-        Show_Banner(Banner::Subject::Midi,
-                    tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device "
-                       "setup."),
-                    tr("Output Device setup..."), [this] { Set_Up_Devices(); });
+        Tell_Midi_Missing();
     }
     recorder->Practice().Let_Go();
     Refresh_Actions();
+}
+
+void frmMain::Tell_Why_Keys_Are_Refused() {
+    if (Needs_Channel() && session.input->InputDevice == 1)
+        Tell_Midi_Missing();
+}
+
+void frmMain::Tell_Midi_Missing() {
+    Show_Banner(
+        Banner::Subject::Midi,
+        tr("No MIDI keyboard can be opened. Choose one as Midi In Device in the output device setup."),
+        tr("Output Device setup..."), [this] { Set_Up_Devices(); });
 }
 
 void frmMain::Set_Up_Devices() {

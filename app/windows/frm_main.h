@@ -187,6 +187,8 @@ private:
     /// After the table of functions changed.
     void Refresh_Keys();
     bool Take_Key(QKeyEvent& event);
+    /// Keys are to sound from now on: no field that is written in keeps them.
+    void Give_Keys_To_Piano();
     void Open_Key_Access();
     void Open_Effect(Effect_Kind kind);
     void Open_Metronome();
@@ -211,6 +213,8 @@ private:
     void Clear_Channel_Events();
     void Set_Tuning(int tuning);
     void Choose_Midi_Input(bool on);
+    void Tell_Midi_Missing();
+    void Tell_Why_Keys_Are_Refused();
     void Set_Up_Devices();
     void Edit_Sound_Fonts();
     void Open_Device_Window(QDialog* dialog);
@@ -272,6 +276,7 @@ private:
     std::vector<Fixed_Keys> fixedKeys;
     std::vector<std::string> ownFunctions; ///< of which the session hears from here
     QKeyCombination offeredKey;            ///< no widget of the window wanted it
+    int heldKey = 0;                       ///< virtual key code of the key taken last, until a key is let go
     std::string_view keyPressTag;
     QTimer GlobalKeyPressTimer;        ///< runs the key that is pending
     QTimer KeyPressRunFuncTimer;       ///< one shot: begins what keyPressTag names
@@ -289,6 +294,7 @@ private:
     bool quietTold = false;
     bool midiGoneShown = false;
     bool endsForSystem = false; ///< a recovery copy stands; nobody is asked
+    bool systemEnds = false;    ///< while the system's wish to end is carried out
     bool exportDrumsSplit = false;
     bool anyVideos = false;
 };

@@ -23,6 +23,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QScopedValueRollback>
 
 namespace tonvex {
 
@@ -37,6 +38,25 @@ fs::path Dragged_File(const QMimeData& data) {
         return {};
     fs::path file = urls.front().toLocalFile().toStdString();
     return Song_Files::Is_Song_File(file) || Song_Files::Is_Midi_File(file) ? file : fs::path();
+}
+
+/// False when the window is to stay, or when the changes of the layout could not be kept; the user has been
+/// told.
+bool Layout_May_Go(Session& session) {
+    KeyboardLayout& layout = *session.layout;
+    if (layout.KeyboardFileName.empty() || !layout.KeyboardModified)
+        return true;
+    const Answer answer =
+        session.doors.dialogs.Ask_YesNoCancel("Keyboard setup was modified.\nSave changes ?");
+    if (answer != Answer::Yes)
+        return answer == Answer::No;
+    // Files are untransposed.
+    const int tuning = layout.AppliedTuning;
+    layout.Transpose(-tuning);
+    const fs::path folder = session.paths.Get_Folder("config") / "keyboard";
+    layout.KeyboardModified = !layout.Write_Tables(folder / (layout.KeyboardFileName + ".dat"), true);
+    layout.Transpose(tuning);
+    return !layout.KeyboardModified;
 }
 
 } // namespace
@@ -191,7 +211,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    if (!endsForSystem && !songFiles->May_Leave()) {
+    // The keyboard's layout is lost with the program as the song is.
+    if ((!endsForSystem && !songFiles->May_Leave()) || (!systemEnds && !Layout_May_Go(session))) {
         event->ignore();
         return;
     }
@@ -210,6 +231,7 @@ void frmMain::End_For_System() {
     recorder->Stop_Then([this] {
         endsForSystem = session.project.Modified && autosave->Copy_Now() &&
                         Leave_Song(session.paths.Get_Folder("temp"), session.Temp_Folder());
+        const QScopedValueRollback<bool> ending(systemEnds, true);
         QApplication::quit();
     });
 }

@@ -16,6 +16,7 @@
 #include "widgets/function_key_text.h"
 #include "widgets/song_overview.h"
 
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QDockWidget>
 #include <QKeyEvent>
@@ -31,12 +32,31 @@ namespace {
 /// Long enough for the handler of the key to be over.
 constexpr int KEY_PRESS_MS = 5;
 constexpr int KEYCODE_TAB = 9;
+constexpr int KEYCODE_ENTER = 13;
 constexpr int OCTAVES = 6;
 constexpr int REC_SPEED_STEP = 10;
 constexpr int FULL_SPEED = 100;
 constexpr int SECONDS_STEP = 5;
 constexpr std::string_view TAG_RECORD = "Record";
 constexpr std::string_view TAG_PLAY = "Play song";
+
+/// What goes in steps goes on while its key is held; any other function runs once a press.
+constexpr std::string_view IN_STEPS[] = {"Move channel Pan 10% Right",
+                                         "Move channel Pan 10% Left",
+                                         "Increase channel volume 10%",
+                                         "Decrease channel volume 10%",
+                                         "Undo last action",
+                                         "Redo last action",
+                                         "Rewind 5 seconds",
+                                         "Forward 5 seconds",
+                                         "Decrease Rec speed 10 %",
+                                         "Increase Rec speed 10 %"};
+
+bool Goes_On_While_Held(const Function_Key_Table& table, int keyCode, int shiftMask) {
+    const int row = table.Row_Of_Key(keyCode, shiftMask);
+    return row >= 0 && std::count(std::begin(IN_STEPS), std::end(IN_STEPS),
+                                  table.FunctionKeys[static_cast<std::size_t>(row)].InternalName) > 0;
+}
 
 bool Window_In_Front() {
     return QApplication::activeModalWidget() != nullptr || QApplication::activePopupWidget() != nullptr;
@@ -228,14 +248,30 @@ bool frmMain::Take_Key(QKeyEvent& event) {
     const int code = Virtual_Key_Of(event);
     if (!offered || code == 0)
         return false;
-    session.keyRunner.Note_Key(code, Shift_Mask_Of(event));
+    const int mask = Shift_Mask_Of(event);
+    // Enter ends what is written in a field, and is no function's there.
+    if (code == KEYCODE_ENTER && mask == 0 &&
+        qobject_cast<QAbstractSpinBox*>(QApplication::focusWidget()) != nullptr)
+        return false;
+    // The window system may repeat a held key without saying so.
+    const bool repeats = event.isAutoRepeat() || code == std::exchange(heldKey, code);
+    if (!repeats || Goes_On_While_Held(session.functionKeys, code, mask))
+        session.keyRunner.Note_Key(code, mask);
     event.accept();
     return true;
 }
 
 bool frmMain::event(QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride)
-        (void)Take_Key(static_cast<QKeyEvent&>(*event));
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        (void)Take_Key(key);
+        // A function that was given Alt and a letter goes before the mnemonic that it is.
+        const int mask = Shift_Mask_Of(key);
+        if ((mask & ALT_KEY) != 0 && session.functionKeys.Row_Of_Key(Virtual_Key_Of(key), mask) >= 0) {
+            event->accept();
+            return true;
+        }
+    }
     return QMainWindow::event(event);
 }
 
@@ -261,6 +297,13 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event) {
         // A dialog takes over the keyboard, or gives it back.
         if (!event->spontaneous() && qobject_cast<QDialog*>(watched) != nullptr)
             session.keyRunner.HoldGlobalKeys();
+        break;
+    case QEvent::KeyRelease:
+        if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
+            heldKey = 0;
+        break;
+    case QEvent::WindowDeactivate: // the release may never be told
+        heldKey = 0;
         break;
     case QEvent::ShortcutOverride:
         // The menu bar has the focus while its menus are open: the keys that entries show would run them,

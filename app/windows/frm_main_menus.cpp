@@ -173,6 +173,8 @@ void frmMain::Make_Options_Menu() {
                            {QKeySequence(Qt::CTRL | Qt::Key_K)}, [this](bool on) {
                                recorder->Practice().Set_Keys(on);
                                keysAction->setChecked(recorder->Practice().Keys());
+                               if (on && !keysAction->isChecked())
+                                   Tell_Why_Keys_Are_Refused();
                            });
     practiceAction =
         Add_Function(menu, tr("Start &Practice mode"), "Start Practice mode", Function_Entry::Check);

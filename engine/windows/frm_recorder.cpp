@@ -136,8 +136,8 @@ void frmRecorder::Make_Buttons() {
     connect(keyboard, &QToolButton::clicked, this, [this](bool on) {
         practice.Set_Keys(on);
         keyboard->setChecked(practice.Keys());
-        if (on && !practice.Keys() && channelId == NOT_GIVEN)
-            emit channelMissing();
+        if (on && !practice.Keys())
+            emit keysRefused();
     });
 
     waiting = new QLabel(tr("Waiting for the first key…"), this);

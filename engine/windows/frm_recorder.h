@@ -68,6 +68,7 @@ signals:
     void uiLocked(bool locked); ///< a run begins or is over
     void optionsChanged();
     void channelMissing();
+    void keysRefused(); ///< the computer keys cannot sound: without a channel, or without an input
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

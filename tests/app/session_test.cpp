@@ -91,6 +91,9 @@ TEST(Session_Test, Ends_In_Order) {
     EXPECT_TRUE(fs::is_directory(temp));
     session.options.Global_Rec_WaitForKey = true;
     session.settings.Add_Recent("/a.tvx");
+    session.settings.InstallationID = 5;
+    session.Keep_Recent_Files();
+    EXPECT_EQ(test.store.Get("Config", "InstallationID", ""), "5") << "a saved song has it";
     session.Shutdown();
     EXPECT_FALSE(fs::exists(temp));
     EXPECT_FALSE(test.sound.status.open);

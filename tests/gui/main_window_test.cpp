@@ -20,9 +20,11 @@
 #include <QDialog>
 #include <QDockWidget>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QSpinBox>
 #include <QTest>
 
 #include <algorithm>
@@ -112,6 +114,8 @@ void Main_Window_Test::Channels_By_Keyboard_Alone() {
 
 void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
     Program p;
+    p.window->findChild<QDockWidget*>(QStringLiteral("piano"))->hide(); // which else takes the keys
+    p.window->Recorder().findChild<QSpinBox*>()->setFocus();
     int step = 0;
     QTimer player;
     // The user: Z and X by turns, each held for some rounds, then Escape.
@@ -131,6 +135,7 @@ void Main_Window_Test::Eight_Notes_Are_Recorded_And_Played_Back() {
     QVERIFY(!p.session->transport.Recording); // never inside the key handler
     QTRY_VERIFY(p.session->transport.TransportStopped);
     player.stop();
+    p.window->centralWidget()->setFocus();
     QCOMPARE(p.Events(0), 8);
     // Z and X play C and D of octave 4, which begins at 12 * 3 + 12.
     std::vector<int> notes;
@@ -202,6 +207,11 @@ void Main_Window_Test::An_Idle_Midi_Keyboard_Sounds() {
     p.window->Check_Devices();
     QTRY_VERIFY(!p.window->Recorder().Practice().Is_Running());
     QVERIFY(p.dialogs.shown.empty()); // no box interrupts
+    p.Key(Qt::Key_K, Qt::ControlModifier);
+    const auto labels = p.window->findChildren<QLabel*>(); // but why no key sounds is told
+    QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+        return label->text().startsWith(QLatin1String("No MIDI keyboard can be opened"));
+    }));
     p.midi.inputs = {{"Keys", 4}};
     p.midi.portsChanged = true;
     p.window->Check_Devices();
@@ -380,12 +390,19 @@ void Main_Window_Test::Panes_Remember_Their_Place() {
 
 void Main_Window_Test::Closing_Stops_The_Run_First() {
     Program p;
+    const auto layout = p.home / "config/keyboard/Tonvex default.dat";
+    std::filesystem::remove(layout);
+    std::filesystem::create_directories(layout / "in the way");
+    p.session->layout->Set_Key_Function(SCAN_Z, 4);
+    p.dialogs.answers["Keyboard setup was modified.\nSave changes ?"] = true;
+    QVERIFY(!p.window->close()); // what is to be kept is not thrown away
+    std::filesystem::remove_all(layout);
     bool refused = false;
     QTimer::singleShot(40, this, [&] { refused = !p.window->close(); });
     p.window->Recorder().Button_Rec();
     QVERIFY(refused);
     QTRY_VERIFY(!p.window->isVisible());
-    QVERIFY(!p.session->recorder->IsRunning());
+    QVERIFY(!p.session->recorder->IsRunning() && std::filesystem::is_regular_file(layout));
 }
 
 void Main_Window_Test::What_Has_No_Room_In_A_Bar_Waits_In_Its_Menu() {

@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTreeWidget>
 
@@ -221,8 +222,8 @@ void Menu_Walk_Test::Every_Entry_Does_Its_Job() {
 void Menu_Walk_Test::Every_Command_Survives_data() {
     QTest::addColumn<int>("refusals");
     // patch, output, five effects, two maps, align, mute and solo twice, five of volume and pan, delete,
-    // rename, clear, select, record
-    QTest::newRow("no channel") << 24;
+    // rename, clear, select, record, computer keys
+    QTest::newRow("no channel") << 25;
     QTest::newRow("during a run") << 0;
     QTest::newRow("no font, no device") << 0;
 }
@@ -335,6 +336,20 @@ void Menu_Walk_Test::Every_Function_Runs_By_Its_Key() {
     QTRY_COMPARE(ran, std::string("Clear all channels mute/solo status"));
     p.window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(p.window.get()));
+    // Alt and a letter may be a function's, menu or not.
+    QVERIFY(p.session->functionKeys.Assign_Key(table.Row_Of_Function("Record"), 'F', ALT_KEY));
+    p.Key(Qt::Key_F, Qt::AltModifier);
+    QCOMPARE(ran, std::string("Record"));
+    // A held key goes on with what goes in steps; all else runs once.
+    for (const auto& [key, again] : {std::pair{Qt::Key_L, "Move channel Pan 10% Left"}, {Qt::Key_M, ""}}) {
+        for (int press = 0; press < 2; ++press) {
+            ran.clear();
+            QTest::keyPress(p.Focus(), key);
+            QTest::qWait(20);
+        }
+        QTest::keyRelease(p.Focus(), key);
+        QCOMPARE(ran, std::string(again));
+    }
     ran = "Select Channel";
     // A field takes its letters and its Enter.
     p.window->Channels().Rename(p.window->Selected_Channel());
@@ -343,6 +358,9 @@ void Menu_Walk_Test::Every_Function_Runs_By_Its_Key() {
     p.Key(Qt::Key_Return);
     QCOMPARE(ran, std::string("Select Channel"));
     QCOMPARE(p.Channel(0).ChannelName, std::string("m"));
+    p.window->Recorder().findChild<QSpinBox*>()->setFocus();
+    p.Key(Qt::Key_Return);
+    QCOMPARE(ran, std::string("Select Channel"));
 }
 
 void Menu_Walk_Test::Entries_And_Tips_Show_The_Keys_In_Force() {

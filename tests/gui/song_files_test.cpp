@@ -346,6 +346,7 @@ void Song_Files_Test::A_System_That_Ends_Loses_Nothing() {
         Program p(home.Path());
         if (modified)
             p.session->hub->Message(nullptr, MSG_ADD_CHANNEL, std::string("Another"), false);
+        p.session->layout->KeyboardModified = true;
         QTimer::singleShot(0, p.window.get(), [&p] { p.window->End_For_System(); });
         QApplication::exec();
         QVERIFY(!p.window->isVisible() && p.dialogs.asked.empty());
