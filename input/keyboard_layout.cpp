@@ -83,11 +83,9 @@ std::vector<std::string> KeyboardLayout::Layout_Names() const {
     std::vector<std::string> names;
     std::error_code failed;
     for (fs::directory_iterator entry(configFolder / "keyboard", failed), end; !failed && entry != end;
-         entry.increment(failed)) {
-        std::error_code unknown; // of one entry: the others are listed all the same
-        if (entry->path().extension() == ".dat" && entry->is_regular_file(unknown))
+         entry.increment(failed))
+        if (entry->path().extension() == ".dat" && entry->is_regular_file(failed))
             names.push_back(entry->path().stem().string());
-    }
     std::sort(names.begin(), names.end());
     return names;
 }
