@@ -72,11 +72,13 @@ fs::path Recovery_Song_File(const fs::path& folder) {
 
 bool Write_Recovery_Copy(const fs::path& folder, std::span<const std::uint8_t> song,
                          const Recovery_Note& note, std::string& error) {
-    if (!Replace_File(Recovery_Song_File(folder), song, error))
-        return false;
+    // The note first: a program that is killed in between leaves no song without its path. The song is worth
+    // more, so it is written even if its note cannot be.
     const std::string text = std::string(PATH_KEY) + Escaped(note.songPath.string()) + "\n" +
                              std::string(TITLE_KEY) + Escaped(note.title) + "\n";
-    return Replace_File(Note_File(folder), std::vector<std::uint8_t>(text.begin(), text.end()), error);
+    const bool noted =
+        Replace_File(Note_File(folder), std::vector<std::uint8_t>(text.begin(), text.end()), error);
+    return Replace_File(Recovery_Song_File(folder), song, error) && noted;
 }
 
 std::optional<Recovery_Find> Find_Recovery_Copy(const fs::path& folder) {
