@@ -53,7 +53,8 @@ bool Read_Table(Byte_Cursor& cursor, std::span<const Section_Reader> readers,
     return cursor.Ok();
 }
 
-/// No two live channels have one ID.
+} // namespace
+
 bool Has_An_ID_Each(const Song_Snapshot& song) {
     std::set<std::int32_t> ids;
     for (int row = 0; row < Song_Snapshot::ROWS; ++row)
@@ -62,8 +63,6 @@ bool Has_An_ID_Each(const Song_Snapshot& song) {
             return false;
     return true;
 }
-
-} // namespace
 
 Read_Outcome Read_Project(std::span<const std::uint8_t> bytes, Song_Snapshot& song) {
     Byte_Cursor cursor(bytes);

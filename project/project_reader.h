@@ -19,5 +19,7 @@ enum class Read_Outcome {
 /// anywhere in the file; those that are missing leave what a Song_Snapshot has as made. Any thread; memory
 /// within a small multiple of the bytes.
 Read_Outcome Read_Project(std::span<const std::uint8_t> bytes, Song_Snapshot& song);
+/// No two live channels have one ID; a file without that is Broken.
+bool Has_An_ID_Each(const Song_Snapshot& song);
 
 } // namespace tonvex

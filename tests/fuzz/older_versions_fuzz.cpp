@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         channel.InUse = FLAG_ON;
     }
     Byte_Cursor cursor({data + HEAD_BYTES, size - HEAD_BYTES});
-    if (!readers[data[0] % readers.size()].read(cursor, reading))
+    if (!readers[data[0] % readers.size()].read(cursor, reading) || !Has_An_ID_Each(reading.song))
         return 0;
     const auto bytes = Write_Project(reading.song);
     Require(bytes.has_value(), "a song that cannot be written");
