@@ -75,10 +75,8 @@ void Echo::Process(float* left, float* right) noexcept {
         leftTap.line.Write(intoLeft.data() + from, to - from);
         rightTap.line.Write(intoRight.data() + from, to - from);
     }
-    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
-        left[i] += wet[i] * (leftWet[i] - left[i]);
-        right[i] += wet[i] * (rightWet[i] - right[i]);
-    }
+    Blend(left, leftWet, wet);
+    Blend(right, rightWet, wet);
     Note_Memory(std::max(Peak_Of(intoLeft.data()), Peak_Of(intoRight.data())));
 }
 

@@ -45,6 +45,11 @@ protected:
                 peaks[n] = std::max(peaks[n], std::fabs(samples[i + n]));
         return *std::max_element(peaks.begin(), peaks.end());
     }
+    /// share of the wet signal, the rest of what came in.
+    static void Blend(float* samples, const Effect_Piece& wet, const Effect_Piece& share) noexcept {
+        for (std::size_t i = 0; i < EFFECT_PIECE; ++i)
+            samples[i] += share[i] * (wet[i] - samples[i]);
+    }
     /// After each piece: the highest magnitude that went into the memory.
     void Note_Memory(float peak) noexcept {
         quietFrames = peak > INAUDIBLE ? 0 : std::min(quietFrames + EFFECT_PIECE, memoryFrames);

@@ -92,10 +92,8 @@ void Sweep::Process(float* left, float* right) noexcept {
     }
     leftDelay = leftDelays.back();
     rightDelay = rightDelays.back();
-    for (std::size_t i = 0; i < EFFECT_PIECE; ++i) {
-        left[i] += wet[i] * (leftWet[i] - left[i]);
-        right[i] += wet[i] * (rightWet[i] - right[i]);
-    }
+    Blend(left, leftWet, wet);
+    Blend(right, rightWet, wet);
     Note_Memory(std::max(Peak_Of(intoLeft.data()), Peak_Of(intoRight.data())));
 }
 
